@@ -1,0 +1,20 @@
+// Little-endian numbers out of a window.
+#pragma once
+
+#include <boost/endian/buffers.hpp>
+
+#include "ZRKMetaData/src/ZRKMStreamWindow.h"
+
+namespace ZRKMetaData {
+
+/// Lays the next bytes over the little-endian form of `value`, a number of 4 or 8 bytes. Where the
+/// stream ends inside it, the bytes not reached keep what they were.
+template <class Number>
+void readLittleEndian(StreamWindow& in, Number& value) {
+  boost::endian::endian_buffer<boost::endian::order::little, Number, sizeof(Number) * 8> buffer{
+      value};
+  in.read(buffer.data(), sizeof buffer);
+  value = buffer.value();
+}
+
+}  // namespace ZRKMetaData

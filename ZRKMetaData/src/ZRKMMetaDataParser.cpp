@@ -1,0 +1,148 @@
+#include "ZRKMetaData/src/ZRKMMetaDataParser.h"
+
+#include <algorithm>
+#include <array>
+#include <fstream>
+#include <locale>
+#include <memory>
+#include <string_view>
+#include <utility>
+
+#include "ZRKMetaData/src/ZRKMAnnouncedLength.h"
+#include "ZRKMetaData/src/ZRKMAssert.h"
+#include "ZRKMetaData/src/ZRKMPlatform.h"
+#include "ZRKMetaData/src/ZRKMScan.h"
+#include "ZRKMetaData/src/ZRKMStreamWindow.h"
+
+namespace ZRKMetaData {
+
+namespace {
+
+constexpr char kUnit[] = "ZRKMMetaDataParser";
+
+constexpr std::array<std::pair<std::string_view, ContainerKind>, 6> kKindOfExtension = {{
+    {".avi", Riff},
+    {".wav", Riff},
+    {".voxa", Atoms},
+    {".mp4", Atoms},
+    {".mov", Atoms},
+    {".dat", Raw},
+}};
+
+// From the last dot of the whole name, wherever it stands: "C:\rec.d\clip" has ".d\clip".
+std::string lowerCaseExtension(const std::string& fileName) {
+  const auto dot = fileName.rfind('.');
+  if (dot == std::string::npos) return {};
+  std::string extension = fileName.substr(dot);
+  const std::locale locale;
+  std::transform(extension.begin(), extension.end(), extension.begin(),
+                 [&locale](char c) { return std::tolower(c, locale); });
+  return extension;
+}
+
+ContainerKind containerKindOfExtension(const std::string& extension) {
+  const auto* const found =
+      std::find_if(kKindOfExtension.begin(), kKindOfExtension.end(),
+                   [&extension](const auto& row) { return row.first == extension; });
+  return found != kKindOfExtension.end() ? found->second : None;
+}
+
+class MetaDataFileParser final : public MetaDataParser {
+ public:
+  MetaDataFileParser(const std::string& fileName, ContainerKind kind) : m_kind(kind) {
+    // Readers bring windows of their own; a large buffer here would be fetched anew at each seek.
+    m_infile.rdbuf()->pubsetbuf(m_buffer.data(), static_cast<std::streamsize>(m_buffer.size()));
+    openForReading(m_infile, fileName);
+    if (!m_infile.is_open()) {
+      m_infile.setstate(std::ios::failbit);
+      reportAssertion("m_infile.is_open()", kUnit, 216);
+    }
+  }
+
+  ContainerKind containerKind() const override { return m_kind; }
+  std::istream& stream() override { return m_infile; }
+  void close() override { m_infile.close(); }
+
+ private:
+  std::array<char, 1024> m_buffer{};  // outlives the stream that uses it
+  std::ifstream m_infile;
+  const ContainerKind m_kind;
+};
+
+class MetaDataStreamParser final : public MetaDataParser {
+ public:
+  MetaDataStreamParser(std::istream& stream, ContainerKind kind) : m_stream(stream), m_kind(kind) {}
+
+  ContainerKind containerKind() const override { return m_kind; }
+  std::istream& stream() override { return m_stream; }
+  void close() override {}
+
+ private:
+  std::istream& m_stream;
+  const ContainerKind m_kind;
+};
+
+MetaDataParser* scanned(std::unique_ptr<MetaDataParser> parser) {
+  parser->scan();
+  return parser.release();
+}
+
+}  // namespace
+
+ContainerKind containerKindOfFileName(const std::string& fileName) {
+  return containerKindOfExtension(lowerCaseExtension(fileName));
+}
+
+MetaDataParser* MetaDataParser::createForFile(const std::string& fileName) {
+  return createForFile(fileName, containerKindOfFileName(fileName));
+}
+
+MetaDataParser* MetaDataParser::createForFile(const std::string& fileName, ContainerKind kind) {
+  return scanned(std::make_unique<MetaDataFileParser>(fileName, kind));
+}
+
+MetaDataParser* MetaDataParser::createForStream(std::istream& stream, ContainerKind kind) {
+  return scanned(std::make_unique<MetaDataStreamParser>(stream, kind));
+}
+
+void MetaDataParser::scan() {
+  switch (containerKind()) {
+    case Riff:
+      return scanChunks(stream(), m_locations);
+    case Atoms:
+      return scanAtoms(stream(), m_locations);
+    case Raw:
+      return scanRaw(stream(), m_locations);
+    case None:
+      return;
+  }
+}
+
+MetaDataLocation MetaDataParser::locationOf(const boost::uuids::uuid& id) const {
+  const auto found = m_locations.find(id);
+  return found != m_locations.end() ? found->second : MetaDataLocation{};
+}
+
+std::list<boost::uuids::uuid> MetaDataParser::streamIds() const {
+  std::list<boost::uuids::uuid> ids;
+  for (const auto& [id, location] : m_locations) ids.push_back(id);
+  return ids;
+}
+
+void MetaDataParser::readRawData(std::map<boost::uuids::uuid, std::string>* rawDataMap) {
+  for (const auto& [id, location] : m_locations) {
+    if (!stream().good()) stream().clear();
+    StreamWindow in(stream(), location.offset, 0);
+    in.peek();  // shows a seek that fails before anything is allocated
+    std::string& data = (*rawDataMap)[id];
+    if (in.good()) {
+      data.clear();
+      appendAnnounced(in, static_cast<uint64>(location.size), data);
+    }
+    if (static_cast<int64>(data.length()) != location.size) {
+      reportAssertion("(*rawDataMap)[UUID].length() == fileSize", kUnit, 339);
+    }
+  }
+}
+
+}  // namespace ZRKMetaData

@@ -1,0 +1,89 @@
+// Finds the metadata entries of a recording and indexes them by stream identifier. Only container
+// headers and entry headers are read; media and records are stepped over.
+//
+// An entry is a "DATA" atom or chunk inside a top-level "ZRKM" atom (.voxa, .mp4, .mov) or chunk
+// (.avi, .wav), or a whole raw file (.dat). docs/format.md has the layouts byte by byte.
+//
+// A parser is made for one request and used by one thread. Factories return it complete, with its
+// index built; the source stays open as long as the parser lives.
+#pragma once
+
+#include <boost/uuid/uuid.hpp>
+#include <istream>
+#include <list>
+#include <map>
+#include <string>
+
+#include "ZRKMetaData/src/ZRKMIntegers.h"
+
+namespace ZRKMetaData {
+
+/// The layout that a source is scanned for.
+enum ContainerKind : int32 { None = 0, Riff = 1, Atoms = 2, Raw = 3 };
+
+/// The kind that goes with a file name: the text from its last dot on, in lower case. ".avi" and
+/// ".wav" are Riff; ".voxa", ".mp4" and ".mov" are Atoms; ".dat" is Raw; all else is None.
+ContainerKind containerKindOfFileName(const std::string& fileName);
+
+/// Where an entry stands. Records are read while the position is below `offset + size`.
+struct MetaDataLocation {
+  int64 offset = 0;  ///< byte position of the entry's 24-byte header
+  /// Extent in bytes from `offset`. Of an atom: its whole size less 16. Of a chunk: its payload
+  /// without the pad byte. Of a raw file: the size of the file.
+  int64 size = 0;
+};
+
+/// The index, in ascending byte order of the identifiers.
+using MetaDataLocations = std::map<boost::uuids::uuid, MetaDataLocation>;
+
+class MetaDataParser {
+ public:
+  virtual ~MetaDataParser() = default;
+  MetaDataParser(const MetaDataParser&) = delete;
+  MetaDataParser& operator=(const MetaDataParser&) = delete;
+
+  virtual ContainerKind containerKind() const = 0;
+
+  /// The stream that the index refers to, wherever the last reading left it.
+  virtual std::istream& stream() = 0;
+
+  /// Ends the use of the source: a file is closed, a caller's stream is left alone.
+  virtual void close() = 0;
+
+  /// Opens the file with this UTF-8 name and indexes it by the kind that its name implies. Never
+  /// null; the caller owns the result. A file that cannot be opened is reported as an assertion
+  /// and has an empty index (a raw one: the nil identifier at {0, -1}).
+  static MetaDataParser* createForFile(const std::string& fileName);
+
+  /// Opens the file and indexes it as `kind`, whatever its name says.
+  static MetaDataParser* createForFile(const std::string& fileName, ContainerKind kind);
+
+  /// Indexes a caller's stream, which must be able to seek and must outlive the result. The caller
+  /// owns the result.
+  static MetaDataParser* createForStream(std::istream& stream, ContainerKind kind);
+
+  /// Builds the index anew, from byte 0. Nothing is thrown for damaged input: a scan ends at what
+  /// it cannot follow and keeps what it has. Its time is bounded by the bytes of the source.
+  void scan();
+
+  const MetaDataLocations& locations() const { return m_locations; }
+
+  /// The location of `id`, or {0, 0} when it is not indexed.
+  MetaDataLocation locationOf(const boost::uuids::uuid& id) const;
+
+  /// All indexed identifiers, in index order. The caller owns the list.
+  std::list<boost::uuids::uuid> streamIds() const;
+
+  /// Copies the bytes of each entry, its header included, into the caller's map. Bytes that the
+  /// source does not have are zero. Throws std::length_error, before allocating, for an entry that
+  /// announces over 64 MiB more than there is; entries before it stay copied.
+  void readRawData(std::map<boost::uuids::uuid, std::string>* rawDataMap);
+
+ protected:
+  MetaDataParser() = default;
+
+ private:
+  MetaDataLocations m_locations;
+};
+
+}  // namespace ZRKMetaData

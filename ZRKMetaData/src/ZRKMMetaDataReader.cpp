@@ -1,0 +1,206 @@
+#include "ZRKMetaData/src/ZRKMMetaDataReader.h"
+
+#include <algorithm>
+#include <iostream>
+#include <stdexcept>
+
+#include "ZRKMetaData/src/MetaDataUUID.h"
+#include "ZRKMetaData/src/ZRKMAnnouncedLength.h"
+#include "ZRKMetaData/src/ZRKMAssert.h"
+#include "ZRKMetaData/src/ZRKMLittleEndian.h"
+#include "ZRKMetaData/src/ZRKMStreamWindow.h"
+
+namespace ZRKMetaData {
+
+namespace {
+
+constexpr std::size_t kReadAhead = 64U << 10U;
+constexpr uint32 kTimeByteCount = 8;
+
+// The leading field of a record. Here, and nowhere else, the end of the file is an error; a device
+// that fails here counts as the end.
+template <class Number>
+void readLeading(StreamWindow& in, Number& field) {
+  readLittleEndian(in, field);
+  if (in.eof() || in.bad()) throw std::runtime_error("invalid meta data entry");
+}
+
+void readValue(StreamWindow& in, int& value) {
+  readLittleEndian(in, value);
+}
+void readValue(StreamWindow& in, double& value) {
+  readLittleEndian(in, value);
+}
+void readValue(StreamWindow& in, int64& value) {
+  readLittleEndian(in, value);
+}
+
+void readValue(StreamWindow& in, KeyStroke& value) {
+  readLittleEndian(in, value.character);
+  readLittleEndian(in, value.eventFlags);
+}
+
+void readValue(StreamWindow& in, Point& value) {
+  readLittleEndian(in, value.x);
+  readLittleEndian(in, value.y);
+}
+
+void readValue(StreamWindow& in, Rect& value) {
+  for (int32& coordinate : value.coordinates) readLittleEndian(in, coordinate);
+}
+
+template <class FixedSize>
+void decode(StreamWindow& in, double& seconds, FixedSize& value) {
+  readLeading(in, seconds);
+  readValue(in, value);
+}
+
+// The characters behind a size field that counts the time as well, and the time itself.
+void decodeText(StreamWindow& in, uint32 size, double& seconds, std::string& text) {
+  readLittleEndian(in, seconds);
+  if (size < kTimeByteCount) {
+    throw std::length_error("meta data entry announces a string of " + std::to_string(size) +
+                            " bytes where its time takes " + std::to_string(kTimeByteCount));
+  }
+  appendAnnounced(in, size - kTimeByteCount, text);
+}
+
+void decode(StreamWindow& in, double& seconds, std::string& value) {
+  uint32 size = 0;
+  readLeading(in, size);
+  decodeText(in, size, seconds, value);
+}
+
+void decode(StreamWindow& in, double& /*seconds*/, std::list<std::string>& value) {
+  uint32 recordSize = 0;
+  readLeading(in, recordSize);
+  uint32 count = 0;
+  readLittleEndian(in, count);
+  for (; count != 0; --count) {
+    uint32 size = 0;
+    readLeading(in, size);
+    double ignoredSeconds = 0;
+    std::string text;
+    decodeText(in, size, ignoredSeconds, text);
+    value.push_back(std::move(text));
+  }
+}
+
+void decode(StreamWindow& in, double& seconds, CursorImage& image) {
+  uint32 recordSize = 0;
+  readLeading(in, recordSize);
+  readLittleEndian(in, seconds);
+  readLittleEndian(in, image.m_imageId);
+  readLittleEndian(in, image.m_dataSize);
+  if (image.m_dataSize == 0) return;
+  if (image.m_dataSize <= CursorImage::kInfoByteCount) {
+    reportAssertion("data->m_dataSize == 0 || data->m_dataSize > 8", "ZRKMMetaDataReader", 93);
+    std::cout << "WARNING: Invalid data size in ZRKMETADATA::CursorImage stream "
+                 "data->m_dataSize = "
+              << image.m_dataSize;
+    image.m_dataSize = 0;
+    return;
+  }
+  readLittleEndian(in, image.m_imageInfo0);
+  readLittleEndian(in, image.m_imageInfo1);
+  const uint32 count = image.imageByteCount();
+  checkAnnounced(in, count);
+  image.m_data.reset(new unsigned char[count]);
+  const auto got = in.read(image.m_data.get(), count);
+  std::fill(image.m_data.get() + got, image.m_data.get() + count, static_cast<unsigned char>(0));
+}
+
+// One record as a caller's stream has it, without reading ahead.
+template <class T>
+void decodeDirectly(std::istream& in, double& seconds, T& value) {
+  StreamWindow window(in);
+  decode(window, seconds, value);
+}
+
+// True when `offset + size` leaves 64 bits.
+bool sumOverflows(int64 offset, int64 size) {
+  using Limits = std::numeric_limits<int64>;
+  return size > 0 ? offset > Limits::max() - size : offset < Limits::min() - size;
+}
+
+template <class T>
+void deliverRecords(DataStreamObserver<T>& observer, StreamWindow& in, int64 end) {
+  while (in.good() && in.position() < end) {
+    double seconds = 0;
+    T value{};
+    decode(in, seconds, value);
+    if (in.bad()) return;  // a device that failed inside the value: what it gave is no record
+    if (!observer.onData(seconds, value)) return;
+    in.peek();
+  }
+}
+
+}  // namespace
+
+template <class T>
+void MetaDataReader<T>::parseFile(DataStreamObserver<T>& observer, std::istream& stream,
+                                  int64 offset, int64 size) {
+  stream.clear();
+  StreamWindow in(stream, offset, kReadAhead);
+  const bool isBounded = !sumOverflows(offset, size);
+  const int64 end = isBounded ? offset + size : offset;
+  in.limitReadAhead(end);
+  try {
+    if (!isReadableVersion(readHeader(in))) {
+      std::cout << "MetaDataReader<T>::parseFile - Version is larger than what we can handle\n";
+    } else {
+      deliverRecords(observer, in, end);
+    }
+  } catch (...) {
+    in.settle();
+    throw;
+  }
+  in.settle();
+}
+
+template class MetaDataReader<int>;
+template class MetaDataReader<double>;
+template class MetaDataReader<int64>;
+template class MetaDataReader<std::string>;
+template class MetaDataReader<KeyStroke>;
+template class MetaDataReader<Point>;
+template class MetaDataReader<Rect>;
+template class MetaDataReader<CursorImage>;
+
+void readRecord(std::istream& in, double& seconds, int& value) {
+  decodeDirectly(in, seconds, value);
+}
+
+void readRecord(std::istream& in, double& seconds, double& value) {
+  decodeDirectly(in, seconds, value);
+}
+
+void readRecord(std::istream& in, double& seconds, int64& value) {
+  decodeDirectly(in, seconds, value);
+}
+
+void readRecord(std::istream& in, double& seconds, KeyStroke& value) {
+  decodeDirectly(in, seconds, value);
+}
+
+void readRecord(std::istream& in, double& seconds, Point& value) {
+  decodeDirectly(in, seconds, value);
+}
+
+void readRecord(std::istream& in, double& seconds, Rect& value) {
+  decodeDirectly(in, seconds, value);
+}
+
+void readRecord(std::istream& in, double& seconds, std::string& value) {
+  decodeDirectly(in, seconds, value);
+}
+
+void readRecord(std::istream& in, double& seconds, CursorImage* data) {
+  decodeDirectly(in, seconds, *data);
+}
+
+void readRecord(std::istream& in, double& seconds, std::list<std::string>& value) {
+  decodeDirectly(in, seconds, value);
+}
+
+}  // namespace ZRKMetaData

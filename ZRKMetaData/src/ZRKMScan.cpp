@@ -1,0 +1,178 @@
+#include "ZRKMetaData/src/ZRKMScan.h"
+
+#include <cstring>
+#include <iostream>
+#include <set>
+
+#include "ZRKMetaData/src/MetaDataUUID.h"
+#include "ZRKMetaData/src/ZRKMAssert.h"
+#include "ZRKMetaData/src/ZRKMParserUtil.h"
+#include "ZRKMetaData/src/ZRKMStreamWindow.h"
+
+namespace ZRKMetaData {
+
+namespace {
+
+// Wide enough that a run of small structures costs few system calls, small enough that stepping
+// over a large one fetches little for nothing.
+constexpr std::size_t kReadAhead = 1024;
+
+constexpr uint32 kContainerAtom = 0x5A524B4D;  // "ZRKM"
+constexpr uint32 kEntryAtom = 0x44415441;      // "DATA"
+constexpr uint32 kChunkHeaderSize = 8;
+
+// What follows a look at one structure inside a container.
+enum class Next { Entry, EndOfContainer, EndOfScan };
+
+// Clears the index, measures the stream and leaves it at byte 0. A stream that cannot tell its
+// positions measures -1.
+int64 beginScan(std::istream& stream, MetaDataLocations& locations) {
+  locations.clear();
+  const auto noted = stream.tellg();
+  stream.seekg(0, std::ios::end);
+  const std::streamoff fileSize = stream.tellg();
+  stream.seekg(noted);
+  stream.seekg(0);
+  return fileSize;
+}
+
+// Signed 64-bit positions wrap: an announced size may lead anywhere, backward too.
+int64 wrappingSum(int64 position, uint64 size) {
+  return static_cast<int64>(static_cast<uint64>(position) + size);
+}
+
+// A place in the file that moves from structure to structure and sees to it that the walk ends.
+class ScanPlace {
+ public:
+  ScanPlace(std::istream& stream, int64 fileSize)
+      : window(stream, 0, kReadAhead), m_fileSize(fileSize) {}
+
+  int64 position() const { return window.position(); }
+  bool atEnd() const { return window.eof() || position() >= m_fileSize; }
+  uint64 fileSize() const { return static_cast<uint64>(m_fileSize); }
+
+  /// To be called for each structure before it is read; false ends the scan.
+  bool meet() { return ++m_met <= 2 * fileSize() && m_ledBackward.count(position()) == 0; }
+
+  /// Goes from the structure at `start` to `next`; false ends the scan.
+  bool move(int64 start, int64 next) {
+    if (next < 0) return false;
+    if (next < start) m_ledBackward.insert(start);
+    window.seek(next);
+    return true;
+  }
+
+  bool hasRoomForHeader() const {
+    return m_fileSize >= MetaDataHeader::kByteCount &&
+           position() <= m_fileSize - MetaDataHeader::kByteCount;
+  }
+
+  StreamWindow window;
+
+ private:
+  const int64 m_fileSize;
+  uint64 m_met = 0;
+  std::set<int64> m_ledBackward;
+};
+
+// Reads the entry header at the place and files `location` under its identifier.
+Next indexEntry(ScanPlace& at, const MetaDataLocation& location, MetaDataLocations& locations) {
+  const MetaDataHeader header = readHeader(at.window);
+  if (!at.window.good()) return Next::EndOfScan;
+  locations[header.uuid] = location;
+  return Next::Entry;
+}
+
+Next scanEntryAtom(ScanPlace& at, int64 containerEnd, MetaDataLocations& locations) {
+  if (at.atEnd() || at.position() >= containerEnd) return Next::EndOfContainer;
+  const int64 start = at.position();
+  if (!at.meet()) return Next::EndOfScan;
+
+  uint64 size = 0;
+  uint32 type = 0;
+  if (!readAtomHeader(at.window, at.fileSize(), &size, &type)) {
+    return at.window.good() ? Next::EndOfContainer : Next::EndOfScan;
+  }
+  if (size == 0) return Next::EndOfContainer;
+
+  if (type != kEntryAtom) {
+    std::cerr << "Found a non DATA atom mixed in the ZRK meta data\n";
+  } else {
+    if (!at.hasRoomForHeader()) return Next::EndOfContainer;
+    if (size <= 16) reportAssertion("dataAtomSize > 16", "ZRKMMetaDataParser", 87);
+    // Less 16 even where the atom's own header has only 8 bytes: files are read by this rule.
+    const MetaDataLocation location{at.position(), static_cast<int64>(size - 16)};
+    if (indexEntry(at, location, locations) == Next::EndOfScan) return Next::EndOfScan;
+  }
+  return at.move(start, wrappingSum(start, size)) ? Next::Entry : Next::EndOfScan;
+}
+
+Next scanEntryChunk(ScanPlace& at, int64 containerEnd, MetaDataLocations& locations) {
+  if (at.atEnd() || at.position() >= containerEnd) return Next::EndOfContainer;
+  const int64 start = at.position();
+  if (!at.meet()) return Next::EndOfScan;
+
+  char type[4];
+  uint32 size = 0;
+  if (!readChunkHeader(at.window, at.fileSize(), type, &size)) {
+    return at.window.good() ? Next::EndOfContainer : Next::EndOfScan;
+  }
+  if (size == 0) return Next::EndOfScan;  // unlike an entry atom, which ends only its container
+
+  const int64 payload = start + kChunkHeaderSize;
+  if (std::memcmp(type, "DATA", sizeof type) != 0) {
+    std::cerr << "Found a non DATA chunk mixed in the ZRK meta data\n";
+  } else {
+    if (!at.hasRoomForHeader()) return Next::EndOfContainer;
+    if (indexEntry(at, {payload, size}, locations) == Next::EndOfScan) return Next::EndOfScan;
+  }
+  return at.move(start, payload + size + size % 2) ? Next::Entry : Next::EndOfScan;
+}
+
+// Walks the entries of one container; false ends the scan.
+template <class ScanEntry>
+bool scanContainer(ScanPlace& at, int64 end, MetaDataLocations& locations, ScanEntry scanEntry) {
+  Next next = Next::Entry;
+  while (next == Next::Entry) next = scanEntry(at, end, locations);
+  return next == Next::EndOfContainer;
+}
+
+}  // namespace
+
+void scanAtoms(std::istream& stream, MetaDataLocations& locations) {
+  ScanPlace at(stream, beginScan(stream, locations));
+  while (!at.atEnd()) {
+    const int64 start = at.position();
+    if (!at.meet()) return;
+    uint64 size = 0;
+    uint32 type = 0;
+    if (!readAtomHeader(at.window, at.fileSize(), &size, &type) || size == 0) return;
+    const int64 end = wrappingSum(start, size);
+    if (type == kContainerAtom && !scanContainer(at, end, locations, scanEntryAtom)) return;
+    if (!at.move(start, end)) return;
+  }
+}
+
+void scanChunks(std::istream& stream, MetaDataLocations& locations) {
+  ScanPlace at(stream, beginScan(stream, locations));
+  while (!at.atEnd()) {
+    const int64 start = at.position();
+    if (!at.meet()) return;
+    char type[4];
+    uint32 size = 0;
+    if (!readChunkHeader(at.window, at.fileSize(), type, &size) || size == 0) return;
+    const int64 end = start + kChunkHeaderSize + size;
+    const bool isContainer = std::memcmp(type, "ZRKM", sizeof type) == 0;
+    if (isContainer && !scanContainer(at, end, locations, scanEntryChunk)) return;
+    if (!at.move(start, end + size % 2)) return;
+  }
+}
+
+void scanRaw(std::istream& stream, MetaDataLocations& locations) {
+  const int64 fileSize = beginScan(stream, locations);
+  StreamWindow window(stream, 0, 0);
+  const MetaDataHeader header = readHeader(window);
+  locations[header.uuid] = {0, fileSize};
+}
+
+}  // namespace ZRKMetaData

@@ -1,0 +1,32 @@
+# What every target of ours is built with.
+
+include_guard(GLOBAL)
+
+set(CMAKE_CXX_STANDARD 17)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
+
+find_program(CCACHE_PROGRAM ccache)
+if(CCACHE_PROGRAM)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE_PROGRAM})
+endif()
+
+set(KESTOVA_SANITIZERS "" CACHE STRING "Sanitizers to build with, as -fsanitize takes them")
+
+add_library(project_options INTERFACE)
+target_compile_options(project_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Woverloaded-virtual -Werror
+  # Frame numbers are decided by plain double arithmetic in the stated order.
+  -ffp-contract=off)
+if(KESTOVA_SANITIZERS)
+  target_compile_options(project_options INTERFACE
+    -fsanitize=${KESTOVA_SANITIZERS} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(project_options INTERFACE -fsanitize=${KESTOVA_SANITIZERS})
+endif()
+target_include_directories(project_options INTERFACE ${PROJECT_SOURCE_DIR})

@@ -1,0 +1,358 @@
+#include <gtest/gtest.h>
+
+#include <boost/uuid/uuid_io.hpp>
+#include <filesystem>
+#include <sstream>
+
+#include "ZRKMetaData/src/ZRKMMetaDataParser.h"
+#include "tests/support/Captured.h"
+#include "tests/support/Hex.h"
+#include "tests/support/TempFolder.h"
+#include "tools/recording/Container.h"
+
+namespace ZRKMetaData {
+namespace {
+
+using recording::atom;
+using recording::atomBlock;
+using recording::bigEndian;
+using recording::Bytes;
+using recording::chunk;
+using recording::chunkBlock;
+using recording::Entry;
+using recording::entryBytes;
+using recording::littleEndian;
+using recording::streamId;
+using recording::wideAtom;
+using testing_support::AssertionLog;
+using testing_support::Captured;
+using testing_support::TempFolder;
+
+using Parser = std::unique_ptr<MetaDataParser>;
+
+// The index as text: "F0@16+24" is the stream with the short key F0 at byte 16, 24 bytes long.
+std::string shown(const MetaDataParser& parser) {
+  std::ostringstream text;
+  for (const auto& [id, location] : parser.locations()) {
+    const bool isOurs = id == streamId(id.data[3]);
+    char key[3] = "--";
+    if (isOurs) std::snprintf(key, sizeof key, "%02X", unsigned{id.data[3]});
+    text << key << '@' << location.offset << '+' << location.size << ' ';
+  }
+  return text.str();
+}
+
+std::string indexOf(const Bytes& bytes, ContainerKind kind) {
+  std::istringstream in(bytes);
+  return shown(*Parser(MetaDataParser::createForStream(in, kind)));
+}
+
+const Entry kEntryF0{streamId(0xF0), "records of F0"};     // 37 bytes with its header
+const Entry kEntryF1{streamId(0xF1), "records of F1!"};    // 38 bytes
+const Bytes kDataF0 = atom("DATA", entryBytes(kEntryF0));  // 45 bytes
+const Bytes kDataF1 = atom("DATA", entryBytes(kEntryF1));  // 46 bytes
+const Bytes kChunkF0 = chunk("DATA", entryBytes(kEntryF0));
+const Bytes kChunkF1 = chunk("DATA", entryBytes(kEntryF1));
+
+Bytes atomWithSize(uint32 size, const char* type, const Bytes& payload) {
+  return bigEndian(size) + type + payload;
+}
+Bytes atomWithWideSize(uint64 size, const char* type, const Bytes& payload = "") {
+  return bigEndian(uint32{1}) + type + bigEndian(size) + payload;
+}
+
+struct Case {
+  const char* outcome;
+  Bytes bytes;
+  std::string index;
+  std::string standardError = "";
+};
+
+void PrintTo(const Case& c, std::ostream* out) {
+  *out << c.outcome;
+}
+
+class AtomIndex : public testing::TestWithParam<Case> {};
+TEST_P(AtomIndex, Is) {
+  const Captured errors(std::cerr);
+  EXPECT_EQ(indexOf(GetParam().bytes, Atoms), GetParam().index);
+  EXPECT_EQ(errors.text(), GetParam().standardError);
+}
+
+const char kForeignAtom[] = "Found a non DATA atom mixed in the ZRK meta data\n";
+const char kForeignChunk[] = "Found a non DATA chunk mixed in the ZRK meta data\n";
+
+INSTANTIATE_TEST_SUITE_P(
+    Containers, AtomIndex,
+    testing::Values(
+        Case{"EntriesOfABlockBehindMedia",
+             atom("ftyp", "isom") + atom("mdat", "media") + atomBlock({kEntryF0, kEntryF1}),
+             "F0@41+29 F1@86+30 "},
+        Case{"LastEntryWithTheIdentifierWinsAcrossContainers",
+             atomBlock({kEntryF0, kEntryF1}) + atomBlock({kEntryF0}), "F0@115+29 F1@61+30 "},
+        Case{"ABlockInsideAnotherAtomIsNotFound", atom("moov", atomBlock({kEntryF0})), ""},
+        Case{"AWideEntryStandsSixteenBytesBehindItsAtom",
+             wideAtom("ZRKM", wideAtom("DATA", entryBytes(kEntryF0))), "F0@32+37 "},
+        Case{"AForeignEntryIsNamedAndSkipped",
+             atom("ZRKM", kDataF0 + atom("JUNK", "some junk") + kDataF1), "F0@16+29 F1@78+30 ",
+             kForeignAtom},
+        Case{"AZeroEntrySizeEndsOnlyItsContainer",
+             atom("ZRKM", kDataF0 + atomWithWideSize(0, "DATA") + kDataF0) + atomBlock({kEntryF1}),
+             "F0@16+29 F1@130+30 "},
+        Case{"AZeroTopLevelSizeEndsTheScan",
+             atomBlock({kEntryF0}) + atomWithWideSize(0, "free") + atomBlock({kEntryF1}),
+             "F0@16+29 "},
+        Case{"AnEntryIsIndexedThoughItRunsPastItsContainer",
+             atomWithSize(8 + 8 + 24, "ZRKM", atomWithSize(1000, "DATA", entryBytes(kEntryF0))),
+             "F0@16+984 "},
+        Case{"AnEntryHeaderMustFitIntoTheFileNotIntoItsAtom",
+             atomWithSize(8 + 20, "ZRKM", atomWithSize(20, "DATA", entryBytes({kEntryF0.id, ""}))),
+             "F0@16+4 "},
+        Case{"AnEntryHeaderCutByTheFileIsNotIndexed",
+             atom("ZRKM", kDataF0 + kDataF1).substr(0, 8 + 45 + 8 + 23), "F0@16+29 "},
+        Case{"AnAtomHeaderCutByTheFileEndsTheScan", atomBlock({kEntryF0}) + bigEndian(uint32{99}),
+             "F0@16+29 "},
+        Case{"AnEmptyFileHasNoIndex", "", ""}));
+
+class ChunkIndex : public testing::TestWithParam<Case> {};
+TEST_P(ChunkIndex, Is) {
+  const Captured errors(std::cerr);
+  EXPECT_EQ(indexOf(GetParam().bytes, Riff), GetParam().index);
+  EXPECT_EQ(errors.text(), GetParam().standardError);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Containers, ChunkIndex,
+    testing::Values(
+        Case{"OddPayloadsArePadded", chunk("RIFF", "odd") + chunkBlock({kEntryF0, kEntryF1}),
+             "F0@28+37 F1@74+38 "},
+        Case{"LastEntryWithTheIdentifierWins", chunkBlock({kEntryF0}) + chunkBlock({kEntryF0}),
+             "F0@70+37 "},
+        Case{"ABlockInsideTheRiffFormIsNotFound", chunk("RIFF", chunkBlock({kEntryF0})), ""},
+        Case{"AForeignEntryIsNamedAndSkipped",
+             chunk("ZRKM", kChunkF0 + chunk("JUNK", "junk!") + kChunkF1), "F0@16+37 F1@76+38 ",
+             kForeignChunk},
+        Case{"AZeroEntrySizeEndsTheScan",
+             chunk("ZRKM", kChunkF0 + chunk("DATA", "") + kChunkF0) + chunkBlock({kEntryF1}),
+             "F0@16+37 "},
+        Case{"AZeroTopLevelSizeEndsTheScan",
+             chunkBlock({kEntryF0}) + chunk("JUNK", "") + chunkBlock({kEntryF1}), "F0@16+37 "},
+        Case{"AnEntryMayRunPastItsContainerAndTheFile",
+             "ZRKM" + littleEndian(uint32{8}) + "DATA" + littleEndian(0xFFFFFFFFU) +
+                 entryBytes(kEntryF0),
+             "F0@16+4294967295 "},
+        Case{"AnEntryHeaderCutByTheFileIsNotIndexed",
+             chunkBlock({kEntryF0, kEntryF1}).substr(0, 8 + 46 + 8 + 23), "F0@16+37 "},
+        Case{"AnEmptyFileHasNoIndex", "", ""}));
+
+TEST(RawIndex, IsOneEntryWhateverTheFileHolds) {
+  const Bytes whole = entryBytes(kEntryF0) + Bytes(63, 'r');
+  EXPECT_EQ(indexOf(whole, Raw), "F0@0+100 ");
+  EXPECT_EQ(indexOf(whole.substr(0, 16), Raw), "F0@0+16 ");
+  EXPECT_EQ(indexOf(whole.substr(0, 15), Raw), "--@0+15 ");  // part of an identifier
+  std::istringstream empty;
+  const Parser parser(MetaDataParser::createForStream(empty, Raw));
+  EXPECT_EQ(parser->streamIds(), std::list<boost::uuids::uuid>{boost::uuids::uuid{}});
+  EXPECT_EQ(shown(*parser), "--@0+0 ");
+}
+
+// Sizes that lie. Each row: why the number is what it is, and that the scan ends at all.
+TEST(HostileSizes, LeadNowhere) {
+  const Bytes entry = atomBlock({kEntryF0});  // 53 bytes
+  const uint64 top = uint64{1} << 63U;
+  const Case cases[] = {
+      {"just below 2^63: beyond any file", entry + atomWithWideSize(top - 1, "free"), "F0@16+29 "},
+      {"2^63: negative once added, and signed", entry + atomWithWideSize(top, "free"), "F0@16+29 "},
+      {"2^64 - 53: back to byte 0, which is met once more and led nowhere back itself",
+       entry + atomWithWideSize(~uint64{0} - 52, "free") + atomBlock({kEntryF1}), "F0@16+29 "},
+      {"2^64 - 54: to byte -1", entry + atomWithWideSize(~uint64{0} - 53, "free"), "F0@16+29 "},
+      {"2^64 - 1: one byte back, where the header reads otherwise",
+       entry + atomWithWideSize(~uint64{0}, "free"), "F0@16+29 "},
+      {"an entry that leads back to itself through its container",
+       atom("ZRKM", kDataF0 + atomWithWideSize(~uint64{0} - 44, "JUNK")), "F0@16+29 ",
+       // Met, led back to the DATA atom, met again: that ends the scan before it is named again.
+       kForeignAtom},
+      {"a container whose end lies before it", atomWithWideSize(top, "ZRKM", kDataF0), ""},
+  };
+  for (const Case& c : cases) {
+    const Captured errors(std::cerr);
+    EXPECT_EQ(indexOf(c.bytes, Atoms), c.index) << c.outcome;
+    EXPECT_EQ(errors.text(), c.standardError) << c.outcome;
+  }
+}
+
+TEST(HostileSizes, OneStepBackIsLegal) {
+  // 8 + 45 bytes of a foreign atom that hides an entry, then a container whose end is inside it.
+  const Bytes hidden = atom("free", atomBlock({kEntryF0}));
+  const Bytes back = atomWithWideSize(~uint64{0} - (hidden.size() - 8) + 1, "free");
+  EXPECT_EQ(indexOf(hidden + back, Atoms), "F0@24+29 ");
+}
+
+TEST(HostileSizes, EntriesOfSixteenBytesOrLessAreReportedAndWrap) {
+  const AssertionLog log;
+  const Bytes block =
+      atomWithSize(8 + 16, "ZRKM", atomWithSize(16, "DATA", entryBytes({streamId(0xF0), ""})));
+  EXPECT_EQ(indexOf(block, Atoms), "F0@16+0 ");
+  const Bytes shorter =
+      atomWithSize(8 + 9, "ZRKM", atomWithSize(9, "DATA", entryBytes({streamId(0xF1), ""})));
+  EXPECT_EQ(indexOf(shorter, Atoms), "F1@16+-7 ");
+  const std::string report = "ZRKMMetaDataParser:87 dataAtomSize > 16\n";
+  EXPECT_EQ(log.text(), report + report);
+}
+
+TEST(HostileSizes, StepsOfOneByteEndInTimeBoundedByTheFile) {
+  // Every byte begins an atom header whose wide size is 1.
+  Bytes bytes(1 << 20, '\0');
+  for (std::size_t place = 15; place < bytes.size(); place += 16) bytes[place] = 1;
+  indexOf(bytes, Atoms);
+  indexOf(Bytes(1 << 20, '\1'), Riff);
+}
+
+TEST(Files, GetTheirKindFromTheLastDotOfTheWholeName) {
+  struct Row {
+    const char* name;
+    ContainerKind kind;
+  };
+  for (const Row& row :
+       {Row{"a.voxa", Atoms}, Row{"A.MP4", Atoms}, Row{"a.b.Mov", Atoms}, Row{"CLIP.AVI", Riff},
+        Row{"clip.wav", Riff}, Row{"x.DAT", Raw}, Row{"x.mkv", None}, Row{"x", None}, Row{"", None},
+        Row{".voxa", Atoms}, Row{"C:\\rec.d\\clip", None}, Row{"a.voxa/", None}, Row{"a.", None}}) {
+    EXPECT_EQ(containerKindOfFileName(row.name), row.kind) << row.name;
+  }
+}
+
+TEST(Files, AreIndexedUnderAnyUtf8Name) {
+  const TempFolder folder;
+  const std::string name = folder.file("Aufnahme \xC3\xBC\xE6\x97\xA5\xF0\x9F\x98\x80.mp4",
+                                       atomBlock({kEntryF1, kEntryF0}));
+  const Parser parser(MetaDataParser::createForFile(name));
+  EXPECT_EQ(shown(*parser), "F0@62+29 F1@16+30 ");
+  EXPECT_EQ(parser->containerKind(), Atoms);
+  EXPECT_EQ(parser->streamIds(), (std::list<boost::uuids::uuid>{streamId(0xF0), streamId(0xF1)}));
+  EXPECT_EQ(parser->locationOf(streamId(0xF1)).offset, 16);
+  EXPECT_EQ(parser->locationOf(streamId(0xF4)).size, 0);
+}
+
+TEST(Files, WithoutAKnownExtensionAreOpenedButNotScanned) {
+  const TempFolder folder;
+  const AssertionLog log;
+  const Captured out(std::cout);
+  const Captured errors(std::cerr);
+  const std::string name = folder.file("x.mkv", atomBlock({kEntryF0}));
+  const Parser parser(MetaDataParser::createForFile(name));
+  EXPECT_EQ(shown(*parser), "");
+  EXPECT_TRUE(parser->stream().good());
+  EXPECT_EQ(log.text() + out.text() + errors.text(), "");
+  EXPECT_EQ(shown(*Parser(MetaDataParser::createForFile(name, Atoms))), "F0@16+29 ");
+}
+
+TEST(Files, ThatCannotBeOpenedAreReportedAndHaveNoIndex) {
+  namespace fs = std::filesystem;
+  const TempFolder folder;
+  fs::create_directory(fs::u8path(folder.name("folder.voxa")));
+  fs::create_directory(fs::u8path(folder.name("folder.dat")));
+#ifndef _WIN32
+  fs::create_symlink("nowhere", folder.name("dangling.voxa"));
+  fs::create_symlink("loop.voxa", folder.name("loop.voxa"));
+#endif
+  struct Row {
+    const char* leaf;
+    const char* index;
+  };
+  for (const Row& row :
+       {Row{"absent.voxa", ""}, Row{"absent.avi", ""}, Row{"absent.dat", "--@0+-1 "},
+        Row{"folder.voxa", ""}, Row{"folder.dat", "--@0+-1 "}, Row{"dangling.voxa", ""},
+        Row{"loop.voxa", ""}}) {
+    const AssertionLog log;
+    const Parser parser(MetaDataParser::createForFile(folder.name(row.leaf)));
+    EXPECT_EQ(shown(*parser), row.index) << row.leaf;
+    EXPECT_EQ(log.text(), "ZRKMMetaDataParser:216 m_infile.is_open()\n") << row.leaf;
+  }
+}
+
+TEST(Parser, ScansAnewFromByteZero) {
+  std::stringstream in(atomBlock({kEntryF0}));
+  in.seekg(20);
+  const Parser parser(MetaDataParser::createForStream(in, Atoms));
+  EXPECT_EQ(shown(*parser), "F0@16+29 ");
+  in.clear();
+  in.str(atomBlock({kEntryF1}));
+  parser->scan();
+  EXPECT_EQ(shown(*parser), "F1@16+30 ");
+  parser->close();  // a caller's stream stays as it is
+  EXPECT_EQ(&parser->stream(), &in);
+}
+
+TEST(Parser, ClosesItsFile) {
+  const TempFolder folder;
+  const Parser parser(MetaDataParser::createForFile(folder.file("a.voxa", atomBlock({kEntryF0}))));
+  parser->close();
+  EXPECT_FALSE(dynamic_cast<std::ifstream&>(parser->stream()).is_open());
+  parser->stream().clear();
+  parser->close();  // there is nothing left to close
+  EXPECT_TRUE(parser->stream().fail());
+}
+
+TEST(Documents, AreWhatTheWriterWritesAndWhatTheParserReads) {
+  const Bytes point = testing_support::hexDocument("points.hex").substr(24, 16);
+  const Bytes text = testing_support::hexDocument("atoms.hex").substr(88);
+  const Entry points{streamId(0xF0), point};
+  const Entry texts{streamId(0xF9), text};
+  const Entry oddTexts{streamId(0xF9), text, 2, 7};
+  struct Row {
+    const char* document;
+    Bytes written;
+    ContainerKind kind;
+    const char* index;
+  };
+  for (const Row& row :
+       {Row{"atoms.hex", atomBlock({points, oddTexts}), Atoms, "F0@16+32 F9@64+33 "},
+        Row{"wide-atoms.hex", wideAtom("ZRKM", wideAtom("DATA", entryBytes(points))), Atoms,
+            "F0@32+40 "},
+        Row{"chunks.hex", chunkBlock({texts, points}), Riff, "F0@66+40 F9@16+41 "},
+        Row{"points.hex", testing_support::hexDocument("points.hex"), Raw, "F0@0+56 "}}) {
+    EXPECT_EQ(row.written, testing_support::hexDocument(row.document)) << row.document;
+    EXPECT_EQ(indexOf(testing_support::hexDocument(row.document), row.kind), row.index)
+        << row.document;
+  }
+}
+
+TEST(RawData, IsCopiedFromTheEntryHeaderOn) {
+  std::istringstream in(chunkBlock({kEntryF0, kEntryF1}));
+  const Parser parser(MetaDataParser::createForStream(in, Riff));
+  in.setstate(std::ios::eofbit);
+  std::map<boost::uuids::uuid, std::string> data{{streamId(0xF0), "what stood there before"}};
+  parser->readRawData(&data);
+  EXPECT_EQ(data[streamId(0xF0)], entryBytes(kEntryF0));
+  EXPECT_EQ(data[streamId(0xF1)], entryBytes(kEntryF1));
+}
+
+TEST(RawData, IsZeroWhereTheFileEndsAndRefusesWhatNoFileCouldHold) {
+  constexpr uint32 kMostMissing = 64U << 20U;
+  const auto blockAnnouncing = [](uint32 size) {
+    return "ZRKM" + littleEndian(size) + "DATA" + littleEndian(size) + entryBytes(kEntryF0);
+  };
+  std::map<boost::uuids::uuid, std::string> data;
+  std::istringstream cut(blockAnnouncing(37 + kMostMissing));
+  Parser(MetaDataParser::createForStream(cut, Riff))->readRawData(&data);
+  ASSERT_EQ(data[streamId(0xF0)].size(), 37 + kMostMissing);
+  EXPECT_EQ(data[streamId(0xF0)].substr(0, 40), entryBytes(kEntryF0) + Bytes(3, '\0'));
+
+  std::istringstream hostile(blockAnnouncing(37 + kMostMissing + 1));
+  const Parser parser(MetaDataParser::createForStream(hostile, Riff));
+  EXPECT_THROW(parser->readRawData(&data), std::length_error);
+}
+
+TEST(RawData, OfAFileThatIsNotThereIsReportedAsMissing) {
+  const TempFolder folder;
+  const AssertionLog log;
+  const Parser parser(MetaDataParser::createForFile(folder.name("absent.dat")));
+  std::map<boost::uuids::uuid, std::string> data;
+  parser->readRawData(&data);
+  EXPECT_EQ(log.text(),
+            "ZRKMMetaDataParser:216 m_infile.is_open()\n"
+            "ZRKMMetaDataParser:339 (*rawDataMap)[UUID].length() == fileSize\n");
+}
+
+}  // namespace
+}  // namespace ZRKMetaData
