@@ -1,0 +1,23 @@
+// What has a name that can be changed and observed.
+#pragma once
+
+#include <boost/smart_ptr/shared_ptr.hpp>
+#include <string>
+
+#include "host/Kestova/Export.h"
+
+namespace Kestova {
+
+template <class T>
+class Attribute;
+
+class KESTOVA_API Identified {
+ public:
+  virtual ~Identified();
+
+  /// The attribute that holds the name, shared with the object.
+  virtual boost::shared_ptr<Attribute<std::string>> identifier() = 0;
+  virtual boost::shared_ptr<const Attribute<std::string>> identifier() const = 0;
+};
+
+}  // namespace Kestova

@@ -1,0 +1,20 @@
+// The destructors of the host's pure interfaces, so that each has one home for its type
+// information.
+#include "host/Kestova/EditRateSource.h"
+#include "host/Kestova/Identified.h"
+#include "host/Kestova/KeyFrameListener.h"
+#include "host/Kestova/ParameterVisitor.h"
+#include "host/Kestova/ProjectEditRate.h"
+#include "host/Kestova/ScreenMetaDataLoader.h"
+
+namespace Kestova {
+
+ConstParameterVisitor::~ConstParameterVisitor() = default;
+EditRateSource::~EditRateSource() = default;
+Identified::~Identified() = default;
+KeyFrameListener::~KeyFrameListener() = default;
+ParameterVisitor::~ParameterVisitor() = default;
+ProjectEditRate::~ProjectEditRate() = default;
+ScreenMetaDataLoader::~ScreenMetaDataLoader() = default;
+
+}  // namespace Kestova

@@ -1,0 +1,38 @@
+#include "host/Kestova/Json.h"
+
+#include "host/Kestova/Utf8.h"
+
+namespace Kestova {
+
+namespace {
+
+void appendEscaped(std::string& json, char character) {
+  static constexpr char kDigits[] = "0123456789abcdef";
+  static constexpr std::string_view kShortForms = "\"\"\\\\\bb\ff\nn\rr\tt";
+  for (std::size_t form = 0; form < kShortForms.size(); form += 2) {
+    if (kShortForms[form] == character) {
+      json += '\\';
+      json += kShortForms[form + 1];
+      return;
+    }
+  }
+  const auto byte = static_cast<unsigned char>(character);
+  if (byte >= 0x20) {
+    json += character;
+  } else {
+    json += "\\u00";
+    json += kDigits[byte >> 4U];
+    json += kDigits[byte & 0xFU];
+  }
+}
+
+}  // namespace
+
+std::string json_representation(const std::string& text) {
+  std::string json = "\"";
+  for (const char character : wellFormedUtf8(text)) appendEscaped(json, character);
+  json += '"';
+  return json;
+}
+
+}  // namespace Kestova

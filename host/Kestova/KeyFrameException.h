@@ -1,0 +1,20 @@
+// A keyframe that is missing, or whose placement is refused.
+#pragma once
+
+#include "host/Kestova/KestovaException.h"
+#include "host/Kestova/RationalTime.h"
+
+namespace Kestova {
+
+class KESTOVA_API KeyFrameException : public KestovaException {
+ public:
+  KeyFrameException(const RationalTime& time, const std::string& message);
+  ~KeyFrameException() override;
+
+  const RationalTime& time() const { return m_time; }
+
+ private:
+  RationalTime m_time;
+};
+
+}  // namespace Kestova

@@ -1,0 +1,32 @@
+// A key that was struck: its character and the flags of its event.
+#pragma once
+
+#include <ostream>
+
+namespace Kestova {
+
+class KeystrokeData {
+ public:
+  int character() const { return m_character; }
+  long eventFlags() const { return m_eventFlags; }
+  void setCharacter(int character) { m_character = character; }
+  void setEventFlags(long eventFlags) { m_eventFlags = eventFlags; }
+
+ private:
+  int m_character = 0;
+  long m_eventFlags = 0;
+};
+
+inline bool operator==(const KeystrokeData& left, const KeystrokeData& right) {
+  return left.character() == right.character() && left.eventFlags() == right.eventFlags();
+}
+inline bool operator!=(const KeystrokeData& left, const KeystrokeData& right) {
+  return !(left == right);
+}
+
+/// Writes "(character,eventFlags)".
+inline std::ostream& operator<<(std::ostream& out, const KeystrokeData& data) {
+  return out << '(' << data.character() << ',' << data.eventFlags() << ')';
+}
+
+}  // namespace Kestova

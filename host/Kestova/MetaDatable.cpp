@@ -1,0 +1,65 @@
+#include "host/Kestova/MetaDatable.h"
+
+#include "host/Kestova/AttributeInterface.h"
+#include "host/Kestova/ReadWriteMutex.h"
+#include "host/Kestova/SubProject.h"
+
+namespace Kestova {
+
+MetaDatable::~MetaDatable() = default;
+
+boost::shared_ptr<AttributeInterface> MetaDatable::addMetaData(
+    const std::string& key, const AttributeInterface& attribute) {
+  return attribute.addToMetaData(key, *this);
+}
+
+boost::shared_ptr<AttributeInterface> MetaDatable::addMetaData(
+    const std::string& key, const boost::shared_ptr<AttributeInterface>& attribute) {
+  const ReadWriteMutex::ScopedWriteLock lock(metaDataMutex());
+  return metaDataAccessor(*this, key) = attribute;
+}
+
+boost::shared_ptr<AttributeInterface> MetaDatable::removeMetaData(const std::string& key) {
+  const ReadWriteMutex::ScopedWriteLock lock(metaDataMutex());
+  boost::shared_ptr<AttributeInterface> removed;
+  if (MetaDataMap* const map = metaDataMap()) {
+    const auto found = map->find(key);
+    if (found != map->end()) {
+      removed = found->second;
+      map->erase(found);
+    }
+  }
+  return removed;
+}
+
+// What carries metadata is part of a project or has no lock; asking here, once, keeps the two
+// operations out of the operation tables of the classes that carry it.
+boost::shared_ptr<ReadWriteMutex> MetaDatable::metaDataMutex() const {
+  const auto* const object = dynamic_cast<const SubProject*>(this);
+  return object != nullptr ? object->mutex() : boost::shared_ptr<ReadWriteMutex>();
+}
+
+boost::weak_ptr<const ThreadSafe> MetaDatable::metaDataProjectMutex() const {
+  const auto* const object = dynamic_cast<const SubProject*>(this);
+  return object != nullptr ? object->projectMutex() : boost::weak_ptr<const ThreadSafe>();
+}
+
+boost::shared_ptr<AttributeInterface>& MetaDatable::metaDataAccessor(MetaDatable& target,
+                                                                     const std::string& key) {
+  MetaDataMap* map = target.metaDataMap();
+  if (map == nullptr) map = target.createMetaDataMap();
+  return (*map)[key];
+}
+
+std::unique_ptr<MetaDataMap> MetaDatable::cloneMetaData(const MetaDataMap* map) {
+  if (map == nullptr) return nullptr;
+  auto copy = std::make_unique<MetaDataMap>();
+  for (const auto& [key, attribute] : *map) {
+    boost::shared_ptr<AttributeInterface>& place = (*copy)[key];
+    place.reset(attribute->clone());
+    attribute->setupSharedClone(place);
+  }
+  return copy;
+}
+
+}  // namespace Kestova

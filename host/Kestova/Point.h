@@ -1,0 +1,29 @@
+// A place in space, in pixels of the project.
+#pragma once
+
+#include <ostream>
+
+namespace Kestova {
+
+struct Point {
+  Point() = default;
+  Point(double x_, double y_, double z_) : x(x_), y(y_), z(z_) {}
+
+  double x = 0;
+  double y = 0;
+  double z = 0;
+};
+
+inline bool operator==(const Point& left, const Point& right) {
+  return left.x == right.x && left.y == right.y && left.z == right.z;
+}
+inline bool operator!=(const Point& left, const Point& right) {
+  return !(left == right);
+}
+
+/// Writes "(x,y,z)" in the stream's own number format.
+inline std::ostream& operator<<(std::ostream& out, const Point& point) {
+  return out << '(' << point.x << ',' << point.y << ',' << point.z << ')';
+}
+
+}  // namespace Kestova

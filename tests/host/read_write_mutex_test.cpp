@@ -1,0 +1,165 @@
+#include <gtest/gtest.h>
+
+#include <boost/smart_ptr/make_shared.hpp>
+#include <boost/smart_ptr/weak_ptr.hpp>
+#include <chrono>
+#include <future>
+#include <thread>
+
+#include "host/Kestova/KestovaException.h"
+#include "host/Kestova/ReadWriteMutex.h"
+
+namespace Kestova {
+namespace {
+
+using namespace std::chrono_literals;
+using ReadLock = ReadWriteMutex::ScopedReadLock;
+using WriteLock = ReadWriteMutex::ScopedWriteLock;
+
+// Runs `work` in a thread; a lock that never comes ends the whole test program.
+template <class Work>
+void withinTime(Work work) {
+  auto done = std::async(std::launch::async, work);
+  if (done.wait_for(30s) != std::future_status::ready) {
+    std::fputs("a lock was not had in time\n", stderr);
+    std::abort();
+  }
+  done.get();
+}
+
+class Locks : public testing::Test {
+ protected:
+  // Starts a writer and waits until it has to wait behind the reader that the caller is.
+  std::thread waitingWriter() {
+    std::promise<void> started;
+    auto isStarted = started.get_future();
+    std::thread writer([this, &started] {
+      started.set_value();
+      const WriteLock lock(mutex);
+      hasWritten = true;
+    });
+    isStarted.wait();
+    std::this_thread::sleep_for(50ms);
+    EXPECT_FALSE(hasWritten);
+    return writer;
+  }
+
+  boost::shared_ptr<ReadWriteMutex> mutex = boost::make_shared<ReadWriteMutex>();
+  std::atomic<bool> hasWritten{false};
+};
+
+TEST_F(Locks, NestInTheThreadThatWrites) {
+  withinTime([this] {
+    const WriteLock write(mutex);
+    const ReadLock read(mutex);
+    const ReadLock readAgain(mutex);
+    const WriteLock writeAgain(mutex);
+  });
+  withinTime([this] { const WriteLock free(mutex); });  // all of it was given back
+}
+
+TEST_F(Locks, StayExclusiveUntilTheLastHoldOfTheWriterEnds) {
+  auto write = std::make_unique<WriteLock>(mutex);
+  auto read = std::make_unique<ReadLock>(mutex);
+  write.reset();
+  auto other = std::async(std::launch::async, [this] { const ReadLock lock(mutex); });
+  EXPECT_EQ(other.wait_for(50ms), std::future_status::timeout);
+  read.reset();
+  withinTime([&] { other.get(); });
+}
+
+TEST_F(Locks, OfReadersNestWhileAWriterWaits) {
+  std::thread writer;
+  withinTime([&] {
+    const ReadLock first(mutex);
+    writer = waitingWriter();
+    const ReadLock second(mutex);
+    EXPECT_FALSE(hasWritten);
+  });
+  withinTime([&] { writer.join(); });
+  EXPECT_TRUE(hasWritten);
+}
+
+TEST_F(Locks, OfNewReadersQueueBehindAWaitingWriter) {
+  auto first = std::make_unique<ReadLock>(mutex);
+  std::thread writer = waitingWriter();
+  auto sawWritten = std::async(std::launch::async, [this] {
+    const ReadLock lock(mutex);
+    return hasWritten.load();
+  });
+  EXPECT_EQ(sawWritten.wait_for(50ms), std::future_status::timeout);
+  first.reset();
+  withinTime([&] {
+    writer.join();
+    EXPECT_TRUE(sawWritten.get());
+  });
+}
+
+TEST_F(Locks, AreSharedAmongReaders) {
+  withinTime([this] {
+    const ReadLock mine(mutex);
+    std::thread([this] { const ReadLock theirs(mutex); }).join();
+  });
+}
+
+TEST_F(Locks, ForWritingAreRefusedToAReaderInsteadOfWaitingForEver) {
+  withinTime([this] {
+    const ReadLock read(mutex);
+    testing::internal::CaptureStderr();
+    EXPECT_THROW(WriteLock{mutex}, KestovaException);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "ReadWriteMutex: assertion failed: write lock asked for while holding only a read "
+              "lock\n");
+  });
+  withinTime([this] { const WriteLock free(mutex); });
+}
+
+TEST_F(Locks, OfTwoMutexesDoNotMix) {
+  const auto other = boost::make_shared<ReadWriteMutex>();
+  withinTime([&] {
+    const ReadLock read(mutex);
+    const WriteLock write(other);
+  });
+}
+
+TEST_F(Locks, WithoutAMutexAreNone) {
+  withinTime([] {
+    const ReadLock read(nullptr);
+    const WriteLock write(nullptr);
+  });
+}
+
+TEST_F(Locks, KeepTheMutexAlive) {
+  boost::weak_ptr<ReadWriteMutex> watched = mutex;
+  auto lock = std::make_unique<ReadLock>(mutex);
+  mutex.reset();
+  EXPECT_FALSE(watched.expired());
+  lock.reset();
+  EXPECT_TRUE(watched.expired());
+}
+
+TEST_F(Locks, ExcludeEachOtherUnderLoad) {
+  int balance = 0;
+  std::vector<std::thread> threads;
+  for (int n = 0; n < 4; ++n) {
+    threads.emplace_back([&, n] {
+      for (int round = 0; round < 2000; ++round) {
+        if (n == 0 || round % 7 == 0) {
+          const WriteLock lock(mutex);
+          ++balance;
+          std::this_thread::yield();
+          --balance;
+        } else {
+          const ReadLock lock(mutex);
+          EXPECT_EQ(balance, 0);
+        }
+      }
+    });
+  }
+  withinTime([&] {
+    for (std::thread& thread : threads) thread.join();
+  });
+}
+
+}  // namespace
+}  // namespace Kestova
