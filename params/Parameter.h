@@ -1,0 +1,153 @@
+// A keyframed parameter with values of one type, as its users see it.
+#pragma once
+
+#include <boost/smart_ptr/enable_shared_from_this.hpp>
+#include <boost/smart_ptr/shared_ptr.hpp>
+#include <string>
+
+#include "host/Kestova/CallList.h"
+#include "host/Kestova/Identified.h"
+#include "host/Kestova/Interpolater.h"
+#include "host/Kestova/Json.h"
+#include "host/Kestova/UiHints.h"
+#include "host/Kestova/ValueBounds.h"
+#include "params/KeyFrame.h"
+#include "params/ParameterInterface.h"
+
+namespace Kestova {
+
+class KeyFrameListener;
+
+/// Built for the eight value types. Locks and the order of the operations: see ParameterInterface.
+/// KeyFrameException carries the time in question and the parameter's name; nothing is changed
+/// before a check fails.
+///
+/// Placement of keyframes: a time is taken when a keyframe has it, or when it lies strictly inside
+/// the lead-in of the next keyframe; a lead-in may reach back to the time of the previous keyframe,
+/// not past it.
+///
+///   with keyframes at 10 (lead-in 0) and 20 (lead-in 4)
+///     add at 10 or 20          refused: taken
+///     add at 16, lead-in 0     fits: where the lead-in of 20 begins
+///     add at 17, lead-in 0     refused: inside the lead-in of 20
+///     add at 15, lead-in 5     fits: reaches 10 exactly
+///     add at 15, lead-in 6     refused: reaches past 10
+template <class T>
+class Parameter : public ParameterInterface,
+                  public Identified,
+                  public boost::enable_shared_from_this<Parameter<T>> {
+ public:
+  ~Parameter() override;
+
+  /// Listeners are told of keyframes that are added and removed, in order of joining, after the
+  /// observers. They are not owned. One that is added twice is called twice; removing takes both.
+  virtual void addKeyFrameListener(KeyFrameListener* listener);
+  virtual void removeKeyFrameListener(KeyFrameListener* listener);
+
+  /// Writes the parameter as a JSON member. This one throws std::runtime_error: a class that can
+  /// be written overrides it.
+  virtual void toJSON(const JSONOptions& options, int indent, const std::string& leadingText,
+                      const std::string& namePrefix) const;
+  virtual bool isSerializable() const;
+
+  /// Puts a made keyframe in its place. Requires: not null, in no parameter.
+  virtual void addKeyFrame(const boost::shared_ptr<KeyFrame<T>>& keyFrame) = 0;
+
+  /// Makes a keyframe and puts it in its place.
+  virtual void addKeyFrame(const RationalTime& time, const T& value,
+                           const RationalTime& leadInLength) = 0;
+
+  /// Puts `keyFrame`, whose time becomes `time`, in the place of the one at `time`, which is
+  /// returned. Throws KeyFrameException when none is there or the new lead-in does not fit.
+  virtual boost::shared_ptr<KeyFrame<T>> replaceKeyFrame(
+      const RationalTime& time, const boost::shared_ptr<KeyFrame<T>>& keyFrame) = 0;
+
+  /// Both set the value of a keyframe and return the previous one. The keyframe is notified when
+  /// the value differs, the parameter in any case. They throw KeyFrameException when no keyframe
+  /// is at the time.
+  virtual T setKeyFrameValue(const boost::shared_ptr<KeyFrame<T>>& keyFrame, const T& value) = 0;
+  virtual T setKeyFrameValue(const RationalTime& time, const T& value) = 0;
+
+  /// Takes the keyframe out and returns it. Throws KeyFrameException when none is there.
+  virtual boost::shared_ptr<KeyFrame<T>> removeKeyFrame(const RationalTime& time) = 0;
+
+  /// Returns the previous lead-in. Throws KeyFrameException when no keyframe is there or the new
+  /// lead-in would reach past the previous keyframe.
+  virtual RationalTime setKeyFrameLeadInLength(const RationalTime& time,
+                                               const RationalTime& leadInLength) = 0;
+
+  /// The value at any time; without keyframes KeyFrameException at 0. (read lock)
+  ///
+  ///   at or before the first keyframe         its value
+  ///   at or after the last, or only one       its value
+  ///   at a keyframe                           its value
+  ///   between, less than one frame before     the later value (with an edit-rate source only)
+  ///   between                                 what the interpolater makes of both; the later
+  ///                                           keyframe's own one, if it has one
+  virtual T valueAt(const RationalTime& time) const = 0;
+
+  /// Sets the value at a time, or at 0. Which keyframe that is, the class says. Returns the
+  /// previous value of the keyframe, T() when one was added.
+  virtual T setValue(const T& value, const RationalTime& time) = 0;
+  virtual T setValue(const T& value) = 0;
+
+  virtual boost::shared_ptr<Interpolater<T>> interpolater() const = 0;
+
+  /// Returns the one before.
+  virtual boost::shared_ptr<Interpolater<T>> setInterpolater(
+      const boost::shared_ptr<Interpolater<T>>& interpolater) = 0;
+  virtual boost::shared_ptr<Interpolater<T>> defaultInterpolater() const = 0;
+
+  /// The keyframe with exactly this time; KeyFrameException if none. (read lock)
+  virtual boost::shared_ptr<KeyFrame<T>> keyFrameAt(const RationalTime& time) = 0;
+  virtual boost::shared_ptr<const KeyFrame<T>> keyFrameAt(const RationalTime& time) const = 0;
+
+  /// True when a keyframe lies in `range`, both ends included. (read lock)
+  virtual bool hasKeyFrameIn(const Range<RationalTime>& range) const = 0;
+
+  /// INT64_MAX when there is none. (read lock)
+  virtual RationalTime firstKeyFrameTime() const = 0;
+
+  // The placement rules above. Exact, and they never throw.
+  virtual bool isOccupied(const RationalTime& time) const;
+  virtual bool leadInFits(const RationalTime& time, const RationalTime& leadInLength) const;
+  virtual bool canAddKeyFrame(const RationalTime& time, const RationalTime& leadInLength) const;
+
+  /// True when both have keyframes at the same times with the same values (NaN equals NaN) and
+  /// lead-ins. Comparing two empty parameters throws the KeyFrameException of `valueAt`.
+  virtual bool isEquivalentTo(const Parameter& other) const;
+  virtual bool differsFrom(const Parameter& other) const;
+
+  /// Shared with copies of the parameter; may be null.
+  virtual boost::shared_ptr<ValueBounds<T>> valueBounds() const;
+  virtual void setValueBounds(const boost::shared_ptr<ValueBounds<T>>& bounds);
+  virtual boost::shared_ptr<UiHints> uiHints() const;
+  virtual void setUiHints(const boost::shared_ptr<UiHints>& hints);
+
+  /// The keyframe at `firstKeyFrameTime`, null when there is none.
+  boost::shared_ptr<KeyFrame<T>> firstKeyFrame() {
+    return numKeyFrames() < 1 ? boost::shared_ptr<KeyFrame<T>>() : keyFrameAt(firstKeyFrameTime());
+  }
+
+ protected:
+  Parameter();
+
+  /// A copy shares bounds and hints and has no listeners.
+  Parameter(const Parameter& other);
+
+  /// Tell the listeners. Without any, the parameter need not be owned by a shared pointer.
+  void announceAdded(const RationalTime& time);
+  void announceRemoved(const RationalTime& time);
+
+ private:
+  using Announcement = void (KeyFrameListener::*)(const boost::shared_ptr<ParameterInterface>&,
+                                                  const RationalTime&);
+  void announce(Announcement announcement, RationalTime time);
+
+  // Guarded by the project's lock.
+  CallList<KeyFrameListener*> m_keyFrameListeners;
+  boost::shared_ptr<ValueBounds<T>> m_valueBounds;
+  boost::shared_ptr<UiHints> m_uiHints;
+};
+
+}  // namespace Kestova

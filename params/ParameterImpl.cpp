@@ -1,0 +1,357 @@
+#include "params/ParameterImpl.h"
+
+#include <boost/smart_ptr/make_shared.hpp>
+#include <iterator>
+#include <utility>
+
+#include "host/Kestova/EditRateSource.h"
+#include "host/Kestova/KeyFrameException.h"
+#include "host/Kestova/ReadWriteMutex.h"
+#include "params/ParameterIterator.h"
+#include "params/ValueTraits.h"
+
+namespace Kestova {
+
+using ReadLock = ReadWriteMutex::ScopedReadLock;
+
+template <class T>
+ParameterImpl<T>::ParameterImpl(const boost::weak_ptr<const ThreadSafe>& owner,
+                                const std::string& identifier, const EditRateSource* editRateSource)
+    : m_identifier(boost::make_shared<Attribute<std::string>>(std::string(), owner)),
+      m_owner(owner),
+      m_changeSubject(owner),
+      m_editRateSource(editRateSource) {
+  m_identifier->setValue(identifier);
+}
+
+template <class T>
+ParameterImpl<T>::ParameterImpl(const ParameterImpl& other)
+    : XMLIdentified(other),
+      Parameter<T>(other),
+      m_identifier(boost::make_shared<Attribute<std::string>>(*other.m_identifier)),
+      m_owner(other.m_owner),
+      m_metaData(MetaDatable::cloneMetaData(other.m_metaData.get())),
+      m_changeSubject(other.m_changeSubject),
+      m_editRateSource(other.m_editRateSource) {
+  for (const auto& [time, keyFrame] : other.m_keyFrames) {
+    m_keyFrames.emplace_hint(m_keyFrames.end(), time, KeyFramePointer(keyFrame->clone()));
+  }
+}
+
+template <class T>
+ParameterImpl<T>::~ParameterImpl() = default;
+
+template <class T>
+boost::weak_ptr<const ThreadSafe> ParameterImpl<T>::projectMutex() const {
+  return m_owner;
+}
+
+template <class T>
+Range<RationalTime> ParameterImpl<T>::keyFrameRange() const {
+  const RationalTime first = this->firstKeyFrameTime();
+  if (first == afterAllTimes()) return {first, RationalTime()};
+  return {first, this->previousKeyFrameTime(afterAllTimes()) - first};
+}
+
+template <class T>
+void ParameterImpl<T>::shiftKeyFrames(const RationalTime& offset,
+                                      const std::function<bool(const RationalTime&)>& predicate) {
+  auto batch = m_changeSubject.disableNotifies();
+  std::vector<KeyFramePointer> moved;
+  for (ParameterIterator<T> at(*this); !at.atEnd(); at.next()) {
+    if (predicate(at.time())) moved.push_back(this->removeKeyFrame(at.time()));
+  }
+  for (const KeyFramePointer& keyFrame : moved) {
+    this->addKeyFrame(keyFrame->time() + offset, keyFrame->value(), keyFrame->leadInLength());
+  }
+  moved.clear();
+  batch.release();
+  this->notify();
+}
+
+template <class T>
+std::uint32_t ParameterImpl<T>::numKeyFrames() const {
+  return static_cast<std::uint32_t>(m_keyFrames.size());
+}
+
+template <class T>
+boost::shared_ptr<std::vector<RationalTime>> ParameterImpl<T>::keyFrameTimes() const {
+  auto times = boost::make_shared<std::vector<RationalTime>>();
+  times->reserve(m_keyFrames.size());
+  for (const auto& [time, keyFrame] : m_keyFrames) times->push_back(time);
+  return times;
+}
+
+template <class T>
+void ParameterImpl<T>::moveKeyFrame(const RationalTime& from, const RationalTime& to) {
+  const KeyFramePointer keyFrame = existing(from);
+  if (this->keyFrameExists(to)) refuse(to);
+
+  RationalTime next = this->nextKeyFrameTime(to);
+  if (next == from) next = this->nextKeyFrameTime(next);
+  if (this->keyFrameExists(next) &&
+      compareWithDifference(to, next, this->keyFrameAt(next)->leadInLength()) > 0) {
+    refuse(to);
+  }
+  RationalTime previous = this->previousKeyFrameTime(to);
+  if (previous == from) previous = this->previousKeyFrameTime(from);
+  if (compareWithDifference(previous, to, keyFrame->leadInLength()) > 0) refuse(to);
+
+  const RationalTime target = to;  // `to` may be the time of the keyframe that is about to change
+  m_keyFrames.emplace(target, keyFrame);
+  m_keyFrames.erase(from);
+  keyFrame->setTime(target);
+  this->notify();
+}
+
+template <class T>
+RationalTime ParameterImpl<T>::previousKeyFrameTime(const RationalTime& time) const {
+  const ReadLock lock(this->mutex());
+  return m_mapUtil.previousTime(m_keyFrames, time);
+}
+
+template <class T>
+RationalTime ParameterImpl<T>::nextKeyFrameTime(const RationalTime& time) const {
+  const ReadLock lock(this->mutex());
+  return m_mapUtil.nextTime(m_keyFrames, time);
+}
+
+template <class T>
+bool ParameterImpl<T>::keyFrameExists(const RationalTime& time) const {
+  const ReadLock lock(this->mutex());
+  return m_keyFrames.count(time) != 0;
+}
+
+template <class T>
+void ParameterImpl<T>::interfaceHook2() {}
+
+template <class T>
+bool ParameterImpl<T>::valueChanges(const RationalTime& time1, const RationalTime& time2) const {
+  return this->valueAt(time1) != this->valueAt(time2);
+}
+
+template <class T>
+void ParameterImpl<T>::setEditRateSource(const EditRateSource* source) {
+  m_editRateSource = source;
+}
+
+template <class T>
+void ParameterImpl<T>::addKeyFrame(const KeyFramePointer& keyFrame) {
+  const RationalTime time = keyFrame->time();
+  if (!this->canAddKeyFrame(time, keyFrame->leadInLength())) refuse(time);
+  insert(time, keyFrame);
+}
+
+template <class T>
+void ParameterImpl<T>::addKeyFrame(const RationalTime& time, const T& value,
+                                   const RationalTime& leadInLength) {
+  if (!this->canAddKeyFrame(time, leadInLength)) refuse(time);
+  insert(time, boost::make_shared<KeyFrame<T>>(this->projectMutex(), time, value, leadInLength));
+}
+
+template <class T>
+boost::shared_ptr<KeyFrame<T>> ParameterImpl<T>::replaceKeyFrame(const RationalTime& time,
+                                                                 const KeyFramePointer& keyFrame) {
+  const auto place = placeOf(time);
+  if (!this->leadInFits(time, keyFrame->leadInLength())) refuse(time);
+  const RationalTime placeTime = place->first;
+  KeyFramePointer old = std::exchange(place->second, keyFrame);
+  const RationalTime oldTime = old->time();
+  keyFrame->setTime(placeTime);
+  this->notify();
+  this->announceRemoved(oldTime);
+  this->announceAdded(placeTime);
+  return old;
+}
+
+template <class T>
+T ParameterImpl<T>::setKeyFrameValue(const KeyFramePointer& keyFrame, const T& value) {
+  return this->setKeyFrameValue(keyFrame->time(), value);
+}
+
+template <class T>
+T ParameterImpl<T>::setKeyFrameValue(const RationalTime& time, const T& value) {
+  const KeyFramePointer keyFrame = existing(time);
+  T old = keyFrame->value();
+  keyFrame->setValue(value);
+  this->notify();
+  return old;
+}
+
+template <class T>
+boost::shared_ptr<KeyFrame<T>> ParameterImpl<T>::removeKeyFrame(const RationalTime& time) {
+  const auto place = placeOf(time);
+  KeyFramePointer removed = place->second;
+  m_keyFrames.erase(place);
+  this->notify();
+  this->announceRemoved(removed->time());
+  return removed;
+}
+
+template <class T>
+RationalTime ParameterImpl<T>::setKeyFrameLeadInLength(const RationalTime& time,
+                                                       const RationalTime& leadInLength) {
+  const KeyFramePointer keyFrame = existing(time);
+  if (!this->leadInFits(time, leadInLength)) refuse(time);
+  const RationalTime old = keyFrame->leadInLength();
+  keyFrame->setLeadInLength(leadInLength);
+  this->notify();
+  return old;
+}
+
+template <class T>
+T ParameterImpl<T>::valueAt(const RationalTime& time) const {
+  const ReadLock lock(this->mutex());
+  if (m_keyFrames.empty()) throw KeyFrameException(RationalTime(0), this->name());
+  if (time <= m_keyFrames.begin()->first) return m_keyFrames.begin()->second->value();
+  const auto next = m_keyFrames.lower_bound(time);
+  if (next == m_keyFrames.end()) return std::prev(next)->second->value();
+
+  const KeyFrame<T>& later = *next->second;
+  if (next->first == time) return later.value();
+  if (m_editRateSource != nullptr &&
+      isLessThanOneFrame(time, later.time(), m_editRateSource->editRate())) {
+    return later.value();
+  }
+  const KeyFrame<T>& earlier = *std::prev(next)->second;
+  const auto interpolater = later.interpolater() ? later.interpolater() : this->interpolater();
+  return interpolater->interpolate(earlier.value(), later.value(), earlier.time(), later.time(),
+                                   time.toDouble(), later.leadInLength());
+}
+
+template <class T>
+T ParameterImpl<T>::setValue(const T& value, const RationalTime& time) {
+  if (m_keyFrames.empty()) {
+    this->addKeyFrame(time, value, RationalTime(0));
+    return T();
+  }
+  if (!this->keyFrameExists(time)) throw KestovaException("error");
+  return this->setKeyFrameValue(time, value);
+}
+
+template <class T>
+T ParameterImpl<T>::setValue(const T& value) {
+  return this->setValue(value, RationalTime(0));
+}
+
+template <class T>
+boost::shared_ptr<KeyFrame<T>> ParameterImpl<T>::keyFrameAt(const RationalTime& time) {
+  const ReadLock lock(this->mutex());
+  return existing(time);
+}
+
+template <class T>
+boost::shared_ptr<const KeyFrame<T>> ParameterImpl<T>::keyFrameAt(const RationalTime& time) const {
+  const ReadLock lock(this->mutex());
+  return existing(time);
+}
+
+template <class T>
+bool ParameterImpl<T>::hasKeyFrameIn(const Range<RationalTime>& range) const {
+  const ReadLock lock(this->mutex());
+  const auto first = m_keyFrames.lower_bound(range.start);
+  return first != m_keyFrames.end() &&
+         compareWithDifference(range.start, first->first, range.length) >= 0;
+}
+
+template <class T>
+RationalTime ParameterImpl<T>::firstKeyFrameTime() const {
+  const ReadLock lock(this->mutex());
+  return m_mapUtil.firstTime(m_keyFrames);
+}
+
+template <class T>
+bool ParameterImpl<T>::isEquivalentTo(const Parameter<T>& other) const {
+  if (this->numKeyFrames() != other.numKeyFrames()) return false;
+  if (m_keyFrames.empty()) {
+    return ValueTraits<T>::similarToValue(this->valueAt(RationalTime(0)),
+                                          other.valueAt(RationalTime(0)));
+  }
+  for (const auto& [time, keyFrame] : m_keyFrames) {
+    if (!other.keyFrameExists(time)) return false;
+    const auto counterpart = other.keyFrameAt(time);
+    if (!keyFrame->similarToValue(counterpart->value()) ||
+        keyFrame->leadInLength() != counterpart->leadInLength()) {
+      return false;
+    }
+  }
+  return true;
+}
+
+template <class T>
+bool ParameterImpl<T>::writeExtraJSON(const JSONOptions& /*options*/, int /*indent*/) const {
+  return false;
+}
+
+template <class T>
+boost::shared_ptr<Attribute<std::string>> ParameterImpl<T>::identifier() {
+  return m_identifier;
+}
+
+template <class T>
+boost::shared_ptr<const Attribute<std::string>> ParameterImpl<T>::identifier() const {
+  return m_identifier;
+}
+
+template <class T>
+void ParameterImpl<T>::attach(Observer* observer) {
+  m_changeSubject.attach(observer);
+}
+
+template <class T>
+void ParameterImpl<T>::attachWithoutNotifyDelay(Observer* observer) {
+  m_changeSubject.attachWithoutNotifyDelay(observer);
+}
+
+template <class T>
+void ParameterImpl<T>::detach(Observer* observer) {
+  m_changeSubject.detach(observer);
+}
+
+template <class T>
+void ParameterImpl<T>::notify() {
+  m_changeSubject.notify();
+}
+
+template <class T>
+MetaDataMap* ParameterImpl<T>::createMetaDataMap() {
+  m_metaData = std::make_unique<MetaDataMap>();
+  return m_metaData.get();
+}
+
+template <class T>
+MetaDataMap* ParameterImpl<T>::metaDataMap() const {
+  return m_metaData.get();
+}
+
+template <class T>
+void ParameterImpl<T>::refuse(const RationalTime& time) const {
+  throw KeyFrameException(time, this->name());
+}
+
+// The keyframe at `time`; the caller holds a lock.
+template <class T>
+const boost::shared_ptr<KeyFrame<T>>& ParameterImpl<T>::existing(const RationalTime& time) const {
+  const auto found = m_keyFrames.find(time);
+  if (found == m_keyFrames.end()) refuse(time);
+  return found->second;
+}
+
+template <class T>
+typename KeyFrameMap<T>::iterator ParameterImpl<T>::placeOf(const RationalTime& time) {
+  const auto found = m_keyFrames.find(time);
+  if (found == m_keyFrames.end()) refuse(time);
+  return found;
+}
+
+template <class T>
+void ParameterImpl<T>::insert(const RationalTime& time, const KeyFramePointer& keyFrame) {
+  m_keyFrames[time] = keyFrame;
+  this->notify();
+  this->announceAdded(time);
+}
+
+#define KESTOVA_PARAMETER_IMPL(T) template class ParameterImpl<T>;
+KESTOVA_FOR_EACH_VALUE_TYPE(KESTOVA_PARAMETER_IMPL)
+
+}  // namespace Kestova

@@ -1,0 +1,107 @@
+// The body that keyframed parameters share: the keyframes, their rules, and who is told.
+#pragma once
+
+#include <boost/smart_ptr/weak_ptr.hpp>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "params/Attribute.h"
+#include "params/KeyFrameMapUtil.h"
+#include "params/Parameter.h"
+
+namespace Kestova {
+
+/// Locks: see ParameterInterface. The interpolater and the name are left to derived classes.
+template <class T>
+class ParameterImpl : public Parameter<T> {
+ public:
+  /// Makes an empty parameter. Its keyframes and its own observers belong to `owner`, which may be
+  /// empty; `editRateSource` is not owned and may be null.
+  ParameterImpl(const boost::weak_ptr<const ThreadSafe>& owner, const std::string& identifier,
+                const EditRateSource* editRateSource);
+  ~ParameterImpl() override;
+
+  // SubProject
+  boost::weak_ptr<const ThreadSafe> projectMutex() const override;
+
+  // ParameterInterface
+  Range<RationalTime> keyFrameRange() const override;
+  void shiftKeyFrames(const RationalTime& offset,
+                      const std::function<bool(const RationalTime&)>& predicate) override;
+  std::uint32_t numKeyFrames() const override;
+  boost::shared_ptr<std::vector<RationalTime>> keyFrameTimes() const override;
+  void moveKeyFrame(const RationalTime& from, const RationalTime& to) override;
+  RationalTime previousKeyFrameTime(const RationalTime& time) const override;
+  RationalTime nextKeyFrameTime(const RationalTime& time) const override;
+  bool keyFrameExists(const RationalTime& time) const override;
+  void interfaceHook2() override;
+  bool valueChanges(const RationalTime& time1, const RationalTime& time2) const override;
+  void setEditRateSource(const EditRateSource* source) override;
+
+  // Parameter
+  void addKeyFrame(const boost::shared_ptr<KeyFrame<T>>& keyFrame) override;
+  void addKeyFrame(const RationalTime& time, const T& value,
+                   const RationalTime& leadInLength) override;
+  boost::shared_ptr<KeyFrame<T>> replaceKeyFrame(
+      const RationalTime& time, const boost::shared_ptr<KeyFrame<T>>& keyFrame) override;
+  T setKeyFrameValue(const boost::shared_ptr<KeyFrame<T>>& keyFrame, const T& value) override;
+  T setKeyFrameValue(const RationalTime& time, const T& value) override;
+  boost::shared_ptr<KeyFrame<T>> removeKeyFrame(const RationalTime& time) override;
+  RationalTime setKeyFrameLeadInLength(const RationalTime& time,
+                                       const RationalTime& leadInLength) override;
+  T valueAt(const RationalTime& time) const override;
+
+  /// Without keyframes one is added at `time` with lead-in 0. Otherwise the keyframe at exactly
+  /// `time` is set; KestovaException "error" when there is none.
+  T setValue(const T& value, const RationalTime& time) override;
+  T setValue(const T& value) override;
+  boost::shared_ptr<KeyFrame<T>> keyFrameAt(const RationalTime& time) override;
+  boost::shared_ptr<const KeyFrame<T>> keyFrameAt(const RationalTime& time) const override;
+  bool hasKeyFrameIn(const Range<RationalTime>& range) const override;
+  RationalTime firstKeyFrameTime() const override;
+  bool isEquivalentTo(const Parameter<T>& other) const override;
+
+  /// An extension of the JSON form: writes nothing and returns false.
+  virtual bool writeExtraJSON(const JSONOptions& options, int indent) const;
+
+  // Identified
+  boost::shared_ptr<Attribute<std::string>> identifier() override;
+  boost::shared_ptr<const Attribute<std::string>> identifier() const override;
+
+  // Observable
+  void attach(Observer* observer) override;
+  void attachWithoutNotifyDelay(Observer* observer) override;
+  void detach(Observer* observer) override;
+  void notify() override;
+
+  // MetaDatable
+  MetaDataMap* createMetaDataMap() override;
+  MetaDataMap* metaDataMap() const override;
+
+ protected:
+  /// A copy has copies of the keyframes, of the identifier and of the metadata, shares the owner
+  /// and the edit-rate source, and has no observers. The caller holds the lock.
+  ParameterImpl(const ParameterImpl& other);
+
+  const KeyFrameMap<T>& keyFrames() const { return m_keyFrames; }
+
+ private:
+  using KeyFramePointer = boost::shared_ptr<KeyFrame<T>>;
+
+  [[noreturn]] void refuse(const RationalTime& time) const;
+  const KeyFramePointer& existing(const RationalTime& time) const;
+  typename KeyFrameMap<T>::iterator placeOf(const RationalTime& time);
+  void insert(const RationalTime& time, const KeyFramePointer& keyFrame);
+
+  // Guarded by the project's lock.
+  KeyFrameMap<T> m_keyFrames;
+  boost::shared_ptr<Attribute<std::string>> m_identifier;
+  const boost::weak_ptr<const ThreadSafe> m_owner;
+  std::unique_ptr<MetaDataMap> m_metaData;
+  KeyFrameMapUtil<T> m_mapUtil;
+  Subject m_changeSubject;
+  const EditRateSource* m_editRateSource;
+};
+
+}  // namespace Kestova

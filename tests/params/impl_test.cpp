@@ -1,0 +1,115 @@
+#include <stdexcept>
+
+#include "host/Kestova/EditRateSource.h"
+#include "tests/params/Values.h"
+
+namespace Kestova {
+namespace {
+
+// Gives the time itself, so that it shows when and with what it was asked.
+class Straight final : public Interpolater<double> {
+ public:
+  double interpolate(const double& earlier, const double& later, const RationalTime& earlierTime,
+                     const RationalTime& laterTime, double time,
+                     const RationalTime& leadInLength) const override {
+    const double share = (time - earlierTime.toDouble()) / (laterTime - earlierTime).toDouble();
+    return earlier + (later - earlier) * share + 1000 * leadInLength.toDouble();
+  }
+  std::string typeName() const override { return "straight"; }
+};
+
+// What ParameterImpl leaves open, filled in for these tests.
+class Plain final : public ParameterImpl<double> {
+ public:
+  using ParameterImpl<double>::ParameterImpl;
+  std::string name() const override { return "plain"; }
+  void accept(ParameterVisitor&) override {}
+  void accept(ConstParameterVisitor&) const override {}
+  boost::shared_ptr<Interpolater<double>> interpolater() const override { return m_interpolater; }
+  boost::shared_ptr<Interpolater<double>> setInterpolater(
+      const boost::shared_ptr<Interpolater<double>>& interpolater) override {
+    return std::exchange(m_interpolater, interpolater);
+  }
+  boost::shared_ptr<Interpolater<double>> defaultInterpolater() const override {
+    return LeftInterpolater<double>::getInstance();
+  }
+  Cloneable* clone() const override { return nullptr; }
+
+  using ParameterImpl<double>::writeExtraJSON;
+  void baseToJSON(const JSONOptions& options) const {
+    Parameter<double>::toJSON(options, 0, "", "");
+  }
+
+ private:
+  boost::shared_ptr<Interpolater<double>> m_interpolater = boost::make_shared<Straight>();
+};
+
+class TwentyFive final : public EditRateSource {
+ public:
+  SafeRational editRate() const override { return {25, 1}; }
+};
+
+class Impl : public testing::Test {
+ protected:
+  Plain parameter{{}, "", nullptr};
+};
+
+TEST_F(Impl, AsksItsInterpolaterBetweenKeyframes) {
+  parameter.addKeyFrame(T(10), 0.0, T(0));
+  parameter.addKeyFrame(T(20), 100.0, T(2));
+  EXPECT_EQ(parameter.valueAt(T(10)), 0);
+  EXPECT_EQ(parameter.valueAt(T(25, 2)), 25 + 2000);
+  EXPECT_EQ(parameter.valueAt(T(20)), 100);
+
+  parameter.setInterpolater(LeftInterpolater<double>::getInstance());
+  EXPECT_EQ(parameter.valueAt(T(15)), 0);
+  parameter.keyFrameAt(T(20))->setInterpolater(boost::make_shared<Straight>());
+  EXPECT_EQ(parameter.valueAt(T(15)), 50 + 2000);  // the later keyframe's own comes first
+}
+
+TEST_F(Impl, TakesTheNextValueLessThanOneFrameBeforeIt) {
+  const TwentyFive rate;
+  parameter.setEditRateSource(&rate);
+  parameter.addKeyFrame(T(0), 0.0, T(0));
+  parameter.addKeyFrame(T(1), 100.0, T(0));
+  EXPECT_EQ(parameter.valueAt(T(24, 25)), 96);  // exactly one frame before
+  EXPECT_EQ(parameter.valueAt(T(241, 250)), 100);
+  parameter.setEditRateSource(nullptr);
+  EXPECT_DOUBLE_EQ(parameter.valueAt(T(241, 250)), 96.4);
+}
+
+TEST_F(Impl, SetsTheKeyframeAtExactlyTheTime) {
+  EXPECT_EQ(parameter.setValue(1.0, T(10)), 0);
+  EXPECT_EQ(parameter.setValue(2.0, T(10)), 1);
+  try {
+    parameter.setValue(3.0, T(11));
+    ADD_FAILURE() << "was not refused";
+  } catch (const KestovaException& error) {
+    EXPECT_STREQ(error.what(), "error");
+  }
+  EXPECT_THROW(parameter.setValue(3.0), KestovaException);  // at 0
+}
+
+TEST_F(Impl, AcceptsKeyframesWithInterpolatersOfTheirOwn) {
+  const auto keyFrame =
+      boost::make_shared<KeyFrame<double>>(boost::weak_ptr<const ThreadSafe>(), T(1), 1.0, T(0));
+  keyFrame->setInterpolater(boost::make_shared<Straight>());
+  parameter.addKeyFrame(keyFrame);
+  EXPECT_EQ(parameter.keyFrameAt(T(1)), keyFrame);
+}
+
+TEST_F(Impl, CannotBeWrittenByTheBaseOfAllParameters) {
+  std::ostringstream out;
+  const JSONOptions options(out);
+  try {
+    parameter.baseToJSON(options);
+    ADD_FAILURE() << "was written";
+  } catch (const std::runtime_error& error) {
+    EXPECT_STREQ(error.what(), "Serializing unserializable parameter plain");
+  }
+  EXPECT_FALSE(parameter.writeExtraJSON(options, 0));
+  EXPECT_EQ(out.str(), "");
+}
+
+}  // namespace
+}  // namespace Kestova
