@@ -1,0 +1,149 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "tests/support/TempFolder.h"
+#include "tests/tools/Voxa.h"
+#include "tools/recording/Sample.h"
+#include "tools/recording/TopLevel.h"
+
+namespace {
+
+using nlohmann::json;
+using recording::Bytes;
+using recording::Layout;
+using testing_support::bytesOfFile;
+using testing_support::Result;
+using testing_support::TempFolder;
+using testing_support::voxa;
+
+json streamsOf(const std::string& file) {
+  return json::parse(voxa({"streams", file, "--format", "json"}).out)["streams"];
+}
+
+// Loads the cursor of a sample of ten seconds and returns the number of its keyframes.
+std::size_t loadedPoints(const std::string& file) {
+  const Result run =
+      voxa({"load", file, "F0", "--as", "points", "--rate", "60", "--format", "json"});
+  return run.status == 0 ? json::parse(run.out)["keyframes"].size() : 0;
+}
+
+TEST(Samples, HoldAStreamOfEveryTypeInEveryContainer) {
+  const TempFolder folder;
+  for (const char* const leaf : {"a.voxa", "a.mp4", "a.mov", "a.avi", "a.wav"}) {
+    ASSERT_EQ(voxa({"sample", folder.name(leaf)}).status, 0);
+    EXPECT_EQ(streamsOf(folder.name(leaf)).size(), recording::sampleTypes().size()) << leaf;
+    EXPECT_EQ(loadedPoints(folder.name(leaf)), 600U) << leaf;
+  }
+  for (const std::string& type : recording::sampleTypes()) {
+    ASSERT_EQ(voxa({"sample", folder.name("a.dat"), "--stream", type}).status, 0);
+    const json streams = streamsOf(folder.name("a.dat"));
+    ASSERT_EQ(streams.size(), 1U);
+    const Result run =
+        voxa({"records", folder.name("a.dat"), streams[0]["id"], "--as", type, "--format", "json"});
+    EXPECT_GT(json::parse(run.out)["records"].size(), 1U) << type;
+    EXPECT_EQ(run.status, 0) << type;
+  }
+}
+
+TEST(Samples, AreTheSameForTheSameSeed) {
+  const auto block = [](std::uint64_t seed) {
+    return recording::atomBlock(recording::sampleEntries(5, seed));
+  };
+  EXPECT_EQ(block(3), block(3));
+  EXPECT_NE(block(3), block(4));
+  EXPECT_THROW(recording::sampleEntry("numbers", 1, 1), std::invalid_argument);
+}
+
+TEST(Samples, ArePaddedBehindAnOddChunk) {
+  const TempFolder folder;
+  const Bytes odd = recording::chunk("RIFF", "odd");
+  for (const Bytes& media : {odd, odd.substr(0, odd.size() - 1)}) {  // with and without its pad
+    const std::string file = folder.file("odd.wav", media);
+    ASSERT_EQ(voxa({"sample", folder.name("out.wav"), "--onto", file}).status, 0);
+    EXPECT_EQ(loadedPoints(folder.name("out.wav")), 600U);
+    EXPECT_EQ(bytesOfFile(folder.name("out.wav")).substr(0, odd.size()), odd);
+  }
+}
+
+TEST(Samples, AreRefusedWhereNothingCanFollow) {
+  const TempFolder folder;
+  const Bytes head = recording::atom("ftyp", "isom");
+  struct Row {
+    const char* leaf;
+    Bytes media;
+    const char* reason;
+  };
+  for (const Row& row : {
+           Row{"a.mp4", head + recording::bigEndian(0U) + "mdat" + "media to the end",
+               "'mdat' at byte 12 has the size 0: nothing can follow it"},
+           Row{"b.mp4", head + recording::bigEndian(7U) + "free",
+               "'free' at byte 12 is smaller than its header"},
+           Row{"c.mp4", head + recording::atom("mdat", "media").substr(0, 12),
+               "'mdat' at byte 12 announces more bytes than the file holds"},
+           Row{"d.mp4", head + "1234", "the 4 bytes at byte 12 are no header"},
+           Row{"e.mp4", head + recording::wideAtom("mdat", "media").substr(0, 16),
+               "'mdat' at byte 12 announces more bytes than the file holds"},
+           Row{"f.wav", "RIFF" + recording::littleEndian(0xFFFFFFFFU) + "WAVE",
+               "'RIFF' at byte 0 announces more bytes than the file holds"},
+           Row{"g.wav", recording::chunk("JUNK", ""),
+               "'JUNK' at byte 0 has the size 0: nothing can follow it"},
+       }) {
+    const std::string media = folder.file(row.leaf, row.media);
+    const std::string out = folder.name(std::string("out-") + row.leaf);
+    const Result run = voxa({"sample", out, "--onto", media});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.error, "voxa: " + media + ": " + row.reason + "\n");
+    EXPECT_FALSE(std::filesystem::exists(std::filesystem::u8path(out))) << row.leaf;
+  }
+}
+
+// Real media, made by ffmpeg when the tests are set up.
+class Media : public testing::TestWithParam<const char*> {
+ protected:
+  std::string media() const { return std::string(KESTOVA_TEST_MEDIA) + "/" + GetParam(); }
+  Layout layout() const {
+    const std::string name = GetParam();
+    return name.find(".avi") + 1 + name.find(".wav") + 1 != 0 ? Layout::Chunks : Layout::Atoms;
+  }
+  TempFolder folder;
+};
+
+TEST_P(Media, AreIndexedAndLoadedWithABlockBehindThem) {
+  const std::string out = folder.name(GetParam());
+  const Result run = voxa({"sample", out, "--onto", media()});
+  ASSERT_EQ(run.status, 0) << run.error;
+  EXPECT_EQ(streamsOf(out).size(), recording::sampleTypes().size());
+  EXPECT_EQ(loadedPoints(out), 600U);
+  EXPECT_EQ(streamsOf(media()).size(), 0U);
+}
+
+TEST_P(Media, HideABlockInsideTheirOwnStructures) {
+  const Bytes bytes = bytesOfFile(media());
+  std::istringstream in(bytes);
+  const bool isAtoms = layout() == Layout::Atoms;
+  const char* const type = isAtoms ? "moov" : "RIFF";
+  const auto entries = recording::sampleEntries(1, 1);
+  Bytes nested;
+  std::size_t found = 0;
+  for (const recording::Structure& structure : recording::topLevel(in, layout())) {
+    const Bytes whole = bytes.substr(structure.start, structure.end - structure.start);
+    if (structure.type != type) {
+      nested += whole;
+      continue;
+    }
+    ++found;
+    nested += isAtoms ? recording::atom(type, whole.substr(8) + recording::atomBlock(entries))
+                      : recording::chunk(type, whole.substr(8) + recording::chunkBlock(entries));
+  }
+  ASSERT_EQ(found, 1U);
+  EXPECT_EQ(streamsOf(folder.file(GetParam(), nested)).size(), 0U);
+}
+
+INSTANTIATE_TEST_SUITE_P(Files, Media,
+                         testing::Values("end.mp4", "front.mp4", "fragmented.mp4", "clip.mov",
+                                         "clip.avi", "clip.wav"));
+
+}  // namespace

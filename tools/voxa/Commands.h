@@ -1,0 +1,59 @@
+// The commands of the program. Each writes its result to standard output and throws Failure, or
+// whatever the module throws, when it cannot.
+#pragma once
+
+#include <boost/rational.hpp>
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "ZRKMetaData/src/ZRKMMetaDataParser.h"
+#include "tools/voxa/Failure.h"
+#include "tools/voxa/Rows.h"
+
+namespace voxa {
+
+struct StreamsOptions {
+  std::string file;
+  Format format = Format::Table;
+  std::optional<ZRKMetaData::ContainerKind> container;
+};
+
+/// Lists the indexed streams of a recording.
+void listStreams(const StreamsOptions& options);
+
+struct RecordsOptions {
+  std::string file;
+  std::string stream;
+  std::string type;
+  Format format = Format::Table;
+  std::optional<ZRKMetaData::ContainerKind> container;
+};
+
+/// Prints the records of one stream as they stand in the file. Those before damage are printed.
+void printRecords(const RecordsOptions& options);
+
+struct LoadOptions {
+  std::string file;
+  std::string stream;
+  std::string type;
+  std::string rate;
+  std::string at;  ///< empty for the whole parameter
+  Format format = Format::Table;
+};
+
+/// Loads one stream through the module, as a host would, and prints its keyframes or its value.
+void loadParameter(const LoadOptions& options);
+
+struct SampleOptions {
+  std::string out;
+  double seconds = 10;
+  std::string onto;    ///< empty for a file of metadata alone
+  std::string stream;  ///< empty for all types
+  std::uint64_t seed = 1;
+};
+
+/// Writes a made-up recording.
+void writeSample(const SampleOptions& options);
+
+}  // namespace voxa

@@ -1,0 +1,39 @@
+// Numbers as text: exact enough to read back the same, and a word where there is no number.
+#pragma once
+
+#include <fmt/compile.h>
+#include <fmt/format.h>
+
+#include <cmath>
+#include <nlohmann/json.hpp>
+#include <type_traits>
+
+namespace voxa {
+
+/// Doubles with 17 significant digits, floats with 9; "nan", "inf" and "-inf" without a sign for
+/// NaN.
+template <class Number>
+void appendNumber(fmt::memory_buffer& out, Number number) {
+  const auto to = fmt::appender(out);
+  if constexpr (std::is_integral_v<Number>) {
+    fmt::format_to(to, FMT_COMPILE("{}"), number);
+  } else if (std::isnan(number)) {
+    fmt::format_to(to, FMT_COMPILE("nan"));
+  } else if constexpr (std::is_same_v<Number, float>) {
+    fmt::format_to(to, FMT_COMPILE("{:.9g}"), number);
+  } else {
+    fmt::format_to(to, FMT_COMPILE("{:.17g}"), number);
+  }
+}
+
+/// A JSON number, or "NaN", "Infinity", "-Infinity" as a JSON string.
+template <class Number>
+nlohmann::ordered_json jsonNumber(Number number) {
+  if constexpr (std::is_floating_point_v<Number>) {
+    if (std::isnan(number)) return "NaN";
+    if (std::isinf(number)) return number > 0 ? "Infinity" : "-Infinity";
+  }
+  return number;
+}
+
+}  // namespace voxa

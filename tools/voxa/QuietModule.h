@@ -1,0 +1,20 @@
+// Keeps the module's own messages out of the result.
+#pragma once
+
+#include <iostream>
+
+namespace voxa {
+
+/// While it lives, what the module writes to standard output goes to standard error.
+class QuietModule {
+ public:
+  QuietModule() : m_before(std::cout.rdbuf(std::cerr.rdbuf())) {}
+  ~QuietModule() { std::cout.rdbuf(m_before); }
+  QuietModule(const QuietModule&) = delete;
+  QuietModule& operator=(const QuietModule&) = delete;
+
+ private:
+  std::streambuf* const m_before;
+};
+
+}  // namespace voxa

@@ -1,0 +1,78 @@
+#include "tools/voxa/Rates.h"
+
+#include <charconv>
+#include <optional>
+#include <string_view>
+
+#include "tools/voxa/Failure.h"
+
+namespace voxa {
+
+namespace {
+
+template <class Number>
+std::optional<Number> parseWhole(std::string_view text) {
+  Number number{};
+  const auto* const end = text.data() + text.size();
+  const auto [rest, error] = std::from_chars(text.data(), end, number);
+  if (error != std::errc() || rest != end) return std::nullopt;
+  return number;
+}
+
+[[noreturn]] void wrongUse(const std::string& message) {
+  throw Failure(Status::WrongUse, message);
+}
+
+// "12.345" as 12345 thousandths.
+std::optional<Kestova::Ratio> parseDecimal(std::string_view text) {
+  const auto point = text.find('.');
+  std::string digits(text.substr(0, point));
+  Kestova::int64 unit = 1;
+  if (point != std::string_view::npos) {
+    const std::string_view fraction = text.substr(point + 1);
+    constexpr std::size_t kMostDigits = 18;  // 10^18 is the last power that 64 bits hold
+    if (fraction.empty() || fraction.size() > kMostDigits) return std::nullopt;
+    digits += fraction;
+    for (std::size_t place = 0; place < fraction.size(); ++place) unit *= 10;
+  }
+  const auto number = parseWhole<Kestova::int64>(digits);
+  if (!number) return std::nullopt;
+  return Kestova::Ratio{*number, unit};
+}
+
+}  // namespace
+
+boost::rational<unsigned int> parseRate(const std::string& text) {
+  const auto slash = text.find('/');
+  const std::string_view view = text;
+  const auto numerator = parseWhole<unsigned int>(view.substr(0, slash));
+  const auto denominator = slash == std::string::npos
+                               ? std::optional<unsigned int>(1)
+                               : parseWhole<unsigned int>(view.substr(slash + 1));
+  if (numerator.value_or(0) == 0 || denominator.value_or(0) == 0) {
+    wrongUse("--rate takes N or N/D, whole numbers above 0: " + text);
+  }
+  return {*numerator, *denominator};
+}
+
+Kestova::RationalTime parseTime(const std::string& text,
+                                const boost::rational<unsigned int>& rate) {
+  const std::string_view view = text;
+  if (!view.empty() && view.back() == 's') {
+    if (const auto seconds = parseDecimal(view.substr(0, view.size() - 1))) {
+      try {
+        const auto frames =
+            Kestova::reduced(Kestova::int128{seconds->numerator} * rate.numerator(),
+                             Kestova::int128{seconds->denominator} * rate.denominator());
+        return {frames.numerator, frames.denominator};
+      } catch (const std::overflow_error&) {
+        wrongUse("--at is out of range: " + text);
+      }
+    }
+  } else if (const auto frame = parseWhole<Kestova::int64>(view)) {
+    return Kestova::RationalTime(*frame);
+  }
+  wrongUse("--at takes a frame number or decimal seconds with an s: " + text);
+}
+
+}  // namespace voxa

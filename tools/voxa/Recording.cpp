@@ -1,0 +1,109 @@
+#include "tools/voxa/Recording.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <boost/uuid/string_generator.hpp>
+#include <boost/uuid/uuid_io.hpp>
+#include <cctype>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <vector>
+
+#include "ZRKMetaData/src/MetaDataUUID.h"
+#include "ZRKMetaData/src/ZRKMPlatform.h"
+#include "tools/voxa/Failure.h"
+#include "tools/voxa/QuietModule.h"
+
+namespace voxa {
+
+using ZRKMetaData::MetaDataParser;
+using ZRKMetaData::MetaDataUUID;
+
+namespace {
+
+std::string whyClosed(const std::string& file) {
+  std::error_code error;
+  const auto status = std::filesystem::status(std::filesystem::u8path(file), error);
+  if (error) return error.message();
+  if (std::filesystem::is_directory(status)) return "it is a directory";
+  if (!std::filesystem::is_regular_file(status)) return "it is no regular file";
+  return "permission denied";
+}
+
+bool isShortKey(const std::string& text) {
+  return text.size() == 2 && std::all_of(text.begin(), text.end(), [](unsigned char character) {
+           return std::isxdigit(character) != 0;
+         });
+}
+
+std::string upperCase(std::string text) {
+  std::transform(text.begin(), text.end(), text.begin(), [](unsigned char character) {
+    return static_cast<char>(std::toupper(character));
+  });
+  return text;
+}
+
+[[noreturn]] void noSuchStream(const std::string& file, const std::string& text) {
+  throw Failure(Status::NoSuchStream, file + ": no stream " + text);
+}
+
+boost::uuids::uuid findByKey(const MetaDataParser& parser, const std::string& file,
+                             const std::string& key) {
+  std::vector<boost::uuids::uuid> candidates;
+  for (const auto& [id, location] : parser.locations()) {
+    if (MetaDataUUID::shortKey(id) != key) continue;
+    if (MetaDataUUID::isKnown(id)) return id;
+    candidates.push_back(id);
+  }
+  if (candidates.empty()) noSuchStream(file, key);
+  if (candidates.size() == 1) return candidates.front();
+  std::string list;
+  for (const auto& id : candidates) list += " " + boost::uuids::to_string(id);
+  throw Failure(Status::WrongUse, file + ": several streams have the key " + key + ":" + list);
+}
+
+boost::uuids::uuid parseIdentifier(const std::string& text) {
+  constexpr std::size_t kTextSize = 36;
+  try {
+    if (text.size() == kTextSize) return boost::uuids::string_generator()(text);
+  } catch (const std::runtime_error&) {  // said below
+  }
+  throw Failure(Status::WrongUse,
+                "STREAM is neither a 36-character identifier nor a two-digit "
+                "key: " +
+                    text);
+}
+
+}  // namespace
+
+void requireOpens(const std::string& file) {
+  std::ifstream probe;
+  ZRKMetaData::openForReading(probe, file);
+  if (!probe.is_open()) {
+    throw Failure(Status::CannotOpen, file + ": cannot be opened: " + whyClosed(file));
+  }
+}
+
+std::unique_ptr<MetaDataParser> openRecording(const std::string& file,
+                                              std::optional<ZRKMetaData::ContainerKind> kind) {
+  requireOpens(file);
+  const auto used = kind.value_or(ZRKMetaData::containerKindOfFileName(file));
+  if (used == ZRKMetaData::None) {
+    std::cerr << "voxa: " << file
+              << ": nothing was scanned: the name says no container (--container does)\n";
+  }
+  const QuietModule quiet;
+  return std::unique_ptr<MetaDataParser>(MetaDataParser::createForFile(file, used));
+}
+
+boost::uuids::uuid findStream(const MetaDataParser& parser, const std::string& file,
+                              const std::string& text) {
+  if (isShortKey(text)) return findByKey(parser, file, upperCase(text));
+  const boost::uuids::uuid id = parseIdentifier(text);
+  if (parser.locations().count(id) == 0) noSuchStream(file, text);
+  return id;
+}
+
+}  // namespace voxa

@@ -1,0 +1,28 @@
+// A recording that a command reads from, and the streams in it.
+#pragma once
+
+#include <boost/uuid/uuid.hpp>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "ZRKMetaData/src/ZRKMMetaDataParser.h"
+
+namespace voxa {
+
+/// Throws Failure (CannotOpen), with the reason, unless the file with this UTF-8 name can be read.
+void requireOpens(const std::string& file);
+
+/// Opens and indexes the recording with this UTF-8 name, as `kind` where that is given. A name that
+/// implies no container is said on standard error. Throws as `requireOpens` does.
+std::unique_ptr<ZRKMetaData::MetaDataParser> openRecording(
+    const std::string& file, std::optional<ZRKMetaData::ContainerKind> kind);
+
+/// The identifier that `text` means in this recording: 36 characters, or the two digits of a short
+/// key. Of several indexed identifiers with one key the registered one is meant. Throws Failure:
+/// NoSuchStream when it is not indexed; WrongUse when `text` is neither form, or is a key of
+/// several unregistered identifiers, which are listed.
+boost::uuids::uuid findStream(const ZRKMetaData::MetaDataParser& parser, const std::string& file,
+                              const std::string& text);
+
+}  // namespace voxa
