@@ -81,6 +81,16 @@ std::string Attribute<T>::jsonValue() const {
 }
 
 template <class T>
+void Attribute<T>::xmlElementName(XMLOptions& options) const {
+  options.outStream() << "Attribute";
+}
+
+template <class T>
+void Attribute<T>::xmlAttributes(XMLOptions& options) const {
+  options.outStream() << "value=\"" << xml_representation(m_value) << '"';
+}
+
+template <class T>
 MetaDataMap* Attribute<T>::createMetaDataMap() {
   m_metaData = std::make_unique<MetaDataMap>();
   return m_metaData.get();

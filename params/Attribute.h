@@ -47,6 +47,10 @@ class Attribute : public SubProject, public AttributeInterface, public Subject {
                                                       MetaDatable& target) const override;
   std::string jsonValue() const override;
 
+  // XMLable: the element "Attribute" with its value
+  void xmlElementName(XMLOptions& options) const override;
+  void xmlAttributes(XMLOptions& options) const override;
+
   // MetaDatable
   MetaDataMap* createMetaDataMap() override;
   MetaDataMap* metaDataMap() const override;

@@ -76,6 +76,24 @@ KeyFrame<T>* KeyFrame<T>::clone() const {
 }
 
 template <class T>
+void KeyFrame<T>::xmlElementName(XMLOptions& options) const {
+  options.outStream() << "Keyframe";
+}
+
+template <class T>
+void KeyFrame<T>::xmlAttributes(XMLOptions& options) const {
+  std::ostream& out = options.outStream();
+  out << " time=\"" << m_time << "\" value=\"" << ValueTraits<T>::xmlText(m_value)
+      << "\" leadInLength=\"" << m_leadInLength << "\" ";
+  if (m_interpolater) out << " interpolater=\"" << m_interpolater->typeName() << "\" ";
+}
+
+template <class T>
+void KeyFrame<T>::xmlBody(XMLOptions& options, int indent) const {
+  this->metaDataXML(options, indent);
+}
+
+template <class T>
 MetaDataMap* KeyFrame<T>::createMetaDataMap() {
   m_metaData = std::make_unique<MetaDataMap>();
   return m_metaData.get();

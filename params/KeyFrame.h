@@ -62,6 +62,12 @@ class KeyFrame : public SubProject, public Subject {
   /// Takes no lock. The caller owns the copy.
   KeyFrame* clone() const override;
 
+  // XMLable: the element "Keyframe" with time, value and lead-in, and its metadata inside. The run
+  // of attributes begins and ends with a space of its own; that is part of the form.
+  void xmlElementName(XMLOptions& options) const override;
+  void xmlAttributes(XMLOptions& options) const override;
+  void xmlBody(XMLOptions& options, int indent) const override;
+
   // MetaDatable
   MetaDataMap* createMetaDataMap() override;
   MetaDataMap* metaDataMap() const override;

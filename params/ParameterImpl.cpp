@@ -1,7 +1,9 @@
 #include "params/ParameterImpl.h"
 
+#include <algorithm>
 #include <boost/smart_ptr/make_shared.hpp>
 #include <iterator>
+#include <string_view>
 #include <utility>
 
 #include "host/Kestova/EditRateSource.h"
@@ -279,6 +281,93 @@ bool ParameterImpl<T>::isEquivalentTo(const Parameter<T>& other) const {
 }
 
 template <class T>
+void ParameterImpl<T>::toJSON(const JSONOptions& options, int indent,
+                              const std::string& leadingText, const std::string& namePrefix) const {
+  std::ostream& out = options.outStream();
+  std::string key = this->name();
+  if (key.compare(0, namePrefix.size(), namePrefix) == 0) key.erase(0, namePrefix.size());
+  out << leadingText << json_indent(indent) << '"' << key << "\" : ";
+  if (isWrittenAsValueAlone()) {
+    out << ValueTraits<T>::jsonText(this->valueAt(RationalTime(0)));
+    return;
+  }
+  out << "{\n"
+      << json_indent(indent + 1) << json_keyname("type")
+      << json_representation(std::string(ValueTraits<T>::kTypeName));
+  this->writeExtraJSON(options, indent + 1);
+  if (const auto own = this->interpolater(); own && own != this->defaultInterpolater()) {
+    out << ",\n"
+        << json_indent(indent + 1) << json_keyname("interp")
+        << json_representation(own->typeName());
+  }
+  writeBounds(out, indent + 1);
+  writeHints(out, indent + 1);
+  writeKeyFrames(options, indent + 1);
+  out << '\n' << json_indent(indent) << '}';
+}
+
+template <class T>
+bool ParameterImpl<T>::isWrittenAsValueAlone() const {
+  if (this->interpolater() != this->defaultInterpolater() || this->valueBounds()) return false;
+  if (m_keyFrames.empty()) return true;
+  static constexpr std::string_view kAlwaysWhole[] = {"toc", "quiz", "captions", "captionData"};
+  return m_keyFrames.size() == 1 &&
+         m_keyFrames.begin()->second->leadInLength() == RationalTime(0) &&
+         std::count(std::begin(kAlwaysWhole), std::end(kAlwaysWhole), this->name()) == 0;
+}
+
+template <class T>
+void ParameterImpl<T>::writeBounds(std::ostream& out, int indent) const {
+  const auto bounds = this->valueBounds();
+  if (!bounds) return;
+  const std::string inside = json_indent(indent + 1);
+  out << ",\n"
+      << json_indent(indent) << json_keyname("valueBounds") << "{\n"
+      << inside << json_keyname("minValue") << ValueTraits<T>::jsonText(bounds->minValue) << ",\n"
+      << inside << json_keyname("maxValue") << ValueTraits<T>::jsonText(bounds->maxValue) << ",\n"
+      << inside << json_keyname("defaultValue") << ValueTraits<T>::jsonText(bounds->defaultValue)
+      << '\n'
+      << json_indent(indent) << '}';
+}
+
+template <class T>
+void ParameterImpl<T>::writeHints(std::ostream& out, int indent) const {
+  const auto hints = this->uiHints();
+  if (!hints) return;
+  const std::string inside = json_indent(indent + 1);
+  out << ",\n"
+      << json_indent(indent) << json_keyname("uiHints") << "{\n"
+      << inside << json_keyname("userInterfaceType")
+      << json_representation(hints->userInterfaceType) << ",\n"
+      << inside << json_keyname("unitType") << json_representation(hints->unitType) << '\n'
+      << json_indent(indent) << '}';
+}
+
+// The time of a keyframe in JSON is where its lead-in begins.
+template <class T>
+void ParameterImpl<T>::writeKeyFrames(const JSONOptions& options, int indent) const {
+  if (this->numKeyFrames() < 1) return;
+  std::ostream& out = options.outStream();
+  out << ",\n" << json_indent(indent) << json_keyname("keyframes") << "[\n";
+  const std::string outside = json_indent(indent + 1);
+  const std::string inside = json_indent(indent + 2);
+  const std::string timeKey = inside + json_keyname("time");
+  const std::string valueKey = inside + json_keyname("value");
+  const std::string durationKey = inside + json_keyname("duration");
+  const char* separator = "";
+  for (const auto& [time, keyFrame] : m_keyFrames) {
+    out << separator << outside << "{\n"
+        << timeKey << json_representation(keyFrame->time() - keyFrame->leadInLength()) << ",\n"
+        << valueKey << ValueTraits<T>::jsonText(keyFrame->value()) << ",\n"
+        << durationKey << json_representation(keyFrame->leadInLength());
+    MetaDatable::toJSON(*keyFrame, options, indent + 2, "");
+    out << '\n' << outside << '}';
+    separator = ",\n";
+  }
+  out << '\n' << json_indent(indent) << ']';
+}
+
+template <class T>
 bool ParameterImpl<T>::writeExtraJSON(const JSONOptions& /*options*/, int /*indent*/) const {
   return false;
 }
@@ -311,6 +400,19 @@ void ParameterImpl<T>::detach(Observer* observer) {
 template <class T>
 void ParameterImpl<T>::notify() {
   m_changeSubject.notify();
+}
+
+template <class T>
+void ParameterImpl<T>::xmlElementName(XMLOptions& options) const {
+  options.outStream() << "Parameter";
+}
+
+template <class T>
+void ParameterImpl<T>::xmlBody(XMLOptions& options, int indent) const {
+  if (m_keyFrames.empty()) return;
+  options.outStream() << XMLable::genIndent(indent) << "<Keyframes>\n";
+  for (const auto& [time, keyFrame] : m_keyFrames) keyFrame->toXML(options, indent, "");
+  options.outStream() << XMLable::genIndent(indent) << "</Keyframes>\n";
 }
 
 template <class T>

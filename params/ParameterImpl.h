@@ -62,6 +62,15 @@ class ParameterImpl : public Parameter<T> {
   RationalTime firstKeyFrameTime() const override;
   bool isEquivalentTo(const Parameter<T>& other) const override;
 
+  /// Writes the parameter as one member: `leadingText` as it stands, then at `indent` its name,
+  /// without `namePrefix` where it begins with that, and its value. A parameter with the default
+  /// interpolater, no bounds, and no keyframes or a single one without lead-in is written as its
+  /// value alone, unless it is named "toc", "quiz", "captions" or "captionData"; one without
+  /// keyframes then throws the KeyFrameException of `valueAt`. Others are objects with all their
+  /// keyframes. docs/serialisation.md has the text. What is written before a failure stays.
+  void toJSON(const JSONOptions& options, int indent, const std::string& leadingText,
+              const std::string& namePrefix) const override;
+
   /// An extension of the JSON form: writes nothing and returns false.
   virtual bool writeExtraJSON(const JSONOptions& options, int indent) const;
 
@@ -74,6 +83,10 @@ class ParameterImpl : public Parameter<T> {
   void attachWithoutNotifyDelay(Observer* observer) override;
   void detach(Observer* observer) override;
   void notify() override;
+
+  // XMLable: the element "Parameter" with the keyframes in time order, if there are any
+  void xmlElementName(XMLOptions& options) const override;
+  void xmlBody(XMLOptions& options, int indent) const override;
 
   // MetaDatable
   MetaDataMap* createMetaDataMap() override;
@@ -88,6 +101,11 @@ class ParameterImpl : public Parameter<T> {
 
  private:
   using KeyFramePointer = boost::shared_ptr<KeyFrame<T>>;
+
+  bool isWrittenAsValueAlone() const;
+  void writeBounds(std::ostream& out, int indent) const;
+  void writeHints(std::ostream& out, int indent) const;
+  void writeKeyFrames(const JSONOptions& options, int indent) const;
 
   [[noreturn]] void refuse(const RationalTime& time) const;
   const KeyFramePointer& existing(const RationalTime& time) const;

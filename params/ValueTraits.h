@@ -1,47 +1,108 @@
-// What differs between the value types of parameters.
+// What differs between the value types of parameters, a table row each.
 #pragma once
 
 #include <algorithm>
+#include <boost/lexical_cast.hpp>
 #include <list>
 #include <string>
 
+#include "host/Kestova/Json.h"
 #include "host/Kestova/ValueTypes.h"
+#include "host/Kestova/XMLable.h"
 
 namespace Kestova {
 
-/// Equality in which NaN equals NaN, so that a copy is always equal to its original.
-inline bool isSameNumber(double left, double right) {
-  return left == right || (left != left && right != right);
-}
-
+/// What holds for a type unless its row says otherwise.
 template <class T>
-bool isSameValue(const T& left, const T& right) {
-  return left == right;
-}
-inline bool isSameValue(double left, double right) {
-  return isSameNumber(left, right);
-}
-inline bool isSameValue(const Point& left, const Point& right) {
-  return isSameNumber(left.x, right.x) && isSameNumber(left.y, right.y) &&
-         isSameNumber(left.z, right.z);
-}
-inline bool isSameValue(const Rect<float>& left, const Rect<float>& right) {
-  return isSameNumber(left.x, right.x) && isSameNumber(left.y, right.y) &&
-         isSameNumber(left.width, right.width) && isSameNumber(left.height, right.height);
-}
-inline bool isSameValue(const std::list<Rect<float>>& left, const std::list<Rect<float>>& right) {
-  return std::equal(left.begin(), left.end(), right.begin(), right.end(),
-                    [](const auto& a, const auto& b) { return isSameValue(a, b); });
-}
-
-/// Of each of the types that KESTOVA_FOR_EACH_VALUE_TYPE lists.
-template <class T>
-struct ValueTraits {
+struct CommonValueTraits {
   /// The value to store when `value` is asked for. A type could adjust it here; none does.
   static const T& verifyValue(const T& value) { return value; }
 
-  /// Without tolerance.
-  static bool similarToValue(const T& left, const T& right) { return isSameValue(left, right); }
+  /// Equality without tolerance in which NaN equals NaN, so that a copy always equals its original.
+  static bool similarToValue(const T& left, const T& right) { return left == right; }
+
+  /// The value in an XML attribute. Throws boost::bad_lexical_cast for what has no text.
+  static std::string xmlText(const T& value) { return boost::lexical_cast<std::string>(value); }
+
+  /// The value in JSON: empty for types that the host's form gives none.
+  static std::string jsonText(const T& /*value*/) { return {}; }
 };
+
+/// For types that the host's JSON has a form for.
+template <class T>
+struct JsonValueTraits : CommonValueTraits<T> {
+  static std::string jsonText(const T& value) { return json_representation(value); }
+};
+
+/// One row for each of the types that KESTOVA_FOR_EACH_VALUE_TYPE lists. `kTypeName` is the name
+/// under which the type is written.
+template <class T>
+struct ValueTraits;
+
+template <>
+struct ValueTraits<int> : JsonValueTraits<int> {
+  static constexpr const char* kTypeName = "int";
+};
+
+template <>
+struct ValueTraits<double> : JsonValueTraits<double> {
+  static constexpr const char* kTypeName = "double";
+  static bool similarToValue(double left, double right) {
+    return left == right || (left != left && right != right);
+  }
+};
+
+template <>
+struct ValueTraits<int64> : JsonValueTraits<int64> {
+  static constexpr const char* kTypeName = "int64";
+};
+
+template <>
+struct ValueTraits<std::string> : JsonValueTraits<std::string> {
+  static constexpr const char* kTypeName = "string";
+  static std::string xmlText(const std::string& value) { return xml_representation(value); }
+};
+
+template <>
+struct ValueTraits<Point> : CommonValueTraits<Point> {
+  static constexpr const char* kTypeName = "point";
+  static bool similarToValue(const Point& left, const Point& right) {
+    const auto areSame = ValueTraits<double>::similarToValue;
+    return areSame(left.x, right.x) && areSame(left.y, right.y) && areSame(left.z, right.z);
+  }
+};
+
+template <>
+struct ValueTraits<Rect<float>> : CommonValueTraits<Rect<float>> {
+  static constexpr const char* kTypeName = "rect";
+  static bool similarToValue(const Rect<float>& left, const Rect<float>& right) {
+    const auto areSame = ValueTraits<double>::similarToValue;
+    return areSame(left.x, right.x) && areSame(left.y, right.y) &&
+           areSame(left.width, right.width) && areSame(left.height, right.height);
+  }
+};
+
+template <>
+struct ValueTraits<std::list<Rect<float>>> : CommonValueTraits<std::list<Rect<float>>> {
+  static constexpr const char* kTypeName = "rectCollection";
+  static bool similarToValue(const std::list<Rect<float>>& left,
+                             const std::list<Rect<float>>& right) {
+    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
+                      ValueTraits<Rect<float>>::similarToValue);
+  }
+  static std::string xmlText(const std::list<Rect<float>>& value) {
+    return xml_representation(value);
+  }
+};
+
+template <>
+struct ValueTraits<KeystrokeData> : CommonValueTraits<KeystrokeData> {
+  static constexpr const char* kTypeName = "keystroke";
+};
+
+#define KESTOVA_HAS_TRAITS(T) \
+  static_assert(ValueTraits<T>::kTypeName != nullptr, "a value type without a row of traits");
+KESTOVA_FOR_EACH_VALUE_TYPE(KESTOVA_HAS_TRAITS)
+#undef KESTOVA_HAS_TRAITS
 
 }  // namespace Kestova

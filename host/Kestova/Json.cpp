@@ -1,5 +1,8 @@
 #include "host/Kestova/Json.h"
 
+#include <charconv>
+#include <cmath>
+
 #include "host/Kestova/Utf8.h"
 
 namespace Kestova {
@@ -26,6 +29,14 @@ void appendEscaped(std::string& json, char character) {
   }
 }
 
+template <class Number>
+std::string shortestText(Number number) {
+  constexpr std::size_t kLongest = 32;
+  char text[kLongest];
+  const auto result = std::to_chars(text, text + kLongest, number);
+  return {text, result.ptr};
+}
+
 }  // namespace
 
 std::string json_representation(const std::string& text) {
@@ -33,6 +44,32 @@ std::string json_representation(const std::string& text) {
   for (const char character : wellFormedUtf8(text)) appendEscaped(json, character);
   json += '"';
   return json;
+}
+
+std::string json_representation(double number) {
+  return std::isfinite(number) ? shortestText(number) : "null";
+}
+
+std::string json_representation(int number) {
+  return shortestText(number);
+}
+
+std::string json_representation(int64 number) {
+  return shortestText(number);
+}
+
+std::string json_representation(const RationalTime& time) {
+  const std::string numerator = shortestText(time.numerator());
+  if (time.isWhole()) return numerator;
+  return '"' + numerator + '/' + shortestText(time.denominator()) + '"';
+}
+
+std::string json_indent(int level) {
+  return std::string(2 * static_cast<std::size_t>(level), ' ');
+}
+
+std::string json_keyname(const std::string& name) {
+  return json_representation(name) + " : ";
 }
 
 }  // namespace Kestova

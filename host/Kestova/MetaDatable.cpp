@@ -1,8 +1,10 @@
 #include "host/Kestova/MetaDatable.h"
 
 #include "host/Kestova/AttributeInterface.h"
+#include "host/Kestova/Json.h"
 #include "host/Kestova/ReadWriteMutex.h"
 #include "host/Kestova/SubProject.h"
+#include "host/Kestova/XMLable.h"
 
 namespace Kestova {
 
@@ -49,6 +51,27 @@ boost::shared_ptr<AttributeInterface>& MetaDatable::metaDataAccessor(MetaDatable
   MetaDataMap* map = target.metaDataMap();
   if (map == nullptr) map = target.createMetaDataMap();
   return (*map)[key];
+}
+
+void MetaDatable::toJSON(const MetaDatable& object, const JSONOptions& options, int level,
+                         const std::string& prefix) {
+  const MetaDataMap* const map = object.metaDataMap();
+  if (map == nullptr) return;
+  for (const auto& [key, attribute] : *map) {
+    options.outStream() << ",\n"
+                        << json_indent(level) << json_keyname(prefix + key)
+                        << attribute->jsonValue();
+  }
+}
+
+void MetaDatable::metaDataXML(XMLOptions& options, int indent) const {
+  const MetaDataMap* const map = metaDataMap();
+  if (map == nullptr) return;
+  for (const auto& [key, attribute] : *map) {
+    options.outStream() << XMLable::genIndent(indent) << "<MetaData key=\""
+                        << xml_representation(key) << "\" value=\""
+                        << xml_representation(attribute->valueString()) << "\"/>\n";
+  }
 }
 
 std::unique_ptr<MetaDataMap> MetaDatable::cloneMetaData(const MetaDataMap* map) {

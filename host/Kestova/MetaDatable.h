@@ -12,8 +12,10 @@
 namespace Kestova {
 
 class AttributeInterface;
+class JSONOptions;
 class ReadWriteMutex;
 class ThreadSafe;
+class XMLOptions;
 
 using MetaDataMap = std::map<std::string, boost::shared_ptr<AttributeInterface>>;
 
@@ -49,6 +51,15 @@ class KESTOVA_API MetaDatable {
   /// caller holds the write lock of the target's `metaDataMutex`.
   static boost::shared_ptr<AttributeInterface>& metaDataAccessor(MetaDatable& target,
                                                                  const std::string& key);
+
+  /// Writes the metadata of `object` as members of the JSON object around it, in the order of the
+  /// keys, each behind ",\n" at the given level, `prefix` in front of its key. The caller holds the
+  /// lock.
+  static void toJSON(const MetaDatable& object, const JSONOptions& options, int level,
+                     const std::string& prefix);
+
+  /// Writes the metadata as elements, one a key. The caller holds the lock.
+  void metaDataXML(XMLOptions& options, int indent) const;
 
   /// A deep copy, or null for null.
   static std::unique_ptr<MetaDataMap> cloneMetaData(const MetaDataMap* map);

@@ -3,6 +3,8 @@
 
 #include <ostream>
 
+#include "host/Kestova/Export.h"
+
 namespace Kestova {
 
 struct Point {
@@ -21,9 +23,7 @@ inline bool operator!=(const Point& left, const Point& right) {
   return !(left == right);
 }
 
-/// Writes "(x,y,z)" in the stream's own number format.
-inline std::ostream& operator<<(std::ostream& out, const Point& point) {
-  return out << '(' << point.x << ',' << point.y << ',' << point.z << ')';
-}
+/// Writes "(x,y,z)", each number as the shortest text that reads back the same.
+KESTOVA_API std::ostream& operator<<(std::ostream& out, const Point& point);
 
 }  // namespace Kestova

@@ -1,3 +1,4 @@
+#include <sstream>
 #include <stdexcept>
 
 #include "host/Kestova/EditRateSource.h"
@@ -96,6 +97,24 @@ TEST_F(Impl, AcceptsKeyframesWithInterpolatersOfTheirOwn) {
   keyFrame->setInterpolater(boost::make_shared<Straight>());
   parameter.addKeyFrame(keyFrame);
   EXPECT_EQ(parameter.keyFrameAt(T(1)), keyFrame);
+}
+
+TEST_F(Impl, NamesAnInterpolaterThatIsNotTheDefaultInJson) {
+  parameter.addKeyFrame(T(10), 0.5, T(0));
+  std::ostringstream out;
+  parameter.toJSON(JSONOptions(out), 0, "", "");
+  EXPECT_EQ(out.str(),
+            "\"plain\" : {\n"
+            "  \"type\" : \"double\",\n"
+            "  \"interp\" : \"straight\",\n"
+            "  \"keyframes\" : [\n"
+            "    {\n"
+            "      \"time\" : 10,\n"
+            "      \"value\" : 0.5,\n"
+            "      \"duration\" : 0\n"
+            "    }\n"
+            "  ]\n"
+            "}");
 }
 
 TEST_F(Impl, CannotBeWrittenByTheBaseOfAllParameters) {

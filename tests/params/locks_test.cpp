@@ -79,6 +79,7 @@ TEST_F(Locking, WithoutAProjectIsNone) {
 }
 
 TEST_F(Locking, LetsReadersSeeWholeStatesOfAWritersWork) {
+  add({15});
   std::atomic<bool> isOver{false};
   std::thread reader([&] {
     while (!isOver) {
@@ -89,10 +90,6 @@ TEST_F(Locking, LetsReadersSeeWholeStatesOfAWritersWork) {
       EXPECT_NE(copy->numKeyFrames(), 2U);
     }
   });
-  {
-    const WriteLock lock(shared->mutex());
-    add({15});
-  }
   for (int round = 0; round < 300; ++round) {
     const WriteLock lock(shared->mutex());
     shared->removeKeyFrame(T(15));
