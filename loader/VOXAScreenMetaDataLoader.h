@@ -15,54 +15,55 @@
 /// Kestova::KestovaException when the edit rate has gone. Nothing half-loaded is returned.
 ///
 /// There is no state: one object serves any number of threads.
-class KESTOVA_VOXA_SUPPORT_API VOXAScreenMetaDataLoader : public Kestova::ScreenMetaDataLoader {
+class KESTOVA_VOXA_SUPPORT_TYPE VOXAScreenMetaDataLoader : public Kestova::ScreenMetaDataLoader {
  public:
-  VOXAScreenMetaDataLoader();
-  ~VOXAScreenMetaDataLoader() override;
+  KESTOVA_VOXA_SUPPORT_API VOXAScreenMetaDataLoader();
+  KESTOVA_VOXA_SUPPORT_API ~VOXAScreenMetaDataLoader() override;
 
-  boost::shared_ptr<Kestova::Parameter<Kestova::Rect<float>>> loadRects(
+  KESTOVA_VOXA_SUPPORT_API boost::shared_ptr<Kestova::Parameter<Kestova::Rect<float>>> loadRects(
       const std::string& filename, const std::string& identifier,
       const boost::weak_ptr<const Kestova::ThreadSafe>& owner,
       const boost::weak_ptr<const Kestova::ProjectEditRate>& editRate) const override;
-  boost::shared_ptr<Kestova::Parameter<Kestova::Point>> loadPoints(
+  KESTOVA_VOXA_SUPPORT_API boost::shared_ptr<Kestova::Parameter<Kestova::Point>> loadPoints(
       const std::string& filename, const std::string& identifier,
       const boost::weak_ptr<const Kestova::ThreadSafe>& owner,
       const boost::weak_ptr<const Kestova::ProjectEditRate>& editRate) const override;
-  boost::shared_ptr<Kestova::Parameter<Kestova::KeystrokeData>> loadKeystrokeData(
-      const std::string& filename, const std::string& identifier,
-      const boost::weak_ptr<const Kestova::ThreadSafe>& owner,
-      const boost::weak_ptr<const Kestova::ProjectEditRate>& editRate) const override;
-  boost::shared_ptr<Kestova::Parameter<int>> loadInts(
+  KESTOVA_VOXA_SUPPORT_API boost::shared_ptr<Kestova::Parameter<Kestova::KeystrokeData>>
+  loadKeystrokeData(const std::string& filename, const std::string& identifier,
+                    const boost::weak_ptr<const Kestova::ThreadSafe>& owner,
+                    const boost::weak_ptr<const Kestova::ProjectEditRate>& editRate) const override;
+  KESTOVA_VOXA_SUPPORT_API boost::shared_ptr<Kestova::Parameter<int>> loadInts(
       const std::string& filename, const std::string& identifier,
       const boost::weak_ptr<const Kestova::ThreadSafe>& owner,
       const boost::weak_ptr<const Kestova::ProjectEditRate>& editRate) const override;
 
   /// No stream holds rectangle lists: an empty parameter, no file opened, no edit rate read.
-  boost::shared_ptr<Kestova::Parameter<std::list<Kestova::Rect<float>>>> loadRectCollection(
+  KESTOVA_VOXA_SUPPORT_API boost::shared_ptr<Kestova::Parameter<std::list<Kestova::Rect<float>>>>
+  loadRectCollection(
       const std::string& filename, const std::string& identifier,
       const boost::weak_ptr<const Kestova::ThreadSafe>& owner,
       const boost::weak_ptr<const Kestova::ProjectEditRate>& editRate) const override;
-  boost::shared_ptr<Kestova::Parameter<double>> loadDoubles(
+  KESTOVA_VOXA_SUPPORT_API boost::shared_ptr<Kestova::Parameter<double>> loadDoubles(
       const std::string& filename, const std::string& identifier,
       const boost::weak_ptr<const Kestova::ThreadSafe>& owner,
       const boost::weak_ptr<const Kestova::ProjectEditRate>& editRate) const override;
-  boost::shared_ptr<Kestova::Parameter<std::string>> loadStrings(
+  KESTOVA_VOXA_SUPPORT_API boost::shared_ptr<Kestova::Parameter<std::string>> loadStrings(
       const std::string& filename, const std::string& identifier,
       const boost::weak_ptr<const Kestova::ThreadSafe>& owner,
       const boost::weak_ptr<const Kestova::ProjectEditRate>& editRate) const override;
 
   /// The values are references, stream identifier "/" image identifier; images are not kept.
-  boost::shared_ptr<Kestova::Parameter<std::string>> loadCursorImagePaths(
+  KESTOVA_VOXA_SUPPORT_API boost::shared_ptr<Kestova::Parameter<std::string>> loadCursorImagePaths(
       const std::string& filename, const std::string& identifier,
       const boost::weak_ptr<const Kestova::ThreadSafe>& owner,
       const boost::weak_ptr<const Kestova::ProjectEditRate>& editRate) const override;
 
   /// `loadDoubles`, through the table of operations: who overrides that one changes this one too.
-  boost::shared_ptr<Kestova::Parameter<double>> loadCursorOpacity(
+  KESTOVA_VOXA_SUPPORT_API boost::shared_ptr<Kestova::Parameter<double>> loadCursorOpacity(
       const std::string& filename, const std::string& identifier,
       const boost::weak_ptr<const Kestova::ThreadSafe>& owner,
       const boost::weak_ptr<const Kestova::ProjectEditRate>& editRate) const override;
-  boost::shared_ptr<Kestova::Parameter<Kestova::int64>> loadInt64(
+  KESTOVA_VOXA_SUPPORT_API boost::shared_ptr<Kestova::Parameter<Kestova::int64>> loadInt64(
       const std::string& filename, const std::string& identifier,
       const boost::weak_ptr<const Kestova::ThreadSafe>& owner,
       const boost::weak_ptr<const Kestova::ProjectEditRate>& editRate) const override;
@@ -70,5 +71,5 @@ class KESTOVA_VOXA_SUPPORT_API VOXAScreenMetaDataLoader : public Kestova::Screen
   /// True when anything, a directory included, stands at the recording path of a stream file name;
   /// false for the empty name. Throws boost::filesystem::filesystem_error when the system cannot
   /// tell, boost::system::system_error for a name that is not UTF-8.
-  bool fileExists(const std::string& filename) const override;
+  KESTOVA_VOXA_SUPPORT_API bool fileExists(const std::string& filename) const override;
 };

@@ -1,4 +1,5 @@
-// Marks the classes that the module hands to its host. Whoever builds the module's objects defines
+// Marks what the module hands to its host: the type (its table of operations and its type
+// information) and the members that are called by name. Whoever builds the module's objects defines
 // KESTOVA_VOXA_SUPPORT_BUILD.
 #pragma once
 
@@ -9,3 +10,4 @@
 #else
 #define KESTOVA_VOXA_SUPPORT_API __declspec(dllimport)
 #endif
+#define KESTOVA_VOXA_SUPPORT_TYPE KESTOVA_VOXA_SUPPORT_API

@@ -5,7 +5,10 @@
 #include "host/Kestova/KeyFrameListener.h"
 #include "host/Kestova/ParameterVisitor.h"
 #include "host/Kestova/ProjectEditRate.h"
+#include "host/Kestova/ScreenMetaData.h"
+#include "host/Kestova/ScreenMetaDataFilenameSetter.h"
 #include "host/Kestova/ScreenMetaDataLoader.h"
+#include "host/Kestova/StatsLoader.h"
 
 namespace Kestova {
 
@@ -15,6 +18,9 @@ Identified::~Identified() = default;
 KeyFrameListener::~KeyFrameListener() = default;
 ParameterVisitor::~ParameterVisitor() = default;
 ProjectEditRate::~ProjectEditRate() = default;
+ScreenMetaData::~ScreenMetaData() = default;
+ScreenMetaDataFilenameSetter::~ScreenMetaDataFilenameSetter() = default;
 ScreenMetaDataLoader::~ScreenMetaDataLoader() = default;
+StatsLoader::~StatsLoader() = default;
 
 }  // namespace Kestova

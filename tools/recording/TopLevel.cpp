@@ -1,18 +1,29 @@
 #include "tools/recording/TopLevel.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <optional>
 #include <stdexcept>
+
+#include "tools/recording/Container.h"
+#include "tools/recording/Movie.h"
 
 namespace recording {
 
+namespace fs = std::filesystem;
+
 namespace {
 
+constexpr std::uint64_t kTypeOffset = 4;
+
 constexpr std::uint64_t kHeaderSize = 8;
+constexpr std::uint64_t kWideHeaderSize = 16;
 
 struct Announced {
   std::string type;
   std::uint64_t size = 0;  // header included
+  std::uint64_t headerSize = kHeaderSize;
 };
 
 template <class Number>
@@ -25,7 +36,8 @@ Number bigEndianAt(const Bytes& bytes, std::size_t place) {
 Announced announcedAtom(const Bytes& header) {
   const std::uint64_t size = bigEndianAt<std::uint32_t>(header, 0);
   const bool isWide = size == 1 && header.size() >= 16;
-  return {header.substr(4, 4), isWide ? bigEndianAt<std::uint64_t>(header, 8) : size};
+  if (!isWide) return {header.substr(4, 4), size};
+  return {header.substr(4, 4), bigEndianAt<std::uint64_t>(header, 8), kWideHeaderSize};
 }
 
 Announced announcedChunk(const Bytes& header) {
@@ -53,6 +65,47 @@ std::uint64_t sizeOf(std::istream& media) {
   throw std::runtime_error("'" + type + "' at byte " + std::to_string(place) + " " + why);
 }
 
+// What is done to the copy of a media file before the block.
+struct Plan {
+  Bytes append;
+  std::optional<std::uint64_t> freedAtom;  // where it starts
+  std::string whyUntagged;
+};
+
+Bytes readPayload(std::istream& media, const Structure& structure) {
+  Bytes payload(structure.end - structure.payload, '\0');
+  media.clear();
+  media.seekg(static_cast<std::streamoff>(structure.payload));
+  media.read(payload.data(), static_cast<std::streamsize>(payload.size()));
+  return payload;
+}
+
+Plan planForAtoms(std::istream& media, const std::vector<Structure>& structures) {
+  const auto moov =
+      std::find_if(structures.begin(), structures.end(),
+                   [](const Structure& structure) { return structure.type == "moov"; });
+  if (moov == structures.end()) return {{}, {}, "there is no movie header"};
+  try {
+    const Bytes payload = readPayload(media, *moov);
+    if (isFragmented(payload)) return {{}, {}, "the movie is fragmented"};
+    return {atom("moov", taggedMovieHeader(payload)), moov->start, {}};
+  } catch (const std::runtime_error& error) {
+    return {{}, {}, std::string("in the movie header ") + error.what()};
+  }
+}
+
+Plan planForChunks(std::istream& media, const std::vector<Structure>& structures) {
+  const bool lacksPadByte = !structures.empty() && structures.back().end % 2 == 1 &&
+                            structures.back().end == sizeOf(media);
+  return {Bytes(lacksPadByte ? 1 : 0, '\0'), {}, {}};
+}
+
+Plan planFor(std::istream& media, Layout layout) {
+  const auto structures = topLevel(media, layout);
+  return layout == Layout::Atoms ? planForAtoms(media, structures)
+                                 : planForChunks(media, structures);
+}
+
 }  // namespace
 
 std::vector<Structure> topLevel(std::istream& media, Layout layout) {
@@ -65,30 +118,28 @@ std::vector<Structure> topLevel(std::istream& media, Layout layout) {
       throw std::runtime_error("the " + std::to_string(header.size()) + " bytes at byte " +
                                std::to_string(place) + " are no header");
     }
-    const auto [type, size] =
+    const auto [type, size, headerSize] =
         layout == Layout::Atoms ? announcedAtom(header) : announcedChunk(header);
     if (size == 0) refuse(type, place, "has the size 0: nothing can follow it");
-    if (size < kHeaderSize) refuse(type, place, "is smaller than its header");
+    if (size < headerSize) refuse(type, place, "is smaller than its header");
     if (size > fileSize - place) refuse(type, place, "announces more bytes than the file holds");
-    structures.push_back({type, place, place + size});
+    structures.push_back({type, place, place + headerSize, place + size});
     place += size;
     if (layout == Layout::Chunks) place += size % 2;
   }
   return structures;
 }
 
-void writeOnto(const std::string& media, const std::string& out, Layout layout,
-               const Bytes& block) {
-  namespace fs = std::filesystem;
+std::string writeOnto(const std::string& media, const std::string& out, Layout layout,
+                      const Bytes& block) {
   const fs::path from = fs::u8path(media);
   const fs::path to = fs::u8path(out);
-  std::uint64_t end = 0;
+  Plan plan;
   {
     std::ifstream file(from, std::ios::binary);
     if (!file) throw std::runtime_error(media + ": cannot be opened");
     try {
-      const auto structures = topLevel(file, layout);
-      if (!structures.empty()) end = structures.back().end;
+      plan = planFor(file, layout);
     } catch (const std::runtime_error& error) {
       throw std::runtime_error(media + ": " + error.what());
     }
@@ -97,10 +148,15 @@ void writeOnto(const std::string& media, const std::string& out, Layout layout,
   if (!fs::copy_file(from, to, fs::copy_options::overwrite_existing, failure)) {
     throw std::runtime_error(out + ": " + failure.message());
   }
-  std::ofstream copy(to, std::ios::binary | std::ios::app);
-  const bool lacksPadByte = layout == Layout::Chunks && end % 2 == 1 && fs::file_size(to) == end;
-  copy << (lacksPadByte ? Bytes(1, '\0') : Bytes()) << block;
+  std::fstream copy(to, std::ios::binary | std::ios::in | std::ios::out);
+  copy.seekp(0, std::ios::end);
+  copy << plan.append << block;
+  if (plan.freedAtom) {
+    copy.seekp(static_cast<std::streamoff>(*plan.freedAtom + kTypeOffset));
+    copy << "free";
+  }
   if (!copy.flush()) throw std::runtime_error(out + ": cannot be written");
+  return plan.whyUntagged;
 }
 
 }  // namespace recording

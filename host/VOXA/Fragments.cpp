@@ -1,0 +1,110 @@
+#include "host/VOXA/Fragments.h"
+
+#include <algorithm>
+#include <limits>
+#include <map>
+
+namespace VOXA {
+
+namespace {
+
+// Flags of "tfhd" and "trun" that say which fields are there.
+constexpr std::uint32_t kHasBaseOffset = 0x1;
+constexpr std::uint32_t kHasDescriptionIndex = 0x2;
+constexpr std::uint32_t kHasDefaultDuration = 0x8;
+constexpr std::uint32_t kHasDataOffset = 0x1;
+constexpr std::uint32_t kHasFirstFlags = 0x4;
+constexpr std::uint32_t kHasDurations = 0x100;
+constexpr std::uint32_t kPerSampleFields[] = {kHasDurations, 0x200, 0x400, 0x800};
+
+struct FragmentedTrack {
+  Track* track;
+  std::uint64_t defaultDuration;
+};
+using FragmentedTracks = std::map<std::uint32_t, FragmentedTrack>;
+
+void add(std::uint64_t& sum, std::uint64_t more) {
+  if (more > std::numeric_limits<std::uint64_t>::max() - sum) throw Malformed("endless track");
+  sum += more;
+}
+
+std::uint64_t runDuration(MovieFile& file, const Atom& trun, std::uint64_t defaultDuration) {
+  const std::uint32_t flags = file.big32(trun, 0);
+  const std::uint64_t count = file.big32(trun, 4);
+  if ((flags & kHasDurations) == 0) return count * defaultDuration;  // both have 32 bits
+
+  std::uint64_t offset = 8;
+  if ((flags & kHasDataOffset) != 0) offset += 4;
+  if ((flags & kHasFirstFlags) != 0) offset += 4;
+  std::uint64_t sampleSize = 0;
+  for (const std::uint32_t field : kPerSampleFields) {
+    if ((flags & field) != 0) sampleSize += 4;
+  }
+  std::uint64_t duration = 0;  // the duration is the first of the fields
+  for (std::uint64_t sample = 0; sample < count; ++sample) {
+    duration += file.big32(trun, offset + sample * sampleSize);
+  }
+  return duration;
+}
+
+void applyTrackFragment(MovieFile& file, const Atom& traf, FragmentedTracks& tracks) {
+  const Atom tfhd = file.require(traf, atomType("tfhd"));
+  const std::uint32_t flags = file.big32(tfhd, 0);
+  const auto found = tracks.find(file.big32(tfhd, 4));
+  if (found == tracks.end()) return;
+  auto [track, defaultDuration] = found->second;
+  if ((flags & kHasDefaultDuration) != 0) {
+    std::uint64_t offset = 8;
+    if ((flags & kHasBaseOffset) != 0) offset += 8;
+    if ((flags & kHasDescriptionIndex) != 0) offset += 4;
+    defaultDuration = file.big32(tfhd, offset);
+  }
+
+  std::uint64_t end = track->duration;  // a fragment follows the one before, unless it says where
+  Atom tfdt;
+  if (file.find(traf, atomType("tfdt"), tfdt)) {
+    end = file.big32(tfdt, 0) >> 24U != 0 ? file.big64(tfdt, 4) : file.big32(tfdt, 4);
+  }
+  Atom rest = traf;
+  Atom child;
+  while (file.take(rest, child)) {
+    if (child.type == atomType("trun")) add(end, runDuration(file, child, defaultDuration));
+  }
+  track->duration = std::max(track->duration, end);
+}
+
+// The next atom at top level. One that the end of the file cuts off, as in a recording that was
+// interrupted, ends the walk: what was written before it counts.
+bool takeWhole(MovieFile& file, Atom& rest, Atom& next) {
+  try {
+    return file.take(rest, next);
+  } catch (const Malformed&) {
+    return false;
+  }
+}
+
+}  // namespace
+
+void applyFragments(MovieFile& file, const Atom& mvex, std::vector<Track>& tracks) {
+  FragmentedTracks fragmented;
+  for (Track& track : tracks) fragmented.try_emplace(track.id, FragmentedTrack{&track, 0});
+  Atom rest = mvex;
+  Atom child;
+  while (file.take(rest, child)) {
+    if (child.type != atomType("trex")) continue;
+    const auto found = fragmented.find(file.big32(child, 4));
+    if (found != fragmented.end()) found->second.defaultDuration = file.big32(child, 12);
+  }
+
+  Atom topLevel = file.whole();
+  while (takeWhole(file, topLevel, child)) {
+    if (child.type != atomType("moof")) continue;
+    Atom fragments = child;
+    Atom traf;
+    while (file.take(fragments, traf)) {
+      if (traf.type == atomType("traf")) applyTrackFragment(file, traf, fragmented);
+    }
+  }
+}
+
+}  // namespace VOXA
