@@ -25,9 +25,9 @@ json streamsOf(const std::string& file) {
 
 // Loads the cursor of a sample of ten seconds and returns the number of its keyframes.
 std::size_t loadedPoints(const std::string& file) {
-  const Result run =
+  const Result result =
       voxa({"load", file, "F0", "--as", "points", "--rate", "60", "--format", "json"});
-  return run.status == 0 ? json::parse(run.out)["keyframes"].size() : 0;
+  return result.status == 0 ? json::parse(result.out)["keyframes"].size() : 0;
 }
 
 TEST(Samples, HoldAStreamOfEveryTypeInEveryContainer) {
@@ -41,10 +41,10 @@ TEST(Samples, HoldAStreamOfEveryTypeInEveryContainer) {
     ASSERT_EQ(voxa({"sample", folder.name("a.dat"), "--stream", type}).status, 0);
     const json streams = streamsOf(folder.name("a.dat"));
     ASSERT_EQ(streams.size(), 1U);
-    const Result run =
+    const Result result =
         voxa({"records", folder.name("a.dat"), streams[0]["id"], "--as", type, "--format", "json"});
-    EXPECT_GT(json::parse(run.out)["records"].size(), 1U) << type;
-    EXPECT_EQ(run.status, 0) << type;
+    EXPECT_GT(json::parse(result.out)["records"].size(), 1U) << type;
+    EXPECT_EQ(result.status, 0) << type;
   }
 }
 
@@ -93,10 +93,50 @@ TEST(Samples, AreRefusedWhereNothingCanFollow) {
        }) {
     const std::string media = folder.file(row.leaf, row.media);
     const std::string out = folder.name(std::string("out-") + row.leaf);
-    const Result run = voxa({"sample", out, "--onto", media});
-    EXPECT_EQ(run.status, 1);
-    EXPECT_EQ(run.error, "voxa: " + media + ": " + row.reason + "\n");
+    const Result result = voxa({"sample", out, "--onto", media});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.error, "voxa: " + media + ": " + row.reason + "\n");
     EXPECT_FALSE(std::filesystem::exists(std::filesystem::u8path(out))) << row.leaf;
+  }
+}
+
+// Which tag each track has that the host would learn of.
+std::vector<int> tagsOf(const std::string& file) {
+  std::vector<int> tags;
+  const json stats = json::parse(voxa({"stats", file, "--format", "json"}).out);
+  for (const json& track : stats["tracks"]) {
+    tags.push_back(track["tag"]);
+  }
+  return tags;
+}
+
+TEST(Samples, HaveTaggedTracks) {
+  const TempFolder folder;
+  ASSERT_EQ(voxa({"sample", folder.name("a.voxa")}).status, 0);
+  EXPECT_EQ(tagsOf(folder.name("a.voxa")), (std::vector<int>{1, 2, 0}));
+  // Tracks that have a tag keep it; user data that is there stays.
+  ASSERT_EQ(voxa({"sample", folder.name("b.voxa"), "--onto", folder.name("a.voxa")}).error, "");
+  EXPECT_EQ(tagsOf(folder.name("b.voxa")), (std::vector<int>{1, 2, 0}));
+}
+
+TEST(Samples, SayWhyTracksAreLeftUntagged) {
+  const TempFolder folder;
+  const Bytes head = recording::atom("ftyp", "isom");
+  struct Row {
+    Bytes media;
+    const char* reason;
+  };
+  for (const Row& row :
+       {Row{head, "there is no movie header"},
+        Row{head + recording::atom("moov", recording::atom("mvex", "")), "the movie is fragmented"},
+        Row{head + recording::atom("moov", recording::bigEndian(99U) + "trak"),
+            "in the movie header 'trak' at byte 0 announces more bytes than the file holds"}}) {
+    const std::string media = folder.file("m.mp4", row.media);
+    const Result result = voxa({"sample", folder.name("o.mp4"), "--onto", media});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.error, "voxa: " + folder.name("o.mp4") +
+                                ": the tracks are not tagged: " + row.reason + "\n");
+    EXPECT_EQ(streamsOf(folder.name("o.mp4")).size(), recording::sampleTypes().size());
   }
 }
 
@@ -113,11 +153,19 @@ class Media : public testing::TestWithParam<const char*> {
 
 TEST_P(Media, AreIndexedAndLoadedWithABlockBehindThem) {
   const std::string out = folder.name(GetParam());
-  const Result run = voxa({"sample", out, "--onto", media()});
-  ASSERT_EQ(run.status, 0) << run.error;
+  const Result result = voxa({"sample", out, "--onto", media()});
+  ASSERT_EQ(result.status, 0) << result.error;
   EXPECT_EQ(streamsOf(out).size(), recording::sampleTypes().size());
   EXPECT_EQ(loadedPoints(out), 600U);
   EXPECT_EQ(streamsOf(media()).size(), 0U);
+  const std::string name = GetParam();
+  if (name == "fragmented.mp4") {
+    EXPECT_EQ(result.error,
+              "voxa: " + out + ": the tracks are not tagged: the movie is fragmented\n");
+  } else if (layout() == Layout::Atoms) {
+    EXPECT_EQ(tagsOf(out),
+              name == "two-videos.mp4" ? (std::vector<int>{1, 2, 0}) : (std::vector<int>{1, 0}));
+  }
 }
 
 TEST_P(Media, HideABlockInsideTheirOwnStructures) {
@@ -143,7 +191,7 @@ TEST_P(Media, HideABlockInsideTheirOwnStructures) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Files, Media,
-                         testing::Values("end.mp4", "front.mp4", "fragmented.mp4", "clip.mov",
-                                         "clip.avi", "clip.wav"));
+                         testing::Values("end.mp4", "front.mp4", "fragmented.mp4", "two-videos.mp4",
+                                         "clip.mov", "clip.avi", "clip.wav"));
 
 }  // namespace

@@ -22,6 +22,17 @@ struct StreamsOptions {
 /// Lists the indexed streams of a recording.
 void listStreams(const StreamsOptions& options);
 
+struct FileOptions {
+  std::string file;
+  Format format = Format::Table;
+};
+
+/// Shows what the host would learn of the tracks of a recording.
+void showStats(const FileOptions& options);
+
+/// Shows under which slot of the host each indexed stream would be filed.
+void showSlots(const FileOptions& options);
+
 struct RecordsOptions {
   std::string file;
   std::string stream;
@@ -42,7 +53,8 @@ struct LoadOptions {
   Format format = Format::Table;
 };
 
-/// Loads one stream through the module, as a host would, and prints its keyframes or its value.
+/// Loads one stream through the module, as a host would, and prints its keyframes or its value, or
+/// the parameter in the host's own forms.
 void loadParameter(const LoadOptions& options);
 
 struct SampleOptions {

@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
+#include "host/Kestova/KeyFrameException.h"
 #include "host/Kestova/ThreadSafe.h"
 #include "loader/VOXAScreenMetaDataLoader.h"
 #include "params/Parameter.h"
@@ -112,10 +113,32 @@ void printRows(const Request& request, const Parameter<T>& parameter, RowWriter&
   }
 }
 
+bool isHostForm(Format format) {
+  return format == Format::HostXml || format == Format::HostJson;
+}
+
+// The forms that the host writes itself, as they are.
+template <class T>
+void printHostForm(const Request& request, const Parameter<T>& parameter, Output& out) {
+  std::ostringstream text;
+  if (request.options.format == Format::HostXml) {
+    Kestova::XMLOptions options(text);
+    parameter.toXML(options, 0, "");
+  } else {
+    parameter.toJSON(Kestova::JSONOptions(text), 0, "", "");
+    text << '\n';
+  }
+  out.write(text.str());
+  out.flush();
+}
+
 template <class T>
 void loadAndPrint(const Request& request, LoadOperation<T> operation) {
   const Loaded<T> loaded = load(request, operation);
   Output out;
+  if (isHostForm(request.options.format)) {
+    return printHostForm(request, *loaded.parameter, out);
+  }
   RowWriter rows(out, request.options.format);
   const bool isJson = request.options.format == Format::Json;
   if (isJson) {
@@ -153,6 +176,9 @@ void loadAs(const std::string& type, const Request& request) {
 }  // namespace
 
 void loadParameter(const LoadOptions& options) {
+  if (isHostForm(options.format) && !options.at.empty()) {
+    throw Failure(Status::WrongUse, "--at gives one value, which has no host form");
+  }
   Request request{options, parseRate(options.rate), {}, {}};
   if (!options.at.empty()) parseTime(options.at, request.rate);
   const auto parser = openRecording(options.file, std::nullopt);
@@ -165,7 +191,14 @@ void loadParameter(const LoadOptions& options) {
     request.identifier = options.stream;
   }
   request.streamFileName = options.file + "/" + request.identifier;
-  loadAs(options.type, request);
+  try {
+    loadAs(options.type, request);
+  } catch (const Kestova::KeyFrameException&) {
+    // The host's JSON has no form for a parameter without keyframes.
+    if (absent) std::rethrow_exception(absent);
+    throw Failure(Status::Failed, options.file + ": stream " + request.identifier +
+                                      ": there is no keyframe to write");
+  }
   if (absent) std::rethrow_exception(absent);
 }
 

@@ -14,8 +14,11 @@ namespace voxa {
 namespace {
 
 const std::map<std::string, Format>& formats() {
-  static const std::map<std::string, Format> names = {
-      {"table", Format::Table}, {"csv", Format::Csv}, {"json", Format::Json}};
+  static const std::map<std::string, Format> names = {{"table", Format::Table},
+                                                      {"csv", Format::Csv},
+                                                      {"json", Format::Json},
+                                                      {"host-xml", Format::HostXml},
+                                                      {"host-json", Format::HostJson}};
   return names;
 }
 
@@ -37,6 +40,8 @@ class CommandLine {
     addStreams();
     addRecords();
     addLoad();
+    addStats();
+    addSlots();
     addSample();
   }
 
@@ -60,9 +65,8 @@ class CommandLine {
   }
 
   template <class Options>
-  static void addFormat(CLI::App* command, Options& options, bool hasCsv) {
-    const std::vector<std::string> names = hasCsv ? std::vector<std::string>{"table", "csv", "json"}
-                                                  : std::vector<std::string>{"table", "json"};
+  static void addFormat(CLI::App* command, Options& options,
+                        const std::vector<std::string>& names) {
     command
         ->add_option_function<std::string>(
             "--format",
@@ -85,7 +89,7 @@ class CommandLine {
     CLI::App* const command = add("streams", "List the metadata streams of a recording.",
                                   "voxa streams take1.voxa --format json");
     command->add_option("FILE", m_streams.file, "The recording")->required();
-    addFormat(command, m_streams, false);
+    addFormat(command, m_streams, {"table", "json"});
     addContainer(command, m_streams);
     command->callback([this] { listStreams(m_streams); });
   }
@@ -98,7 +102,7 @@ class CommandLine {
     command->add_option("--as", m_records.type, "Record type")
         ->required()
         ->check(CLI::IsMember(recording::sampleTypes()));
-    addFormat(command, m_records, true);
+    addFormat(command, m_records, {"table", "csv", "json"});
     addContainer(command, m_records);
     command->callback([this] { printRecords(m_records); });
   }
@@ -118,8 +122,25 @@ class CommandLine {
         ->required();
     command->add_option("--at", m_load.at,
                         "Only the value at this frame, or at these seconds: 75 or 2.5s");
-    addFormat(command, m_load, true);
+    addFormat(command, m_load, {"table", "csv", "json", "host-xml", "host-json"});
     command->callback([this] { loadParameter(m_load); });
+  }
+
+  void addStats() {
+    CLI::App* const command = add("stats", "Show the tracks of a recording as its host sees them.",
+                                  "voxa stats take1.voxa --format json");
+    command->add_option("FILE", m_stats.file, "The recording")->required();
+    addFormat(command, m_stats, {"table", "json"});
+    command->callback([this] { showStats(m_stats); });
+  }
+
+  void addSlots() {
+    CLI::App* const command =
+        add("slots", "Show under which slot of the host each stream is filed.",
+            "voxa slots take1.voxa");
+    command->add_option("FILE", m_slots.file, "The recording")->required();
+    addFormat(command, m_slots, {"table", "json"});
+    command->callback([this] { showSlots(m_slots); });
   }
 
   void addSample() {
@@ -140,6 +161,8 @@ class CommandLine {
   StreamsOptions m_streams;
   RecordsOptions m_records;
   LoadOptions m_load;
+  FileOptions m_stats;
+  FileOptions m_slots;
   SampleOptions m_sample;
 };
 

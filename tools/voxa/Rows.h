@@ -18,7 +18,7 @@
 
 namespace voxa {
 
-enum class Format { Table, Csv, Json };
+enum class Format { Table, Csv, Json, HostXml, HostJson };
 
 /// The columns of a table or CSV file.
 class HeaderRow {

@@ -1,6 +1,8 @@
 #include <filesystem>
 #include <fstream>
+#include <iostream>
 
+#include "tools/recording/Movie.h"
 #include "tools/recording/Sample.h"
 #include "tools/recording/TopLevel.h"
 #include "tools/voxa/Commands.h"
@@ -50,11 +52,15 @@ void writeSample(const SampleOptions& options) {
   if (!options.onto.empty()) requireOpens(options.onto);
   const Bytes block = blockOf(entriesOf(options, kind), kind);
   if (options.onto.empty()) {
-    writeFile(options.out, block);
-  } else {
-    recording::writeOnto(
-        options.onto, options.out,
-        kind == ZRKMetaData::Riff ? recording::Layout::Chunks : recording::Layout::Atoms, block);
+    const bool hasTracks = kind == ZRKMetaData::Atoms;
+    writeFile(options.out, (hasTracks ? recording::sampleMovie(options.seconds) : Bytes()) + block);
+    return;
+  }
+  const std::string whyUntagged = recording::writeOnto(
+      options.onto, options.out,
+      kind == ZRKMetaData::Riff ? recording::Layout::Chunks : recording::Layout::Atoms, block);
+  if (!whyUntagged.empty()) {
+    std::cerr << "voxa: " << options.out << ": the tracks are not tagged: " << whyUntagged << "\n";
   }
 }
 
