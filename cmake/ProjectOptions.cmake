@@ -30,3 +30,15 @@ if(KESTOVA_SANITIZERS)
   target_link_options(project_options INTERFACE -fsanitize=${KESTOVA_SANITIZERS})
 endif()
 target_include_directories(project_options INTERFACE ${PROJECT_SOURCE_DIR})
+
+# A library that hosts link: `shared_library(NAME SOURCES...)`. What it is built with stays here; what
+# its users need is the include folder.
+function(shared_library name)
+  add_library(${name} SHARED ${ARGN})
+  target_link_libraries(${name} PRIVATE project_options)
+  target_include_directories(${name} PUBLIC
+    $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>
+    $<INSTALL_INTERFACE:include/KestovaVOXASupport>)
+  set_target_properties(${name} PROPERTIES
+    VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
+endfunction()

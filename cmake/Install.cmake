@@ -1,0 +1,65 @@
+# What is installed, and the packages made of it.
+
+include(GNUInstallDirs)
+include(CMakePackageConfigHelpers)
+
+set(libraries Kestova VOXA KestovaVOXASupport)
+install(TARGETS ${libraries} EXPORT KestovaVOXASupport
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+  ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
+  RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+install(TARGETS voxa RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+if(NOT WIN32)
+  set_target_properties(${libraries} PROPERTIES INSTALL_RPATH "$ORIGIN")
+  set_target_properties(voxa PROPERTIES INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
+endif()
+
+# Headers keep their folders, since that is how they are included.
+set(include_folder ${CMAKE_INSTALL_INCLUDEDIR}/KestovaVOXASupport)
+foreach(folder host/Kestova params)
+  install(DIRECTORY ${folder}/ DESTINATION ${include_folder}/${folder}
+    FILES_MATCHING PATTERN "*.h")
+endforeach()
+install(FILES
+  host/VOXA/AudioFormat.h host/VOXA/Export.h host/VOXA/MP4TrackReader.h host/VOXA/Reader.h
+  DESTINATION ${include_folder}/host/VOXA)
+install(FILES
+  loader/VOXAScreenMetaDataFilenameSetter.h loader/VOXAScreenMetaDataLoader.h
+  DESTINATION ${include_folder}/loader)
+install(FILES stats/VOXAStatsLoader.h DESTINATION ${include_folder}/stats)
+install(FILES names/ModuleExport.h DESTINATION ${include_folder}/names)
+
+set(config_folder ${CMAKE_INSTALL_LIBDIR}/cmake/KestovaVOXASupport)
+install(EXPORT KestovaVOXASupport NAMESPACE KestovaVOXASupport::
+  FILE KestovaVOXASupportTargets.cmake DESTINATION ${config_folder})
+configure_package_config_file(cmake/KestovaVOXASupportConfig.cmake.in
+  ${PROJECT_BINARY_DIR}/KestovaVOXASupportConfig.cmake INSTALL_DESTINATION ${config_folder})
+write_basic_package_version_file(
+  ${PROJECT_BINARY_DIR}/KestovaVOXASupportConfigVersion.cmake COMPATIBILITY SameMajorVersion)
+install(FILES
+  ${PROJECT_BINARY_DIR}/KestovaVOXASupportConfig.cmake
+  ${PROJECT_BINARY_DIR}/KestovaVOXASupportConfigVersion.cmake
+  DESTINATION ${config_folder})
+
+file(RELATIVE_PATH prefix_from_pkgconfig /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
+configure_file(cmake/KestovaVOXASupport.pc.in ${PROJECT_BINARY_DIR}/KestovaVOXASupport.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/KestovaVOXASupport.pc
+  DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+
+install(FILES docs/voxa.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+install(FILES tools/voxa/completion/voxa
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
+install(FILES tools/voxa/completion/_voxa
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions)
+install(FILES README.md CHANGELOG.md docs/format.md docs/serialisation.md
+  DESTINATION ${CMAKE_INSTALL_DOCDIR})
+
+set(CPACK_GENERATOR TGZ DEB)
+set(CPACK_PACKAGE_CONTACT "The developers of KestovaVOXASupport <kestova@example.invalid>")
+set(CPACK_PACKAGE_FILE_NAME ${PROJECT_NAME}-${PROJECT_VERSION}-${CMAKE_SYSTEM_PROCESSOR})
+set(CPACK_DEBIAN_PACKAGE_NAME kestova-voxa-support)
+set(CPACK_DEBIAN_PACKAGE_SECTION libs)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_LIBRARY_OUTPUT_DIRECTORY})
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
+include(CPack)
