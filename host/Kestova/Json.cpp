@@ -59,7 +59,7 @@ std::string json_representation(int64 number) {
 }
 
 std::string json_representation(const RationalTime& time) {
-  const std::string numerator = shortestText(time.numerator());
+  std::string numerator = shortestText(time.numerator());
   if (time.isWhole()) return numerator;
   return '"' + numerator + '/' + shortestText(time.denominator()) + '"';
 }
