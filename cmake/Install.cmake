@@ -46,17 +46,24 @@ configure_file(cmake/KestovaVOXASupport.pc.in ${PROJECT_BINARY_DIR}/KestovaVOXAS
 install(FILES ${PROJECT_BINARY_DIR}/KestovaVOXASupport.pc
   DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 
-install(FILES docs/voxa.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
-install(FILES tools/voxa/completion/voxa
-  DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
-install(FILES tools/voxa/completion/_voxa
-  DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions)
+if(NOT WIN32)
+  install(FILES docs/voxa.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+  install(FILES tools/voxa/completion/voxa
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
+  install(FILES tools/voxa/completion/_voxa
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions)
+endif()
 install(FILES README.md CHANGELOG.md docs/format.md docs/serialisation.md
   DESTINATION ${CMAKE_INSTALL_DOCDIR})
 
-set(CPACK_GENERATOR TGZ DEB)
+if(WIN32)
+  set(CPACK_GENERATOR ZIP)
+  set(CPACK_PACKAGE_FILE_NAME ${PROJECT_NAME}-${PROJECT_VERSION}-win64)
+else()
+  set(CPACK_GENERATOR TGZ DEB)
+  set(CPACK_PACKAGE_FILE_NAME ${PROJECT_NAME}-${PROJECT_VERSION}-${CMAKE_SYSTEM_PROCESSOR})
+endif()
 set(CPACK_PACKAGE_CONTACT "The developers of KestovaVOXASupport <kestova@example.invalid>")
-set(CPACK_PACKAGE_FILE_NAME ${PROJECT_NAME}-${PROJECT_VERSION}-${CMAKE_SYSTEM_PROCESSOR})
 set(CPACK_DEBIAN_PACKAGE_NAME kestova-voxa-support)
 set(CPACK_DEBIAN_PACKAGE_SECTION libs)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)

@@ -41,4 +41,7 @@ function(shared_library name)
     $<INSTALL_INTERFACE:include/KestovaVOXASupport>)
   set_target_properties(${name} PROPERTIES
     VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
+  if(WIN32)
+    set_target_properties(${name} PROPERTIES PREFIX "")
+  endif()
 endfunction()

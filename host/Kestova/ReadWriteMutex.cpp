@@ -1,72 +1,58 @@
 #include "host/Kestova/ReadWriteMutex.h"
 
-#include <algorithm>
 #include <cstdio>
 #include <utility>
-#include <vector>
 
 #include "host/Kestova/KestovaException.h"
 
 namespace Kestova {
 
-namespace {
-
-struct ReadHold {
-  const ReadWriteMutex* mutex;
-  unsigned count;
-};
-
-// The mutexes that this thread reads under. A thread rarely holds more than one.
-std::vector<ReadHold>& readHolds() {
-  thread_local std::vector<ReadHold> holds;
-  return holds;
-}
-
-std::vector<ReadHold>::iterator findHold(const ReadWriteMutex* mutex) {
-  auto& holds = readHolds();
-  return std::find_if(holds.begin(), holds.end(),
-                      [mutex](const ReadHold& hold) { return hold.mutex == mutex; });
-}
-
-}  // namespace
+thread_local ReadWriteMutex::ReadHold* ReadWriteMutex::t_readHolds = nullptr;
 
 bool ReadWriteMutex::isWriter() const {
   // Only this thread ever stores its own identity here, so any order of loads sees it.
   return m_writer.load(std::memory_order_relaxed) == std::this_thread::get_id();
 }
 
-void ReadWriteMutex::lockRead() {
+// By this thread. It rarely holds more than one or two locks.
+bool ReadWriteMutex::isRead() const {
+  for (const ReadHold* hold = t_readHolds; hold != nullptr; hold = hold->next) {
+    if (hold->mutex == this) return true;
+  }
+  return false;
+}
+
+void ReadWriteMutex::lockRead(ReadHold& hold) {
   if (isWriter()) {
     ++m_holds;
     return;
   }
-  const auto hold = findHold(this);
-  if (hold != readHolds().end()) {
-    ++hold->count;
-    return;
+  if (!isRead()) {
+    if (m_gateIsClosed.load()) {
+      m_gate.lock();
+      m_gate.unlock();
+    }
+    m_lock.lock_shared();
   }
-  readHolds().push_back({this, 1});  // first, since it may run out of memory
-  if (m_gateIsClosed.load()) {
-    m_gate.lock();
-    m_gate.unlock();
-  }
-  m_lock.lock_shared();
+  hold.mutex = this;
+  hold.next = t_readHolds;
+  t_readHolds = &hold;
 }
 
-void ReadWriteMutex::unlockRead() {
+void ReadWriteMutex::unlockRead(ReadHold& hold) {
   if (isWriter()) {
     unlockWrite();
     return;
   }
-  const auto hold = findHold(this);
-  if (--hold->count != 0) return;
-  readHolds().erase(hold);
-  m_lock.unlock_shared();
+  ReadHold** place = &t_readHolds;
+  while (*place != &hold) place = &(*place)->next;
+  *place = hold.next;
+  if (!isRead()) m_lock.unlock_shared();
 }
 
 void ReadWriteMutex::lockWrite() {
   if (!isWriter()) {
-    if (findHold(this) != readHolds().end()) {
+    if (isRead()) {
       static constexpr char kComplaint[] = "write lock asked for while holding only a read lock";
       std::fprintf(stderr, "ReadWriteMutex: assertion failed: %s\n", kComplaint);
       throw KestovaException(kComplaint);
@@ -89,11 +75,11 @@ void ReadWriteMutex::unlockWrite() {
 
 ReadWriteMutex::ScopedReadLock::ScopedReadLock(boost::shared_ptr<ReadWriteMutex> mutex)
     : m_mutex(std::move(mutex)) {
-  if (m_mutex) m_mutex->lockRead();
+  if (m_mutex) m_mutex->lockRead(m_hold);
 }
 
 ReadWriteMutex::ScopedReadLock::~ScopedReadLock() {
-  if (m_mutex) m_mutex->unlockRead();
+  if (m_mutex) m_mutex->unlockRead(m_hold);
 }
 
 ReadWriteMutex::ScopedWriteLock::ScopedWriteLock(boost::shared_ptr<ReadWriteMutex> mutex)

@@ -20,6 +20,14 @@
 namespace Kestova {
 
 class KESTOVA_API ReadWriteMutex {
+  // One hold of a thread, in the list of all that it has. It lives in the lock object: a
+  // thread-local container would need a destructor, which on some platforms runs after its memory
+  // is gone.
+  struct ReadHold {
+    const ReadWriteMutex* mutex = nullptr;
+    ReadHold* next = nullptr;
+  };
+
  public:
   /// Holds a read lock for the life of the object and keeps what owns the mutex alive as long. An
   /// empty pointer stands for an object without a project: there is nobody to lock against.
@@ -32,6 +40,7 @@ class KESTOVA_API ReadWriteMutex {
 
    private:
     const boost::shared_ptr<ReadWriteMutex> m_mutex;
+    ReadHold m_hold;
   };
 
   /// The same for the write lock.
@@ -51,12 +60,15 @@ class KESTOVA_API ReadWriteMutex {
   ReadWriteMutex& operator=(const ReadWriteMutex&) = delete;
 
  private:
-  void lockRead();
-  void unlockRead();
+  void lockRead(ReadHold& hold);
+  void unlockRead(ReadHold& hold);
   void lockWrite();
   void unlockWrite();
 
   bool isWriter() const;
+  bool isRead() const;
+
+  static thread_local ReadHold* t_readHolds;
 
   // Self-synchronised. A writer holds the gate from its wait to its release, so that readers who
   // come while it waits stand at the gate instead of joining those it waits for.

@@ -233,6 +233,22 @@ TEST(Files, AreIndexedUnderAnyUtf8Name) {
   EXPECT_EQ(parser->locationOf(streamId(0xF4)).size, 0);
 }
 
+TEST(Files, AreIndexedBeyondFourGibibytes) {
+  const TempFolder folder;
+  const std::string name = folder.file("large.mp4", atomWithWideSize(5ULL << 30U, "mdat"));
+  {
+    std::fstream file(std::filesystem::u8path(name),
+                      std::ios::binary | std::ios::in | std::ios::out);
+    file.seekp(5LL << 30U);  // leaves a hole
+    file << atomBlock({kEntryF0});
+  }
+  const Parser parser(MetaDataParser::createForFile(name));
+  EXPECT_EQ(shown(*parser), "F0@5368709136+29 ");
+  std::map<boost::uuids::uuid, std::string> data;
+  parser->readRawData(&data);
+  EXPECT_EQ(data[streamId(0xF0)], entryBytes(kEntryF0).substr(0, 29));
+}
+
 TEST(Files, WithoutAKnownExtensionAreOpenedButNotScanned) {
   const TempFolder folder;
   const AssertionLog log;

@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
+#include "tests/support/Hex.h"
 #include "tests/support/TempFolder.h"
 #include "tests/tools/Voxa.h"
 #include "tools/recording/Sample.h"
@@ -57,6 +58,17 @@ TEST(Samples, AreTheSameForTheSameSeed) {
   EXPECT_THROW(recording::sampleEntry("numbers", 1, 1), std::invalid_argument);
 }
 
+// The same bytes on every platform: what one writes another reads.
+TEST(Samples, AreTheSameEverywhere) {
+  const TempFolder folder;
+  ASSERT_EQ(voxa({"sample", folder.name("a.voxa"), "--seconds", "2", "--seed", "7"}).status, 0);
+  EXPECT_EQ(bytesOfFile(folder.name("a.voxa")), testing_support::dataFile("sample.voxa"));
+  const std::string file = folder.file("b.voxa", testing_support::dataFile("sample.voxa"));
+  EXPECT_EQ(
+      voxa({"load", file, "F0", "--as", "points", "--rate", "30000/1001", "--format", "csv"}).out,
+      testing_support::dataFile("sample-points.csv"));
+}
+
 TEST(Samples, ArePaddedBehindAnOddChunk) {
   const TempFolder folder;
   const Bytes odd = recording::chunk("RIFF", "odd");
@@ -66,6 +78,16 @@ TEST(Samples, ArePaddedBehindAnOddChunk) {
     EXPECT_EQ(loadedPoints(folder.name("out.wav")), 600U);
     EXPECT_EQ(bytesOfFile(folder.name("out.wav")).substr(0, odd.size()), odd);
   }
+}
+
+TEST(Samples, AreNotWrittenOntoThemselves) {
+  const TempFolder folder;
+  const Bytes media = recording::atom("ftyp", "isom");
+  const std::string file = folder.file("a.mp4", media);
+  const Result result = voxa({"sample", file, "--onto", file});
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(result.error, "voxa: " + file + ": is the file to be copied\n");
+  EXPECT_EQ(bytesOfFile(file), media);
 }
 
 TEST(Samples, AreRefusedWhereNothingCanFollow) {

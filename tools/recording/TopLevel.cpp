@@ -100,6 +100,20 @@ Plan planForChunks(std::istream& media, const std::vector<Structure>& structures
   return {Bytes(lacksPadByte ? 1 : 0, '\0'), {}, {}};
 }
 
+// In the place of what is there. (The library's own option to overwrite is not everywhere.)
+void copyFile(const fs::path& from, const fs::path& to) {
+  std::error_code failure;
+  if (fs::exists(to)) {
+    if (fs::equivalent(from, to, failure)) {
+      throw std::runtime_error(to.u8string() + ": is the file to be copied");
+    }
+    fs::remove(to, failure);
+  }
+  if (!fs::copy_file(from, to, failure)) {
+    throw std::runtime_error(to.u8string() + ": " + failure.message());
+  }
+}
+
 Plan planFor(std::istream& media, Layout layout) {
   const auto structures = topLevel(media, layout);
   return layout == Layout::Atoms ? planForAtoms(media, structures)
@@ -144,10 +158,7 @@ std::string writeOnto(const std::string& media, const std::string& out, Layout l
       throw std::runtime_error(media + ": " + error.what());
     }
   }
-  std::error_code failure;
-  if (!fs::copy_file(from, to, fs::copy_options::overwrite_existing, failure)) {
-    throw std::runtime_error(out + ": " + failure.message());
-  }
+  copyFile(from, to);
   std::fstream copy(to, std::ios::binary | std::ios::in | std::ios::out);
   copy.seekp(0, std::ios::end);
   copy << plan.append << block;

@@ -36,6 +36,7 @@ class CommandLine {
     m_app.name("voxa");
     m_app.set_version_flag("--version", kVersion);
     m_app.require_subcommand(1);
+    m_app.allow_windows_style_options(false);  // "/a/b" is a file name there too
     m_app.footer("Example: voxa streams take1.voxa");
     addStreams();
     addRecords();

@@ -1,27 +1,16 @@
-#include "tests/tools/Voxa.h"
+#include <sys/wait.h>
 
 #include <cstdlib>
 
 #include "tests/support/TempFolder.h"
-
-#ifndef _WIN32
-#include <sys/wait.h>
-#endif
+#include "tests/tools/Voxa.h"
 
 namespace testing_support {
 
 namespace {
 
 std::string quoted(const std::string& argument) {
-  return "\"" + argument + "\"";
-}
-
-int exitStatus(int result) {
-#ifdef _WIN32
-  return result;
-#else
-  return WIFEXITED(result) ? WEXITSTATUS(result) : -1;
-#endif
+  return "'" + argument + "'";
 }
 
 }  // namespace
@@ -31,11 +20,9 @@ Result voxa(const std::vector<std::string>& arguments) {
   std::string command = quoted(KESTOVA_VOXA);
   for (const std::string& argument : arguments) command += " " + quoted(argument);
   command += " > " + quoted(folder.name("out")) + " 2> " + quoted(folder.name("error"));
-  Result run;
-  run.status = exitStatus(std::system(command.c_str()));
-  run.out = bytesOfFile(folder.name("out"));
-  run.error = bytesOfFile(folder.name("error"));
-  return run;
+  const int status = std::system(command.c_str());
+  return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, bytesOfFile(folder.name("out")),
+          bytesOfFile(folder.name("error"))};
 }
 
 }  // namespace testing_support

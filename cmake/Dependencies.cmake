@@ -1,0 +1,11 @@
+# The libraries that we use, under the same target names on every platform.
+
+if(WIN32)
+  include(${CMAKE_CURRENT_LIST_DIR}/WindowsDependencies.cmake)
+else()
+  find_package(Boost 1.74 REQUIRED COMPONENTS filesystem)
+  find_package(fmt REQUIRED)
+  find_package(nlohmann_json REQUIRED)
+  find_package(CLI11 REQUIRED)
+  find_package(OpenSSL REQUIRED COMPONENTS Crypto)
+endif()

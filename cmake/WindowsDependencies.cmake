@@ -1,0 +1,41 @@
+# Libraries for the cross-build. Headers are Debian's own, which are the same for every target; they
+# are seen through links, since all of /usr/include would bring in those of the C library.
+# Boost.Filesystem alone has sources; scripts/boost-filesystem-source fetches them.
+
+set(links ${PROJECT_BINARY_DIR}/headers)
+file(MAKE_DIRECTORY ${links})
+foreach(library boost CLI fmt nlohmann)
+  file(CREATE_LINK /usr/include/${library} ${links}/${library} SYMBOLIC)
+endforeach()
+
+add_library(linked_headers INTERFACE)
+target_include_directories(linked_headers SYSTEM INTERFACE $<BUILD_INTERFACE:${links}>)
+target_compile_definitions(linked_headers INTERFACE
+  _WIN32_WINNT=0x0601 UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN BOOST_ALL_NO_LIB)
+foreach(target Boost::headers fmt::fmt-header-only nlohmann_json::nlohmann_json CLI11::CLI11)
+  add_library(${target} INTERFACE IMPORTED GLOBAL)
+  target_link_libraries(${target} INTERFACE linked_headers)
+endforeach()
+target_compile_definitions(linked_headers INTERFACE FMT_HEADER_ONLY=1)
+
+set(BOOST_FILESYSTEM_SOURCE "" CACHE PATH "The folder libs/filesystem/src of Boost 1.74")
+file(GLOB boost_filesystem_sources ${BOOST_FILESYSTEM_SOURCE}/*.cpp)
+if(NOT boost_filesystem_sources)
+  message(FATAL_ERROR "BOOST_FILESYSTEM_SOURCE holds no sources: '${BOOST_FILESYSTEM_SOURCE}'")
+endif()
+add_library(boost_filesystem STATIC ${boost_filesystem_sources})
+target_link_libraries(boost_filesystem PUBLIC linked_headers)
+target_compile_definitions(boost_filesystem
+  PRIVATE BOOST_FILESYSTEM_SOURCE PUBLIC BOOST_FILESYSTEM_STATIC_LINK=1)
+target_compile_options(boost_filesystem PRIVATE -w)
+add_library(Boost::filesystem ALIAS boost_filesystem)
+
+# The runtime stands beside the programs: shared, so that exceptions and standard streams are one.
+set(runtime_libraries)
+foreach(library libstdc++-6 libgcc_s_seh-1 libwinpthread-1)
+  execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=${library}.dll
+    OUTPUT_VARIABLE file OUTPUT_STRIP_TRAILING_WHITESPACE)
+  list(APPEND runtime_libraries ${file})
+endforeach()
+file(COPY ${runtime_libraries} DESTINATION ${CMAKE_RUNTIME_OUTPUT_DIRECTORY})
+install(FILES ${runtime_libraries} TYPE BIN)

@@ -1,0 +1,15 @@
+// On Windows the rules are the platform's own, and Boost.Filesystem knows them.
+#include <boost/filesystem/path.hpp>
+
+#include "names/PathLocale.h"
+#include "names/WindowsPath.h"
+
+namespace names {
+
+WindowsPath::WindowsPath(const std::string& name) {
+  const boost::filesystem::path path(toUtf16(name));
+  m_filename = toUtf8(path.filename().native());
+  m_parentPath = toUtf8(path.parent_path().native());
+}
+
+}  // namespace names
