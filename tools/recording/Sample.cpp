@@ -119,8 +119,10 @@ Bytes windowRectangles(double seconds, Dice& dice) {
   return atIntervals(seconds, 1, 6, dice, [&](double time) {
     const int width = 320 + dice.below(kScreenWidth - 320);
     const int height = 200 + dice.below(kScreenHeight - 200);
-    return rectRecord(time, dice.below(kScreenWidth - width + 1),
-                      dice.below(kScreenHeight - height + 1), width, height);
+    // Thrown one by one: compilers differ in the order in which they evaluate arguments.
+    const int left = dice.below(kScreenWidth - width + 1);
+    const int top = dice.below(kScreenHeight - height + 1);
+    return rectRecord(time, left, top, width, height);
   });
 }
 
