@@ -1,0 +1,74 @@
+// Writes inputs for each target to begin with, made like samples: Seeds FOLDER
+#include <filesystem>
+#include <fstream>
+
+#include "tools/recording/Movie.h"
+#include "tools/recording/Records.h"
+#include "tools/recording/Sample.h"
+
+namespace {
+
+using recording::Bytes;
+
+class Folder {
+ public:
+  Folder(const std::filesystem::path& root, const char* target) : m_path(root / target) {
+    std::filesystem::create_directories(m_path);
+  }
+  void write(const Bytes& bytes) {
+    std::ofstream(m_path / ("seed-" + std::to_string(m_count++)), std::ios::binary) << bytes;
+  }
+
+ private:
+  const std::filesystem::path m_path;
+  int m_count = 0;
+};
+
+void writeSeeds(const std::filesystem::path& root) {
+  const auto entries = recording::sampleEntries(0.1, 1);
+  Folder index(root, "index");
+  index.write(Bytes(1, 0) + recording::chunk("RIFF", "odd") + recording::chunkBlock(entries));
+  index.write(Bytes(1, 1) + recording::sampleMovie(1) + recording::atomBlock(entries));
+  index.write(Bytes(1, 1) +
+              recording::wideAtom(
+                  "ZRKM", recording::wideAtom("DATA", recording::entryBytes(entries.front()))));
+  index.write(Bytes(1, 2) + recording::entryBytes(entries.front()));
+
+  Folder records(root, "records");
+  static constexpr const char* kTypes[] = {"ints",       "doubles", "int64s", "strings",
+                                           "keystrokes", "points",  "rects",  "cursor-images"};
+  char number = 0;  // by which the target chooses the type
+  for (const char* const type : kTypes) {
+    records.write(Bytes(1, number++) + recording::littleEndian(10000) +
+                  recording::sampleEntry(type, 0.2, 1).records);
+  }
+
+  Folder movie(root, "movie");
+  movie.write(recording::sampleMovie(3));
+  movie.write(recording::movie({}) + recording::atom("mdat", "media"));
+
+  Folder names(root, "names");
+  for (const char* const name :
+       {"C:\\rec\\a.voxa/2b7b6af0-7a1f-11e2-83d0-0017f200be7f", "\\\\srv\\share\\x", "a:b",
+        "\\\\?\\C:\\a", "/a/b/", "C:/", "\xC3\xBC\xF0\x9F\x98\x80/."}) {
+    names.write(name);
+  }
+
+  Folder commandLine(root, "commandline");
+  for (const char* const text : {"30", "30000/1001", "12", "-5", "0.4s", "12.345678s", "a,\"b\""}) {
+    commandLine.write(text);
+  }
+
+  Folder parameters(root, "parameters");
+  parameters.write(Bytes("\0\x0A\0\0\0\1", 6) + Bytes("\0\x14\0\4\0\2", 6) +
+                   Bytes("\x08\x0F\0\0\0", 5) + Bytes("\2\x0A\0\x0C\0", 5) + Bytes("\3\5\0\1", 4) +
+                   Bytes("\6\x14\0\7", 4));
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc != 2) return 2;
+  writeSeeds(std::filesystem::u8path(argv[1]));
+  return 0;
+}

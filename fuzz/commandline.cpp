@@ -1,0 +1,49 @@
+// Rates and times as they are typed. The input is the text.
+#include <sstream>
+
+#include "fuzz/Fuzz.h"
+#include "tools/voxa/Failure.h"
+#include "tools/voxa/Output.h"
+#include "tools/voxa/Rates.h"
+
+namespace {
+
+template <class Parse>
+void expectValueOrWrongUse(Parse parse) {
+  try {
+    parse();
+  } catch (const voxa::Failure& failure) {
+    fuzz::require(failure.status() == voxa::Status::WrongUse, "what is refused is wrong use");
+  }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const std::string text(reinterpret_cast<const char*>(data), size);
+  expectValueOrWrongUse([&] {
+    const auto rate = voxa::parseRate(text);
+    fuzz::require(rate.numerator() != 0, "a rate is above 0");
+    const std::string again =
+        std::to_string(rate.numerator()) + "/" + std::to_string(rate.denominator());
+    fuzz::require(voxa::parseRate(again) == rate, "a rate reads back the same");
+  });
+  for (const auto& rate : {boost::rational<unsigned int>(30000, 1001),
+                           boost::rational<unsigned int>(4294967295U, 4294967294U)}) {
+    expectValueOrWrongUse([&] {
+      const Kestova::RationalTime time = voxa::parseTime(text, rate);
+      if (text.back() != 's') {
+        fuzz::require(time.isWhole() && std::to_string(time.numerator()).size() <= text.size(),
+                      "a frame number is what was typed");
+      }
+    });
+  }
+  const std::string field = voxa::csvField(text);
+  fuzz::require(
+      field.empty() || field.front() == '"' || field.find_first_of(",\"\r\n") == std::string::npos,
+      "a field that needs quotes has them");
+  for (const char byte : voxa::printable(text)) {
+    fuzz::require(static_cast<unsigned char>(byte) >= 0x20, "a line of a table is one line");
+  }
+  return 0;
+}
