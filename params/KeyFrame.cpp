@@ -7,7 +7,7 @@ namespace Kestova {
 template <class T>
 KeyFrame<T>::KeyFrame(const boost::weak_ptr<const ThreadSafe>& owner, const RationalTime& time,
                       const T& value, const RationalTime& leadInLength)
-    : Subject(owner), m_time(time), m_value(value), m_leadInLength(leadInLength), m_owner(owner) {}
+    : Subject(owner), m_time(time), m_value(value), m_leadInLength(leadInLength) {}
 
 template <class T>
 KeyFrame<T>::KeyFrame(const KeyFrame& other)
@@ -18,7 +18,6 @@ KeyFrame<T>::KeyFrame(const KeyFrame& other)
       m_value(other.m_value),
       m_leadInLength(other.m_leadInLength),
       m_interpolater(other.m_interpolater),
-      m_owner(other.m_owner),
       m_metaData(MetaDatable::cloneMetaData(other.m_metaData.get())) {}
 
 template <class T>
@@ -26,7 +25,7 @@ KeyFrame<T>::~KeyFrame() = default;
 
 template <class T>
 boost::weak_ptr<const ThreadSafe> KeyFrame<T>::projectMutex() const {
-  return m_owner;
+  return this->owner();
 }
 
 template <class T>

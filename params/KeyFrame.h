@@ -80,7 +80,6 @@ class KeyFrame : public SubProject, public Subject {
   T m_value;
   RationalTime m_leadInLength;
   boost::shared_ptr<Interpolater<T>> m_interpolater;
-  const boost::weak_ptr<const ThreadSafe> m_owner;
   std::unique_ptr<MetaDataMap> m_metaData;
 };
 

@@ -3,16 +3,16 @@
 
 #include <boost/smart_ptr/shared_ptr.hpp>
 #include <limits>
-#include <map>
 
 #include "host/Kestova/RationalTime.h"
+#include "params/ChunkedMap.h"
 #include "params/KeyFrame.h"
 
 namespace Kestova {
 
 /// The keyframes of a parameter by their times, at most one at a time.
 template <class T>
-using KeyFrameMap = std::map<RationalTime, boost::shared_ptr<KeyFrame<T>>>;
+using KeyFrameMap = ChunkedMap<boost::shared_ptr<KeyFrame<T>>>;
 
 /// What stands for "no keyframe before" and "no keyframe after".
 inline RationalTime beforeAllTimes() {
@@ -26,22 +26,25 @@ inline RationalTime afterAllTimes() {
 template <class T>
 class KeyFrameMapUtil {
  public:
+  using Entry = typename KeyFrameMap<T>::const_iterator;
+
   virtual ~KeyFrameMapUtil() = default;
 
-  /// The last time strictly before `time`, or `beforeAllTimes`.
-  RationalTime previousTime(const KeyFrameMap<T>& keyFrames, const RationalTime& time) const {
-    const auto notBefore = keyFrames.lower_bound(time);
-    return notBefore == keyFrames.begin() ? beforeAllTimes() : std::prev(notBefore)->first;
+  /// The last time strictly before the time that `notBefore` is the lower bound of, or
+  /// `beforeAllTimes`.
+  RationalTime previousTime(const KeyFrameMap<T>& keyFrames, Entry notBefore) const {
+    return notBefore == keyFrames.begin() ? beforeAllTimes() : notBefore.previous().time();
   }
 
-  /// The first time strictly after `time`, or `afterAllTimes`.
-  RationalTime nextTime(const KeyFrameMap<T>& keyFrames, const RationalTime& time) const {
-    const auto after = keyFrames.upper_bound(time);
-    return after == keyFrames.end() ? afterAllTimes() : after->first;
+  /// The first time strictly after `time`, whose lower bound is `notBefore`, or `afterAllTimes`.
+  RationalTime nextTime(const KeyFrameMap<T>& keyFrames, Entry notBefore,
+                        const RationalTime& time) const {
+    if (notBefore != keyFrames.end() && notBefore.time() == time) ++notBefore;
+    return notBefore == keyFrames.end() ? afterAllTimes() : notBefore.time();
   }
 
   RationalTime firstTime(const KeyFrameMap<T>& keyFrames) const {
-    return keyFrames.empty() ? afterAllTimes() : keyFrames.begin()->first;
+    return keyFrames.empty() ? afterAllTimes() : keyFrames.begin().time();
   }
 };
 

@@ -59,9 +59,9 @@ template <class T>
 T LeftParameter<T>::setValue(const T& value, const RationalTime& time) {
   const KeyFrameMap<T>& keyFrames = this->keyFrames();
   if (keyFrames.empty()) return ParameterImpl<T>::setValue(value, time);
-  auto written = keyFrames.lower_bound(time);
+  auto written = keyFrames.lowerBound(time);
   if (written != keyFrames.begin()) --written;
-  return this->setKeyFrameValue(written->second, value);
+  return this->setKeyFrameValue(written.value(), value);
 }
 
 template <class T>

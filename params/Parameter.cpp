@@ -3,6 +3,7 @@
 #include <stdexcept>
 
 #include "host/Kestova/KeyFrameListener.h"
+#include "params/PlacementRules.h"
 
 namespace Kestova {
 
@@ -48,12 +49,12 @@ bool Parameter<T>::isOccupied(const RationalTime& time) const {
   if (this->keyFrameExists(time)) return true;
   const RationalTime next = this->nextKeyFrameTime(time);
   if (!this->keyFrameExists(next)) return false;
-  return compareWithDifference(time, next, this->keyFrameAt(next)->leadInLength()) > 0;
+  return isInsideLeadIn(time, next, this->keyFrameAt(next)->leadInLength());
 }
 
 template <class T>
 bool Parameter<T>::leadInFits(const RationalTime& time, const RationalTime& leadInLength) const {
-  return compareWithDifference(this->previousKeyFrameTime(time), time, leadInLength) <= 0;
+  return !reachesPast(this->previousKeyFrameTime(time), time, leadInLength);
 }
 
 template <class T>

@@ -8,8 +8,9 @@
 
 #include "host/Kestova/EditRateSource.h"
 #include "host/Kestova/KeyFrameException.h"
-#include "host/Kestova/ReadWriteMutex.h"
+#include "host/Kestova/ThreadSafe.h"
 #include "params/ParameterIterator.h"
+#include "params/PlacementRules.h"
 #include "params/ValueTraits.h"
 
 namespace Kestova {
@@ -36,7 +37,7 @@ ParameterImpl<T>::ParameterImpl(const ParameterImpl& other)
       m_changeSubject(other.m_changeSubject),
       m_editRateSource(other.m_editRateSource) {
   for (const auto& [time, keyFrame] : other.m_keyFrames) {
-    m_keyFrames.emplace_hint(m_keyFrames.end(), time, KeyFramePointer(keyFrame->clone()));
+    m_keyFrames.insert(m_keyFrames.end(), time, KeyFramePointer(keyFrame->clone()));
   }
 }
 
@@ -80,48 +81,51 @@ template <class T>
 boost::shared_ptr<std::vector<RationalTime>> ParameterImpl<T>::keyFrameTimes() const {
   auto times = boost::make_shared<std::vector<RationalTime>>();
   times->reserve(m_keyFrames.size());
-  for (const auto& [time, keyFrame] : m_keyFrames) times->push_back(time);
+  for (auto entry = m_keyFrames.begin(); entry != m_keyFrames.end(); ++entry) {
+    times->push_back(entry.time());
+  }
   return times;
 }
 
 template <class T>
 void ParameterImpl<T>::moveKeyFrame(const RationalTime& from, const RationalTime& to) {
-  const KeyFramePointer keyFrame = existing(from);
+  const KeyFramePointer keyFrame = existing(from).value();
   if (this->keyFrameExists(to)) refuse(to);
 
   RationalTime next = this->nextKeyFrameTime(to);
   if (next == from) next = this->nextKeyFrameTime(next);
   if (this->keyFrameExists(next) &&
-      compareWithDifference(to, next, this->keyFrameAt(next)->leadInLength()) > 0) {
+      isInsideLeadIn(to, next, this->keyFrameAt(next)->leadInLength())) {
     refuse(to);
   }
   RationalTime previous = this->previousKeyFrameTime(to);
   if (previous == from) previous = this->previousKeyFrameTime(from);
-  if (compareWithDifference(previous, to, keyFrame->leadInLength()) > 0) refuse(to);
+  if (reachesPast(previous, to, keyFrame->leadInLength())) refuse(to);
 
   const RationalTime target = to;  // `to` may be the time of the keyframe that is about to change
-  m_keyFrames.emplace(target, keyFrame);
-  m_keyFrames.erase(from);
+  insert(lookUp(target), target, keyFrame);
+  erase(lookUp(from));
   keyFrame->setTime(target);
   this->notify();
 }
 
 template <class T>
 RationalTime ParameterImpl<T>::previousKeyFrameTime(const RationalTime& time) const {
-  const ReadLock lock(this->mutex());
-  return m_mapUtil.previousTime(m_keyFrames, time);
+  const ReadLock lock(lockOf(m_owner));
+  return m_mapUtil.previousTime(m_keyFrames, lookUp(time));
 }
 
 template <class T>
 RationalTime ParameterImpl<T>::nextKeyFrameTime(const RationalTime& time) const {
-  const ReadLock lock(this->mutex());
-  return m_mapUtil.nextTime(m_keyFrames, time);
+  const ReadLock lock(lockOf(m_owner));
+  return m_mapUtil.nextTime(m_keyFrames, lookUp(time), time);
 }
 
 template <class T>
 bool ParameterImpl<T>::keyFrameExists(const RationalTime& time) const {
-  const ReadLock lock(this->mutex());
-  return m_keyFrames.count(time) != 0;
+  const ReadLock lock(lockOf(m_owner));
+  const Entry found = lookUp(time);
+  return found != m_keyFrames.end() && found.time() == time;
 }
 
 template <class T>
@@ -140,24 +144,30 @@ void ParameterImpl<T>::setEditRateSource(const EditRateSource* source) {
 template <class T>
 void ParameterImpl<T>::addKeyFrame(const KeyFramePointer& keyFrame) {
   const RationalTime time = keyFrame->time();
-  if (!this->canAddKeyFrame(time, keyFrame->leadInLength())) refuse(time);
-  insert(time, keyFrame);
+  const Entry place = m_keyFrames.lowerBound(time);
+  if (!hasRoom(place, time, keyFrame->leadInLength())) refuse(time);
+  insert(place, time, keyFrame);
+  this->notify();
+  this->announceAdded(time);
 }
 
 template <class T>
 void ParameterImpl<T>::addKeyFrame(const RationalTime& time, const T& value,
                                    const RationalTime& leadInLength) {
-  if (!this->canAddKeyFrame(time, leadInLength)) refuse(time);
-  insert(time, boost::make_shared<KeyFrame<T>>(this->projectMutex(), time, value, leadInLength));
+  const Entry place = m_keyFrames.lowerBound(time);
+  if (!hasRoom(place, time, leadInLength)) refuse(time);
+  insert(place, time, boost::make_shared<KeyFrame<T>>(m_owner, time, value, leadInLength));
+  this->notify();
+  this->announceAdded(time);
 }
 
 template <class T>
 boost::shared_ptr<KeyFrame<T>> ParameterImpl<T>::replaceKeyFrame(const RationalTime& time,
                                                                  const KeyFramePointer& keyFrame) {
-  const auto place = placeOf(time);
-  if (!this->leadInFits(time, keyFrame->leadInLength())) refuse(time);
-  const RationalTime placeTime = place->first;
-  KeyFramePointer old = std::exchange(place->second, keyFrame);
+  const Entry place = existing(time);
+  if (!hasRoomForLeadIn(place, time, keyFrame->leadInLength())) refuse(time);
+  const RationalTime placeTime = place.time();
+  KeyFramePointer old = m_keyFrames.exchange(place, keyFrame);
   const RationalTime oldTime = old->time();
   keyFrame->setTime(placeTime);
   this->notify();
@@ -173,7 +183,7 @@ T ParameterImpl<T>::setKeyFrameValue(const KeyFramePointer& keyFrame, const T& v
 
 template <class T>
 T ParameterImpl<T>::setKeyFrameValue(const RationalTime& time, const T& value) {
-  const KeyFramePointer keyFrame = existing(time);
+  const KeyFramePointer keyFrame = existing(time).value();
   T old = keyFrame->value();
   keyFrame->setValue(value);
   this->notify();
@@ -182,9 +192,7 @@ T ParameterImpl<T>::setKeyFrameValue(const RationalTime& time, const T& value) {
 
 template <class T>
 boost::shared_ptr<KeyFrame<T>> ParameterImpl<T>::removeKeyFrame(const RationalTime& time) {
-  const auto place = placeOf(time);
-  KeyFramePointer removed = place->second;
-  m_keyFrames.erase(place);
+  KeyFramePointer removed = erase(existing(time));
   this->notify();
   this->announceRemoved(removed->time());
   return removed;
@@ -193,8 +201,9 @@ boost::shared_ptr<KeyFrame<T>> ParameterImpl<T>::removeKeyFrame(const RationalTi
 template <class T>
 RationalTime ParameterImpl<T>::setKeyFrameLeadInLength(const RationalTime& time,
                                                        const RationalTime& leadInLength) {
-  const KeyFramePointer keyFrame = existing(time);
-  if (!this->leadInFits(time, leadInLength)) refuse(time);
+  const Entry place = existing(time);
+  if (!hasRoomForLeadIn(place, time, leadInLength)) refuse(time);
+  const KeyFramePointer keyFrame = place.value();
   const RationalTime old = keyFrame->leadInLength();
   keyFrame->setLeadInLength(leadInLength);
   this->notify();
@@ -203,19 +212,17 @@ RationalTime ParameterImpl<T>::setKeyFrameLeadInLength(const RationalTime& time,
 
 template <class T>
 T ParameterImpl<T>::valueAt(const RationalTime& time) const {
-  const ReadLock lock(this->mutex());
+  const ReadLock lock(lockOf(m_owner));
   if (m_keyFrames.empty()) throw KeyFrameException(RationalTime(0), this->name());
-  if (time <= m_keyFrames.begin()->first) return m_keyFrames.begin()->second->value();
-  const auto next = m_keyFrames.lower_bound(time);
-  if (next == m_keyFrames.end()) return std::prev(next)->second->value();
-
-  const KeyFrame<T>& later = *next->second;
-  if (next->first == time) return later.value();
+  const Entry next = lookUp(time);
+  if (next == m_keyFrames.end()) return next.previous().value()->value();
+  const KeyFrame<T>& later = *next.value();
+  if (next == m_keyFrames.begin() || next.time() == time) return later.value();
   if (m_editRateSource != nullptr &&
       isLessThanOneFrame(time, later.time(), m_editRateSource->editRate())) {
     return later.value();
   }
-  const KeyFrame<T>& earlier = *std::prev(next)->second;
+  const KeyFrame<T>& earlier = *next.previous().value();
   const auto interpolater = later.interpolater() ? later.interpolater() : this->interpolater();
   return interpolater->interpolate(earlier.value(), later.value(), earlier.time(), later.time(),
                                    time.toDouble(), later.leadInLength());
@@ -238,27 +245,27 @@ T ParameterImpl<T>::setValue(const T& value) {
 
 template <class T>
 boost::shared_ptr<KeyFrame<T>> ParameterImpl<T>::keyFrameAt(const RationalTime& time) {
-  const ReadLock lock(this->mutex());
-  return existing(time);
+  const ReadLock lock(lockOf(m_owner));
+  return existing(time).value();
 }
 
 template <class T>
 boost::shared_ptr<const KeyFrame<T>> ParameterImpl<T>::keyFrameAt(const RationalTime& time) const {
-  const ReadLock lock(this->mutex());
-  return existing(time);
+  const ReadLock lock(lockOf(m_owner));
+  return existing(time).value();
 }
 
 template <class T>
 bool ParameterImpl<T>::hasKeyFrameIn(const Range<RationalTime>& range) const {
-  const ReadLock lock(this->mutex());
-  const auto first = m_keyFrames.lower_bound(range.start);
+  const ReadLock lock(lockOf(m_owner));
+  const Entry first = lookUp(range.start);
   return first != m_keyFrames.end() &&
-         compareWithDifference(range.start, first->first, range.length) >= 0;
+         compareWithDifference(range.start, first.time(), range.length) >= 0;
 }
 
 template <class T>
 RationalTime ParameterImpl<T>::firstKeyFrameTime() const {
-  const ReadLock lock(this->mutex());
+  const ReadLock lock(lockOf(m_owner));
   return m_mapUtil.firstTime(m_keyFrames);
 }
 
@@ -312,7 +319,7 @@ bool ParameterImpl<T>::isWrittenAsValueAlone() const {
   if (m_keyFrames.empty()) return true;
   static constexpr std::string_view kAlwaysWhole[] = {"toc", "quiz", "captions", "captionData"};
   return m_keyFrames.size() == 1 &&
-         m_keyFrames.begin()->second->leadInLength() == RationalTime(0) &&
+         m_keyFrames.begin().value()->leadInLength() == RationalTime(0) &&
          std::count(std::begin(kAlwaysWhole), std::end(kAlwaysWhole), this->name()) == 0;
 }
 
@@ -431,26 +438,50 @@ void ParameterImpl<T>::refuse(const RationalTime& time) const {
   throw KeyFrameException(time, this->name());
 }
 
-// The keyframe at `time`; the caller holds a lock.
+// The first keyframe that is not before `time`. The caller of all that follows holds a lock.
 template <class T>
-const boost::shared_ptr<KeyFrame<T>>& ParameterImpl<T>::existing(const RationalTime& time) const {
-  const auto found = m_keyFrames.find(time);
-  if (found == m_keyFrames.end()) refuse(time);
-  return found->second;
-}
-
-template <class T>
-typename KeyFrameMap<T>::iterator ParameterImpl<T>::placeOf(const RationalTime& time) {
-  const auto found = m_keyFrames.find(time);
-  if (found == m_keyFrames.end()) refuse(time);
+typename ParameterImpl<T>::Entry ParameterImpl<T>::lookUp(const RationalTime& time) const {
+  const Place near = m_lastPlace.load(std::memory_order_relaxed);
+  const Entry found = m_keyFrames.lowerBound(time, near);
+  if (found.place() != near) m_lastPlace.store(found.place(), std::memory_order_relaxed);
   return found;
 }
 
 template <class T>
-void ParameterImpl<T>::insert(const RationalTime& time, const KeyFramePointer& keyFrame) {
-  m_keyFrames[time] = keyFrame;
-  this->notify();
-  this->announceAdded(time);
+typename ParameterImpl<T>::Entry ParameterImpl<T>::existing(const RationalTime& time) const {
+  const Entry found = lookUp(time);
+  if (found == m_keyFrames.end() || found.time() != time) refuse(time);
+  return found;
+}
+
+// What `canAddKeyFrame` answers, where `notBefore` is the lower bound of `time`.
+template <class T>
+bool ParameterImpl<T>::hasRoom(Entry notBefore, const RationalTime& time,
+                               const RationalTime& leadInLength) const {
+  if (notBefore != m_keyFrames.end() &&
+      (notBefore.time() == time ||
+       isInsideLeadIn(time, notBefore.time(), notBefore.value()->leadInLength()))) {
+    return false;
+  }
+  return hasRoomForLeadIn(notBefore, time, leadInLength);
+}
+
+template <class T>
+bool ParameterImpl<T>::hasRoomForLeadIn(Entry notBefore, const RationalTime& time,
+                                        const RationalTime& leadInLength) const {
+  return !reachesPast(m_mapUtil.previousTime(m_keyFrames, notBefore), time, leadInLength);
+}
+
+template <class T>
+void ParameterImpl<T>::insert(Entry place, const RationalTime& time, KeyFramePointer keyFrame) {
+  m_keyFrames.insert(place, time, std::move(keyFrame));
+  m_lastPlace.store({}, std::memory_order_relaxed);
+}
+
+template <class T>
+boost::shared_ptr<KeyFrame<T>> ParameterImpl<T>::erase(Entry place) {
+  m_lastPlace.store({}, std::memory_order_relaxed);
+  return m_keyFrames.erase(place);
 }
 
 #define KESTOVA_PARAMETER_IMPL(T) template class ParameterImpl<T>;

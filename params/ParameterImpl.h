@@ -1,6 +1,7 @@
 // The body that keyframed parameters share: the keyframes, their rules, and who is told.
 #pragma once
 
+#include <atomic>
 #include <boost/smart_ptr/weak_ptr.hpp>
 #include <memory>
 #include <string>
@@ -107,10 +108,17 @@ class ParameterImpl : public Parameter<T> {
   void writeHints(std::ostream& out, int indent) const;
   void writeKeyFrames(const JSONOptions& options, int indent) const;
 
+  using Entry = typename KeyFrameMap<T>::const_iterator;
+  using Place = typename KeyFrameMap<T>::Place;
+
   [[noreturn]] void refuse(const RationalTime& time) const;
-  const KeyFramePointer& existing(const RationalTime& time) const;
-  typename KeyFrameMap<T>::iterator placeOf(const RationalTime& time);
-  void insert(const RationalTime& time, const KeyFramePointer& keyFrame);
+  Entry lookUp(const RationalTime& time) const;
+  Entry existing(const RationalTime& time) const;
+  bool hasRoom(Entry notBefore, const RationalTime& time, const RationalTime& leadInLength) const;
+  bool hasRoomForLeadIn(Entry notBefore, const RationalTime& time,
+                        const RationalTime& leadInLength) const;
+  void insert(Entry place, const RationalTime& time, KeyFramePointer keyFrame);
+  KeyFramePointer erase(Entry place);
 
   // Guarded by the project's lock.
   KeyFrameMap<T> m_keyFrames;
@@ -120,6 +128,10 @@ class ParameterImpl : public Parameter<T> {
   KeyFrameMapUtil<T> m_mapUtil;
   Subject m_changeSubject;
   const EditRateSource* m_editRateSource;
+
+  // Where the last look-up ended, for the next one, which is often near. Readers overwrite each
+  // other's, which costs them a search and no more.
+  mutable std::atomic<Place> m_lastPlace{Place{}};
 };
 
 }  // namespace Kestova

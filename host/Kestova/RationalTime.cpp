@@ -15,12 +15,6 @@ RationalTime operator-(const RationalTime& left, const RationalTime& right) {
   return RationalTime(reduced(wide.numerator, wide.denominator));
 }
 
-int compareWithDifference(const RationalTime& time, const RationalTime& later,
-                          const RationalTime& earlier) {
-  const WideRatio wide = difference(later.ratio(), earlier.ratio());
-  return compareProducts(wide.denominator, time.numerator(), wide.numerator, time.denominator());
-}
-
 std::ostream& operator<<(std::ostream& out, const RationalTime& time) {
   out << time.numerator();
   if (!time.isWhole()) out << '/' << time.denominator();

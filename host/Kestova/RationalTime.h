@@ -63,8 +63,15 @@ KESTOVA_API RationalTime operator+(const RationalTime& left, const RationalTime&
 KESTOVA_API RationalTime operator-(const RationalTime& left, const RationalTime& right);
 
 /// The sign of `time` - (`later` - `earlier`): -1, 0 or 1. Exact, and never throws.
-KESTOVA_API int compareWithDifference(const RationalTime& time, const RationalTime& later,
-                                      const RationalTime& earlier);
+inline int compareWithDifference(const RationalTime& time, const RationalTime& later,
+                                 const RationalTime& earlier) {
+  if (time.isWhole() && later.isWhole() && earlier.isWhole()) {  // as frame numbers are
+    const int128 sum = int128{time.numerator()} + earlier.numerator();
+    return (sum > later.numerator()) - (sum < later.numerator());
+  }
+  const WideRatio wide = difference(later.ratio(), earlier.ratio());
+  return compareProducts(wide.denominator, time.numerator(), wide.numerator, time.denominator());
+}
 
 /// Writes "10" for a whole time, else "21/2".
 KESTOVA_API std::ostream& operator<<(std::ostream& out, const RationalTime& time);

@@ -7,10 +7,7 @@ namespace Kestova {
 SubProject::~SubProject() = default;
 
 boost::shared_ptr<ReadWriteMutex> SubProject::mutex() const {
-  const boost::weak_ptr<const ThreadSafe> owner = projectMutex();
-  const boost::shared_ptr<const ThreadSafe> project = owner.lock();
-  if (!project) return {};
-  return {project, &project->readWriteMutex()};
+  return lockOf(projectMutex());
 }
 
 }  // namespace Kestova

@@ -55,6 +55,9 @@ class KESTOVA_API Subject : public Observable {
 
   NotifyDisabler disableNotifies();
 
+ protected:
+  const boost::weak_ptr<const ThreadSafe>& owner() const { return m_owner; }
+
  private:
   struct State;
   State& state();
