@@ -1,0 +1,34 @@
+// A host's project as far as loading needs it.
+#pragma once
+
+#include <boost/smart_ptr/make_shared.hpp>
+#include <string>
+
+#include "bench/Recordings.h"
+#include "loader/VOXAScreenMetaDataLoader.h"
+#include "params/Parameter.h"
+
+namespace bench {
+
+class Project {
+ public:
+  using Loader = VOXAScreenMetaDataLoader;
+
+  /// `operation` is one of the loader's, such as &Loader::loadPoints.
+  template <class Operation>
+  auto load(Operation operation, const std::string& streamFileName) const {
+    return (m_loader.*operation)(streamFileName, "cursor", m_owner, m_rate);
+  }
+
+ private:
+  class Rate final : public Kestova::ProjectEditRate {
+   public:
+    boost::rational<unsigned int> editRate() const override { return kEditRate; }
+  };
+
+  const Loader m_loader;
+  const boost::shared_ptr<Kestova::ThreadSafe> m_owner = boost::make_shared<Kestova::ThreadSafe>();
+  const boost::shared_ptr<Rate> m_rate = boost::make_shared<Rate>();
+};
+
+}  // namespace bench
