@@ -60,7 +60,7 @@ void report(benchmark::State& state, const Measured& measured) {
 template <class T, Stream stream>
 void decode(benchmark::State& state) {
   const Measured measured(stream, state.range());
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     Glance<T> observer;
     ZRKMetaData::MetaDataReader<T>().parseFile(observer, measured.parser->stream(),
                                                measured.location.offset, measured.location.size);
@@ -78,7 +78,7 @@ void decodePointsInBlocks(benchmark::State& state) {
   const Measured measured(Stream::Points, state.range());
   const int file = ::open(measured.name.c_str(), O_RDONLY | O_CLOEXEC);
   std::vector<char> block(std::size_t{64} << 10U);
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     ::lseek(file, measured.firstRecord(), SEEK_SET);
     double sum = 0;
     for (ssize_t got = 0; (got = ::read(file, block.data(), block.size())) > 0;) {
@@ -105,7 +105,7 @@ void decodeStringsFromMemory(benchmark::State& state) {
   std::ifstream file(measured.name, std::ios::binary);
   file.seekg(measured.firstRecord());
   const std::string bytes((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     double sum = 0;
     std::string value;
     for (std::size_t at = 0; at < bytes.size();) {

@@ -29,7 +29,7 @@ const Kestova::Parameter<double>& parameterOf(std::int64_t count) {
 void evaluateInSequence(benchmark::State& state) {
   const auto& parameter = parameterOf(state.range());
   const std::int64_t end = bench::kStep * state.range();
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     for (std::int64_t frame = 0; frame < end; ++frame) {
       benchmark::DoNotOptimize(parameter.valueAt(RationalTime(frame)));
     }
@@ -41,7 +41,7 @@ BENCHMARK(evaluateInSequence)->Apply(bench::tenfold);
 void evaluateAtRandom(benchmark::State& state) {
   const auto& parameter = parameterOf(state.range());
   const auto asked = bench::askedFrames(state.range());
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     for (const std::int64_t frame : asked) {
       benchmark::DoNotOptimize(parameter.valueAt(RationalTime(frame)));
     }
@@ -64,7 +64,7 @@ Sorted sortedKeyFrames(std::int64_t count) {
 void evaluateSortedInSequence(benchmark::State& state) {
   const Sorted sorted = sortedKeyFrames(state.range());
   const std::int64_t end = bench::kStep * state.range();
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     auto inForce = sorted.begin();
     for (std::int64_t frame = 0; frame < end; ++frame) {
       const RationalTime time(frame);
@@ -79,7 +79,7 @@ BENCHMARK(evaluateSortedInSequence)->Apply(bench::tenfold);
 void evaluateSortedAtRandom(benchmark::State& state) {
   const Sorted sorted = sortedKeyFrames(state.range());
   const auto asked = bench::askedFrames(state.range());
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     for (const std::int64_t frame : asked) {
       const auto after = std::upper_bound(
           sorted.begin(), sorted.end(), RationalTime(frame),

@@ -15,7 +15,7 @@ using bench::Order;
 void load(benchmark::State& state, Order order) {
   const bench::Project project;
   const std::string name = bench::streamFileName(bench::Stream::Points, order, state.range());
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     auto parameter = project.load(&bench::Project::Loader::loadPoints, name);
     state.PauseTiming();
     if (parameter->numKeyFrames() != state.range()) state.SkipWithError("keyframes are missing");
@@ -31,7 +31,7 @@ BENCHMARK_CAPTURE(load, shuffled, Order::Shuffled)->Arg(100'000);
 void loadLean(benchmark::State& state, Order order) {
   const auto owner = boost::make_shared<Kestova::ThreadSafe>();
   const auto frames = bench::keyedFrames(state.range(), order);
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     std::optional<bench::LeanParameter> parameter(owner);
     for (const std::int64_t frame : frames) {
       parameter->add(Kestova::RationalTime(frame), {static_cast<double>(frame), 0, 0});

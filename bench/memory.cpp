@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <cstring>
+#include <exception>
 #include <fstream>
 #include <iostream>
 
@@ -47,9 +48,14 @@ void printLean() {
 }  // namespace
 
 int main(int count, char** arguments) {
-  if (count > 1 && std::strcmp(arguments[1], "lean") == 0) {
-    printLean();
-  } else {
-    printLoaded();
+  try {
+    if (count > 1 && std::strcmp(arguments[1], "lean") == 0) {
+      printLean();
+    } else {
+      printLoaded();
+    }
+  } catch (const std::exception& error) {
+    std::cerr << "kestova_memory: " << error.what() << '\n';
+    return 1;
   }
 }

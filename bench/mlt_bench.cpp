@@ -29,7 +29,7 @@ int lengthOf(std::int64_t count) {
 void loadMlt(benchmark::State& state) {
   const auto frames = bench::keyedFrames(state.range(), bench::Order::Rising);
   const int length = lengthOf(state.range());
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     const Property x(mlt_property_init());
     const Property y(mlt_property_init());
     for (const std::int64_t frame : frames) {
@@ -48,7 +48,7 @@ void evaluateMltAtRandom(benchmark::State& state) {
     set(property, frame, bench::opacityAt(frame), length);
   }
   const auto asked = bench::askedFrames(state.range());
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     for (const std::int64_t frame : asked) {
       benchmark::DoNotOptimize(mlt_property_anim_get_double(
           property.get(), kFramesPerSecond, nullptr, static_cast<int>(frame), length));

@@ -21,7 +21,7 @@ boost::shared_ptr<PointParameter> loaded(const bench::Project& project, std::int
 void build(benchmark::State& state) {
   const bench::Project project;
   const auto frames = bench::keyedFrames(state.range(), bench::Order::Rising);
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     state.PauseTiming();
     auto parameter = loaded(project, 0);
     state.ResumeTiming();
@@ -39,7 +39,7 @@ void build(benchmark::State& state) {
 void clone(benchmark::State& state) {
   const bench::Project project;
   const auto parameter = loaded(project, state.range());
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     std::unique_ptr<Kestova::Cloneable> copy(parameter->clone());
     state.PauseTiming();
     copy.reset();
@@ -52,7 +52,7 @@ void shift(benchmark::State& state) {
   const bench::Project project;
   const auto parameter = loaded(project, state.range());
   const auto all = [](const RationalTime&) { return true; };
-  for (auto _ : state) parameter->shiftKeyFrames(RationalTime(1), all);
+  while (state.KeepRunning()) parameter->shiftKeyFrames(RationalTime(1), all);
   state.SetItemsProcessed(state.iterations() * state.range());
 }
 
@@ -60,7 +60,7 @@ void isEquivalent(benchmark::State& state) {
   const bench::Project project;
   const auto one = loaded(project, state.range());
   const auto other = loaded(project, state.range());
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     if (!one->isEquivalentTo(*other)) state.SkipWithError("they differ");
   }
   state.SetItemsProcessed(state.iterations() * state.range());

@@ -18,7 +18,7 @@ openshot::Point constantPoint(std::int64_t frame, double value) {
 
 void loadOpenShot(benchmark::State& state, Order order) {
   const auto frames = bench::keyedFrames(state.range(), order);
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     std::optional<openshot::Keyframe> x;
     std::optional<openshot::Keyframe> y;
     x.emplace();
@@ -54,7 +54,7 @@ openshot::Keyframe opacities(std::int64_t count) {
 void evaluateOpenShotInSequence(benchmark::State& state) {
   const openshot::Keyframe keyFrame = opacities(state.range());
   const std::int64_t end = bench::kStep * state.range();
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     for (std::int64_t frame = 0; frame < end; ++frame) {
       benchmark::DoNotOptimize(keyFrame.GetValue(frame));
     }
@@ -66,7 +66,7 @@ BENCHMARK(evaluateOpenShotInSequence)->Apply(bench::tenfold);
 void evaluateOpenShotAtRandom(benchmark::State& state) {
   const openshot::Keyframe keyFrame = opacities(state.range());
   const auto asked = bench::askedFrames(state.range());
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     for (const std::int64_t frame : asked) benchmark::DoNotOptimize(keyFrame.GetValue(frame));
   }
   state.SetItemsProcessed(state.iterations() * state.range());

@@ -151,7 +151,7 @@ template <class Form, class T>
 void serialise(benchmark::State& state) {
   const auto what = written<T>(state.range());
   File file;
-  for (auto _ : state) Form::byHost(what, file.fromItsBeginning());
+  while (state.KeepRunning()) Form::byHost(what, file.fromItsBeginning());
   state.SetItemsProcessed(state.iterations() * state.range());
 }
 
@@ -164,7 +164,7 @@ void serialiseLeanly(benchmark::State& state) {
   Form::leanly(what, least);
   if (ours.str() != least.str()) state.SkipWithError("the texts differ");
   File file;
-  for (auto _ : state) Form::leanly(what, file.fromItsBeginning());
+  while (state.KeepRunning()) Form::leanly(what, file.fromItsBeginning());
   state.SetItemsProcessed(state.iterations() * state.range());
   state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(least.str().size()));
 }
@@ -182,7 +182,7 @@ BENCHMARK_TEMPLATE(serialiseLeanly, Json, double)->Arg(100'000);
 void writeCsvLeanly(benchmark::State& state) {
   const auto frames = bench::keyedFrames(state.range(), bench::Order::Rising);
   File file;
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     Blocks blocks(*file.fromItsBeginning().rdbuf());
     for (const std::int64_t frame : frames) {
       blocks.number(frame) << ",";
