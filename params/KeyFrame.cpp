@@ -1,5 +1,6 @@
 #include "params/KeyFrame.h"
 
+#include "host/Kestova/NumberText.h"
 #include "params/ValueTraits.h"
 
 namespace Kestova {
@@ -76,15 +77,14 @@ KeyFrame<T>* KeyFrame<T>::clone() const {
 
 template <class T>
 void KeyFrame<T>::xmlElementName(XMLOptions& options) const {
-  options.outStream() << "Keyframe";
+  options << "Keyframe";
 }
 
 template <class T>
 void KeyFrame<T>::xmlAttributes(XMLOptions& options) const {
-  std::ostream& out = options.outStream();
-  out << " time=\"" << m_time << "\" value=\"" << ValueTraits<T>::xmlText(m_value)
-      << "\" leadInLength=\"" << m_leadInLength << "\" ";
-  if (m_interpolater) out << " interpolater=\"" << m_interpolater->typeName() << "\" ";
+  options << " time=\"" << NumberText(m_time) << "\" value=\"" << ValueTraits<T>::xmlText(m_value)
+          << "\" leadInLength=\"" << NumberText(m_leadInLength) << "\" ";
+  if (m_interpolater) options << " interpolater=\"" << m_interpolater->typeName() << "\" ";
 }
 
 template <class T>

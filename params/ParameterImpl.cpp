@@ -8,6 +8,7 @@
 
 #include "host/Kestova/EditRateSource.h"
 #include "host/Kestova/KeyFrameException.h"
+#include "host/Kestova/TextBlock.h"
 #include "host/Kestova/ThreadSafe.h"
 #include "params/ParameterIterator.h"
 #include "params/PlacementRules.h"
@@ -354,24 +355,28 @@ void ParameterImpl<T>::writeHints(std::ostream& out, int indent) const {
 template <class T>
 void ParameterImpl<T>::writeKeyFrames(const JSONOptions& options, int indent) const {
   if (this->numKeyFrames() < 1) return;
-  std::ostream& out = options.outStream();
+  TextBlock out(options.outStream());
   out << ",\n" << json_indent(indent) << json_keyname("keyframes") << "[\n";
   const std::string outside = json_indent(indent + 1);
   const std::string inside = json_indent(indent + 2);
-  const std::string timeKey = inside + json_keyname("time");
-  const std::string valueKey = inside + json_keyname("value");
-  const std::string durationKey = inside + json_keyname("duration");
-  const char* separator = "";
+  const std::string timeKey = outside + "{\n" + inside + json_keyname("time");
+  const std::string valueKey = ",\n" + inside + json_keyname("value");
+  const std::string durationKey = ",\n" + inside + json_keyname("duration");
+  const std::string end = '\n' + outside + '}';
+  std::string_view separator;
   for (const auto& [time, keyFrame] : m_keyFrames) {
-    out << separator << outside << "{\n"
-        << timeKey << json_representation(keyFrame->time() - keyFrame->leadInLength()) << ",\n"
-        << valueKey << ValueTraits<T>::jsonText(keyFrame->value()) << ",\n"
-        << durationKey << json_representation(keyFrame->leadInLength());
-    MetaDatable::toJSON(*keyFrame, options, indent + 2, "");
-    out << '\n' << outside << '}';
+    const RationalTime& leadIn = keyFrame->leadInLength();
+    out << separator << timeKey << json_representation(keyFrame->time() - leadIn) << valueKey
+        << ValueTraits<T>::jsonText(keyFrame->value()) << durationKey
+        << json_representation(leadIn);
+    if (keyFrame->metaDataMap() != nullptr) {
+      out.flush();
+      MetaDatable::toJSON(*keyFrame, options, indent + 2, "");
+    }
+    out << end;
     separator = ",\n";
   }
-  out << '\n' << json_indent(indent) << ']';
+  out << "\n" << json_indent(indent) << "]";
 }
 
 template <class T>
@@ -411,15 +416,15 @@ void ParameterImpl<T>::notify() {
 
 template <class T>
 void ParameterImpl<T>::xmlElementName(XMLOptions& options) const {
-  options.outStream() << "Parameter";
+  options << "Parameter";
 }
 
 template <class T>
 void ParameterImpl<T>::xmlBody(XMLOptions& options, int indent) const {
   if (m_keyFrames.empty()) return;
-  options.outStream() << XMLable::genIndent(indent) << "<Keyframes>\n";
+  options << XMLable::genIndent(indent) << "<Keyframes>\n";
   for (const auto& [time, keyFrame] : m_keyFrames) keyFrame->toXML(options, indent, "");
-  options.outStream() << XMLable::genIndent(indent) << "</Keyframes>\n";
+  options << XMLable::genIndent(indent) << "</Keyframes>\n";
 }
 
 template <class T>

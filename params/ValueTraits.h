@@ -3,10 +3,12 @@
 
 #include <algorithm>
 #include <boost/lexical_cast.hpp>
+#include <limits>
 #include <list>
 #include <string>
 
 #include "host/Kestova/Json.h"
+#include "host/Kestova/NumberText.h"
 #include "host/Kestova/ValueTypes.h"
 #include "host/Kestova/XMLable.h"
 
@@ -42,11 +44,15 @@ struct ValueTraits;
 template <>
 struct ValueTraits<int> : JsonValueTraits<int> {
   static constexpr const char* kTypeName = "int";
+  static NumberText xmlText(int value) { return NumberText(value); }
 };
 
 template <>
 struct ValueTraits<double> : JsonValueTraits<double> {
   static constexpr const char* kTypeName = "double";
+  static NumberText xmlText(double value) {
+    return {value, std::numeric_limits<double>::max_digits10};
+  }
   static bool similarToValue(double left, double right) {
     return left == right || (left != left && right != right);
   }
@@ -55,6 +61,7 @@ struct ValueTraits<double> : JsonValueTraits<double> {
 template <>
 struct ValueTraits<int64> : JsonValueTraits<int64> {
   static constexpr const char* kTypeName = "int64";
+  static NumberText xmlText(int64 value) { return NumberText(value); }
 };
 
 template <>

@@ -1,8 +1,8 @@
 #include "host/Kestova/Json.h"
 
-#include <charconv>
 #include <cmath>
 
+#include "host/Kestova/NumberText.h"
 #include "host/Kestova/Utf8.h"
 
 namespace Kestova {
@@ -31,10 +31,7 @@ void appendEscaped(std::string& json, char character) {
 
 template <class Number>
 std::string shortestText(Number number) {
-  constexpr std::size_t kLongest = 32;
-  char text[kLongest];
-  const auto result = std::to_chars(text, text + kLongest, number);
-  return {text, result.ptr};
+  return std::string(NumberText(number));
 }
 
 }  // namespace
@@ -59,9 +56,8 @@ std::string json_representation(int64 number) {
 }
 
 std::string json_representation(const RationalTime& time) {
-  std::string numerator = shortestText(time.numerator());
-  if (time.isWhole()) return numerator;
-  return '"' + numerator + '/' + shortestText(time.denominator()) + '"';
+  const std::string text = shortestText(time);
+  return time.isWhole() ? text : '"' + text + '"';
 }
 
 std::string json_indent(int level) {

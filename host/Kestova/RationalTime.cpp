@@ -1,8 +1,15 @@
 #include "host/Kestova/RationalTime.h"
 
+#include "host/Kestova/NumberText.h"
+
 namespace Kestova {
 
 RationalTime operator+(const RationalTime& left, const RationalTime& right) {
+  int64 whole = 0;
+  if (left.isWhole() && right.isWhole() &&
+      !__builtin_add_overflow(left.numerator(), right.numerator(), &whole)) {
+    return RationalTime(whole);
+  }
   const Ratio& a = left.ratio();
   const Ratio& b = right.ratio();
   return RationalTime(
@@ -11,14 +18,17 @@ RationalTime operator+(const RationalTime& left, const RationalTime& right) {
 }
 
 RationalTime operator-(const RationalTime& left, const RationalTime& right) {
+  int64 whole = 0;
+  if (left.isWhole() && right.isWhole() &&
+      !__builtin_sub_overflow(left.numerator(), right.numerator(), &whole)) {
+    return RationalTime(whole);
+  }
   const WideRatio wide = difference(left.ratio(), right.ratio());
   return RationalTime(reduced(wide.numerator, wide.denominator));
 }
 
 std::ostream& operator<<(std::ostream& out, const RationalTime& time) {
-  out << time.numerator();
-  if (!time.isWhole()) out << '/' << time.denominator();
-  return out;
+  return out << std::string_view(NumberText(time));
 }
 
 }  // namespace Kestova

@@ -17,7 +17,8 @@ class KESTOVA_API RationalTime {
 
   /// Throws boost::bad_rational for a zero denominator, std::overflow_error when the reduced form
   /// does not fit.
-  RationalTime(int64 numerator, int64 denominator) : m_ratio(reduced(numerator, denominator)) {}
+  RationalTime(int64 numerator, int64 denominator)
+      : m_ratio(denominator == 1 ? Ratio{numerator, 1} : reduced(numerator, denominator)) {}
 
   int64 numerator() const { return m_ratio.numerator; }
   int64 denominator() const { return m_ratio.denominator; }

@@ -1,6 +1,5 @@
 #include "host/Kestova/XMLable.h"
 
-#include <array>
 #include <sstream>
 
 #include "host/Kestova/Utf8.h"
@@ -81,73 +80,8 @@ std::string xml_representation(const std::list<Rect<float>>& rects) {
   return text.str();
 }
 
-// Collects what is written, and holds a text back until something follows it: the end of a start
-// tag, which reads otherwise when nothing does.
-class XMLOptions::Sink final : public std::streambuf {
- public:
-  explicit Sink(std::ostream& out) : m_out(out) { open(); }
-
-  /// The text that is written in front of the next byte.
-  void hold(const char* text) {
-    m_held = text;
-    close();  // so that the next byte comes to overflow or xsputn
-  }
-
-  /// Forgets the text and returns true when nothing has been written since.
-  bool takeBack() {
-    const bool isHeld = m_held != nullptr;
-    m_held = nullptr;
-    if (isHeld) open();
-    return isHeld;
-  }
-
-  void flush() {
-    takeBack();
-    const auto count = pptr() - m_buffer.data();
-    if (count > 0) m_out.write(m_buffer.data(), count);
-    open(0);
-  }
-
- protected:
-  int_type overflow(int_type character) override {
-    release();
-    if (pptr() == epptr()) flush();
-    return sputc(traits_type::to_char_type(character));
-  }
-
-  std::streamsize xsputn(const char* text, std::streamsize count) override {
-    if (count > 0) release();
-    return std::streambuf::xsputn(text, count);
-  }
-
- private:
-  void open(std::ptrdiff_t used) {
-    setp(m_buffer.data(), m_buffer.data() + m_buffer.size());
-    pbump(static_cast<int>(used));
-  }
-  void open() { open(m_used); }
-  void close() {
-    m_used = pptr() - m_buffer.data();
-    setp(nullptr, nullptr);
-  }
-
-  void release() {
-    if (const char* const held = m_held) {
-      takeBack();
-      std::streambuf::xsputn(held,
-                             static_cast<std::streamsize>(std::char_traits<char>::length(held)));
-    }
-  }
-
-  std::ostream& m_out;
-  // What is written goes here; while a text is held the stream has no room and has to ask.
-  std::array<char, 8192> m_buffer{};
-  std::ptrdiff_t m_used = 0;  // while a text is held
-  const char* m_held = nullptr;
-};
-
 XMLOptions::XMLOptions(std::ostream& out)
-    : m_sink(std::make_unique<Sink>(out)), m_out(m_sink.get()) {}
+    : m_sink(std::make_unique<XMLSink>(out)), m_out(m_sink.get()) {}
 
 XMLOptions::~XMLOptions() {
   try {
@@ -165,9 +99,8 @@ XMLIdentified::~XMLIdentified() = default;
 XMLable::~XMLable() = default;
 
 void XMLable::toXML(XMLOptions& options, int indent, const std::string& prefix) const {
-  std::ostream& out = options.outStream();
   const Level level(options.m_depth);
-  out << genIndent(indent) << '<' << prefix;
+  options << genIndent(indent) << "<" << prefix;
   xmlElementName(options);
   options.m_sink->hold(" ");
   xmlAttributes(options);
@@ -175,11 +108,11 @@ void XMLable::toXML(XMLOptions& options, int indent, const std::string& prefix) 
   options.m_sink->hold(">\n");
   xmlBody(options, indent + 1);
   if (options.m_sink->takeBack()) {
-    out << "/>\n";
+    options << "/>\n";
   } else {
-    out << genIndent(indent) << "</" << prefix;
+    options << genIndent(indent) << "</" << prefix;
     xmlElementName(options);
-    out << ">\n";
+    options << ">\n";
   }
   if (level.isOutermost()) options.m_sink->flush();
 }

@@ -5,9 +5,11 @@
 #include <memory>
 #include <ostream>
 #include <string>
+#include <string_view>
 
 #include "host/Kestova/Export.h"
 #include "host/Kestova/Rect.h"
+#include "host/Kestova/XMLSink.h"
 
 namespace Kestova {
 
@@ -29,11 +31,16 @@ class KESTOVA_API XMLOptions {
 
   std::ostream& outStream();
 
+  /// What `outStream` does for plain text, without asking a stream for each word.
+  XMLOptions& operator<<(std::string_view text) {
+    m_sink->append(text);
+    return *this;
+  }
+
  private:
   friend class XMLable;
-  class Sink;
 
-  const std::unique_ptr<Sink> m_sink;
+  const std::unique_ptr<XMLSink> m_sink;
   std::ostream m_out;
   int m_depth = 0;
 };

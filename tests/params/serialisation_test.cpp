@@ -173,11 +173,12 @@ TEST(Numbers, AreTheShortestJsonThatReadsBackTheSame) {
 
 TEST(Numbers, InXmlHaveSeventeenDigitsAndWordsWithTheirSign) {
   using Traits = ValueTraits<double>;
-  EXPECT_EQ(Traits::xmlText(0.1), "0.10000000000000001");
-  EXPECT_EQ(Traits::xmlText(3), "3");
-  EXPECT_EQ(Traits::xmlText(std::nan("")), "nan");
-  EXPECT_EQ(Traits::xmlText(-std::nan("")), "-nan");
-  EXPECT_EQ(Traits::xmlText(-std::numeric_limits<double>::infinity()), "-inf");
+  using View = std::string_view;
+  EXPECT_EQ(View(Traits::xmlText(0.1)), "0.10000000000000001");
+  EXPECT_EQ(View(Traits::xmlText(3)), "3");
+  EXPECT_EQ(View(Traits::xmlText(std::nan(""))), "nan");
+  EXPECT_EQ(View(Traits::xmlText(-std::nan(""))), "-nan");
+  EXPECT_EQ(View(Traits::xmlText(-std::numeric_limits<double>::infinity())), "-inf");
 }
 
 TEST(XmlForms, OfEmptyParametersAreOneTag) {

@@ -1,0 +1,46 @@
+// Numbers as text, whatever the locale, without a stream and without memory.
+#pragma once
+
+#include <array>
+#include <charconv>
+#include <string_view>
+
+#include "host/Kestova/RationalTime.h"
+
+namespace Kestova {
+
+/// A plain value that holds the text.
+class NumberText {
+ public:
+  explicit NumberText(int number) { append(number); }
+  explicit NumberText(int64 number) { append(number); }
+
+  /// The shortest text that reads back the same; "nan", "inf", "-inf".
+  explicit NumberText(double number) { append(number); }
+
+  /// `digits` significant digits at most, as printf's %g writes them.
+  NumberText(double number, int digits) { append(number, std::chars_format::general, digits); }
+
+  /// "10" when whole, else "21/2".
+  explicit NumberText(const RationalTime& time) {
+    append(time.numerator());
+    if (time.isWhole()) return;
+    m_text[m_size++] = '/';
+    append(time.denominator());
+  }
+
+  operator std::string_view() const { return {m_text.data(), m_size}; }
+
+ private:
+  template <class Number, class... Form>
+  void append(Number number, Form... form) {
+    char* const end = m_text.data() + m_text.size();
+    m_size = static_cast<std::size_t>(
+        std::to_chars(m_text.data() + m_size, end, number, form...).ptr - m_text.data());
+  }
+
+  std::array<char, 48> m_text;  // two 64-bit numbers and a stroke take 40
+  std::size_t m_size = 0;
+};
+
+}  // namespace Kestova
