@@ -95,9 +95,11 @@ void decode(StreamWindow& in, double& seconds, CursorImage& image) {
   if (image.m_dataSize == 0) return;
   if (image.m_dataSize <= CursorImage::kInfoByteCount) {
     reportAssertion("data->m_dataSize == 0 || data->m_dataSize > 8", "ZRKMMetaDataReader", 93);
-    std::cout << "WARNING: Invalid data size in ZRKMETADATA::CursorImage stream "
-                 "data->m_dataSize = "
-              << image.m_dataSize;
+    // In one piece, since standard output may have no buffer.
+    const std::string warning =
+        "WARNING: Invalid data size in ZRKMETADATA::CursorImage stream data->m_dataSize = " +
+        std::to_string(image.m_dataSize);
+    std::cout << warning;
     image.m_dataSize = 0;
     return;
   }

@@ -1,8 +1,10 @@
 #include "ZRKMetaData/src/ZRKMScan.h"
 
+#include <algorithm>
 #include <cstring>
 #include <iostream>
 #include <set>
+#include <string>
 
 #include "ZRKMetaData/src/MetaDataUUID.h"
 #include "ZRKMetaData/src/ZRKMAssert.h"
@@ -20,6 +22,10 @@ constexpr std::size_t kReadAhead = 1024;
 constexpr uint32 kContainerAtom = 0x5A524B4D;  // "ZRKM"
 constexpr uint32 kEntryAtom = 0x44415441;      // "DATA"
 constexpr uint32 kChunkHeaderSize = 8;
+
+// How many structures a scan still examines once a size has led it backward. Each may cost a seek,
+// so without this a few megabytes could lead a scan about for minutes.
+constexpr uint64 kMostAfterBackward = 1U << 17U;
 
 // What follows a look at one structure inside a container.
 enum class Next { Entry, EndOfContainer, EndOfScan };
@@ -41,23 +47,46 @@ int64 wrappingSum(int64 position, uint64 size) {
   return static_cast<int64>(static_cast<uint64>(position) + size);
 }
 
+// Messages for standard error, one a line, written several at a time: a file may hold a million
+// entries that want one, and standard error is not buffered.
+class Messages {
+ public:
+  void add(const char* message) {
+    constexpr std::size_t kMost = 4096;
+    m_text += message;
+    if (m_text.size() >= kMost) write();
+  }
+
+  void write() {
+    if (m_text.empty()) return;
+    std::cerr.write(m_text.data(), static_cast<std::streamsize>(m_text.size()));
+    m_text.clear();
+  }
+
+ private:
+  std::string m_text;
+};
+
 // A place in the file that moves from structure to structure and sees to it that the walk ends.
 class ScanPlace {
  public:
   ScanPlace(std::istream& stream, int64 fileSize)
-      : window(stream, 0, kReadAhead), m_fileSize(fileSize) {}
+      : window(stream, 0, kReadAhead), m_fileSize(fileSize), m_most(2 * this->fileSize()) {}
 
   int64 position() const { return window.position(); }
   bool atEnd() const { return window.eof() || position() >= m_fileSize; }
   uint64 fileSize() const { return static_cast<uint64>(m_fileSize); }
 
   /// To be called for each structure before it is read; false ends the scan.
-  bool meet() { return ++m_met <= 2 * fileSize() && m_ledBackward.count(position()) == 0; }
+  bool meet() { return ++m_met <= m_most && m_ledBackward.count(position()) == 0; }
 
   /// Goes from the structure at `start` to `next`; false ends the scan.
   bool move(int64 start, int64 next) {
     if (next < 0) return false;
-    if (next < start) m_ledBackward.insert(start);
+    if (next < start) {
+      if (m_ledBackward.empty()) m_most = std::min(m_most, m_met + kMostAfterBackward);
+      m_ledBackward.insert(start);
+    }
     window.seek(next);
     return true;
   }
@@ -68,10 +97,12 @@ class ScanPlace {
   }
 
   StreamWindow window;
+  Messages messages;
 
  private:
   const int64 m_fileSize;
   uint64 m_met = 0;
+  uint64 m_most;
   std::set<int64> m_ledBackward;
 };
 
@@ -96,7 +127,7 @@ Next scanEntryAtom(ScanPlace& at, int64 containerEnd, MetaDataLocations& locatio
   if (size == 0) return Next::EndOfContainer;
 
   if (type != kEntryAtom) {
-    std::cerr << "Found a non DATA atom mixed in the ZRK meta data\n";
+    at.messages.add("Found a non DATA atom mixed in the ZRK meta data\n");
   } else {
     if (!at.hasRoomForHeader()) return Next::EndOfContainer;
     if (size <= 16) reportAssertion("dataAtomSize > 16", "ZRKMMetaDataParser", 87);
@@ -121,7 +152,7 @@ Next scanEntryChunk(ScanPlace& at, int64 containerEnd, MetaDataLocations& locati
 
   const int64 payload = start + kChunkHeaderSize;
   if (std::memcmp(type, "DATA", sizeof type) != 0) {
-    std::cerr << "Found a non DATA chunk mixed in the ZRK meta data\n";
+    at.messages.add("Found a non DATA chunk mixed in the ZRK meta data\n");
   } else {
     if (!at.hasRoomForHeader()) return Next::EndOfContainer;
     if (indexEntry(at, {payload, size}, locations) == Next::EndOfScan) return Next::EndOfScan;
@@ -137,10 +168,7 @@ bool scanContainer(ScanPlace& at, int64 end, MetaDataLocations& locations, ScanE
   return next == Next::EndOfContainer;
 }
 
-}  // namespace
-
-void scanAtoms(std::istream& stream, MetaDataLocations& locations) {
-  ScanPlace at(stream, beginScan(stream, locations));
+void walkAtoms(ScanPlace& at, MetaDataLocations& locations) {
   while (!at.atEnd()) {
     const int64 start = at.position();
     if (!at.meet()) return;
@@ -153,8 +181,7 @@ void scanAtoms(std::istream& stream, MetaDataLocations& locations) {
   }
 }
 
-void scanChunks(std::istream& stream, MetaDataLocations& locations) {
-  ScanPlace at(stream, beginScan(stream, locations));
+void walkChunks(ScanPlace& at, MetaDataLocations& locations) {
   while (!at.atEnd()) {
     const int64 start = at.position();
     if (!at.meet()) return;
@@ -166,6 +193,24 @@ void scanChunks(std::istream& stream, MetaDataLocations& locations) {
     if (isContainer && !scanContainer(at, end, locations, scanEntryChunk)) return;
     if (!at.move(start, end + size % 2)) return;
   }
+}
+
+using Walk = void (*)(ScanPlace& at, MetaDataLocations& locations);
+
+void scan(std::istream& stream, MetaDataLocations& locations, Walk walk) {
+  ScanPlace at(stream, beginScan(stream, locations));
+  walk(at, locations);
+  at.messages.write();
+}
+
+}  // namespace
+
+void scanAtoms(std::istream& stream, MetaDataLocations& locations) {
+  scan(stream, locations, walkAtoms);
+}
+
+void scanChunks(std::istream& stream, MetaDataLocations& locations) {
+  scan(stream, locations, walkChunks);
 }
 
 void scanRaw(std::istream& stream, MetaDataLocations& locations) {

@@ -4,7 +4,8 @@
 // A scan follows the sizes that the file announces. It stops, keeping what it has, at a header that
 // does not fit into the file, at a zero size, when its own seek or read fails, when it meets a
 // structure whose size led it backward for the second time, and once it has examined more
-// structures than twice the bytes of the file. A scan that only goes forward never gets that far.
+// structures than twice the bytes of the file, or 131,072 more than when it was first led backward.
+// A scan that only goes forward never gets that far.
 #pragma once
 
 #include <istream>
@@ -14,7 +15,8 @@
 namespace ZRKMetaData {
 
 /// Each clears `locations` and fills it; of entries with one identifier the last in the scan wins.
-/// Entries of another type than "DATA" are named on standard error and skipped.
+/// Entries of another type than "DATA" are named on standard error, at the latest when the scan
+/// ends, and skipped.
 void scanAtoms(std::istream& stream, MetaDataLocations& locations);
 void scanChunks(std::istream& stream, MetaDataLocations& locations);
 

@@ -188,6 +188,18 @@ TEST(HostileSizes, OneStepBackIsLegal) {
   EXPECT_EQ(indexOf(hidden + back, Atoms), "F0@24+29 ");
 }
 
+TEST(HostileSizes, LeadBackAThousandTimesButNotWithoutEnd) {
+  // Each atom of the first half leads forward to one of the second, which leads back to the next.
+  const auto indexBehindLadder = [](uint64 rungs) {
+    Bytes bytes;
+    for (uint64 rung = 0; rung < rungs; ++rung) bytes += atomWithWideSize(16 * rungs, "free");
+    for (uint64 rung = 1; rung < rungs; ++rung) bytes += atomWithWideSize(16 - 16 * rungs, "free");
+    return indexOf(bytes + atomWithWideSize(16, "free") + atomBlock({kEntryF0}), Atoms);
+  };
+  EXPECT_EQ(indexBehindLadder(1000), "F0@32016+29 ");
+  EXPECT_EQ(indexBehindLadder(100'000), "");
+}
+
 TEST(HostileSizes, EntriesOfSixteenBytesOrLessAreReportedAndWrap) {
   const AssertionLog log;
   const Bytes block =
