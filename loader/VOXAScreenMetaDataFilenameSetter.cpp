@@ -25,8 +25,14 @@ constexpr Slot kSlots[] = {
     {0xF5, &ScreenMetaData::setF5Filename}, {0x01, &ScreenMetaData::set01Filename},
 };
 
-std::string textOf(unsigned char key) {
-  return boost::uuids::to_string(ZRKMetaData::MetaDataUUID::identifierWithKey(key));
+// Two digits of an identifier's text are its key; everything else is the same in all that have
+// slots.
+constexpr std::size_t kKeyPlace = 6;
+
+void setKey(std::string& text, unsigned char key) {
+  static constexpr char kDigits[] = "0123456789abcdef";
+  text[kKeyPlace] = kDigits[key >> 4U];
+  text[kKeyPlace + 1] = kDigits[key & 0xFU];
 }
 
 }  // namespace
@@ -43,8 +49,10 @@ void VOXAScreenMetaDataFilenameSetter::initScreenMetaData(ScreenMetaData* /*meta
 void VOXAScreenMetaDataFilenameSetter::setScreenMetaData(ScreenMetaData* metaData,
                                                          const std::string& filename) {
   const std::string leaf = names::WindowsPath(filename).filename();
+  std::string slotLeaf = boost::uuids::to_string(ZRKMetaData::MetaDataUUID::identifierWithKey(0));
   for (const Slot& slot : kSlots) {
-    if (leaf == textOf(slot.key)) {
+    setKey(slotLeaf, slot.key);
+    if (leaf == slotLeaf) {
       (metaData->*slot.setFilename)(filename);
       return;
     }

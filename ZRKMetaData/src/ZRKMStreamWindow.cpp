@@ -24,8 +24,17 @@ void StreamWindow::seek(int64 position) {
     m_next = m_end - (m_streamPosition - position);
     return;
   }
+  if (m_end != m_buffer.get()) {
+    m_keptStart = windowStart;
+    m_keptEnd = m_streamPosition;
+  }
   m_next = m_end = m_buffer.get();
   m_streamPosition = position;
+  if (m_keptStart != m_keptEnd && position >= m_keptStart && position <= m_keptEnd) {
+    m_next += position - m_keptStart;
+    m_end += m_keptEnd - m_keptStart;
+    m_streamPosition = m_keptEnd;
+  }
   m_mustMove = true;
 }
 
@@ -110,6 +119,7 @@ void StreamWindow::fill(std::size_t count) {
   const int64 room = m_limit > m_streamPosition ? m_limit - m_streamPosition : 0;
   const auto want = static_cast<std::size_t>(std::min(room, static_cast<int64>(m_capacity)));
   if (count > want || count == m_capacity || !moveStream()) return;
+  m_keptStart = m_keptEnd = 0;
   m_stream.read(m_buffer.get(), static_cast<std::streamsize>(want));
   const auto got = m_stream.gcount();
   m_next = m_buffer.get();

@@ -51,7 +51,8 @@ class StreamWindow {
   }
 
   /// Makes `position` the next byte to read. Inside the window this only moves a pointer; outside,
-  /// the stream is sought when the next read needs it, and a failure shows there.
+  /// the stream is sought when the next read needs it, and a failure shows there. Who seeks back
+  /// before such a read finds the window as it was.
   void seek(int64 position);
 
   /// Sets the end-of-file indicator when no byte follows. Consumes nothing.
@@ -78,6 +79,8 @@ class StreamWindow {
   const char* m_next;  // [m_next, m_end) is read ahead; m_end stands at m_streamPosition
   const char* m_end;
   int64 m_streamPosition;
+  int64 m_keptStart = 0;  // [m_keptStart, m_keptEnd) is in the buffer though the window was left
+  int64 m_keptEnd = 0;
   bool m_mustMove;  // the stream does not stand at m_streamPosition yet
   int64 m_limit = std::numeric_limits<int64>::max();
   std::ios::iostate m_state;
