@@ -2,7 +2,6 @@
 #include <boost/system/system_error.hpp>
 #include <boost/uuid/uuid_io.hpp>
 #include <exception>
-#include <nlohmann/json.hpp>
 #include <sstream>
 
 #include "host/Kestova/KeyFrameException.h"
@@ -142,9 +141,10 @@ void loadAndPrint(const Request& request, LoadOperation<T> operation) {
   RowWriter rows(out, request.options.format);
   const bool isJson = request.options.format == Format::Json;
   if (isJson) {
-    out.write(fmt::format("{{\"name\":{},\"type\":{},\"rate\":\"{}/{}\",\"keyframes\":[",
-                          nlohmann::json(loaded.parameter->name()).dump(),
-                          nlohmann::json(request.options.type).dump(), request.rate.numerator(),
+    out.write("{\"name\":");
+    out.writeJsonString(loaded.parameter->name());
+    out.write(fmt::format(",\"type\":\"{}\",\"rate\":\"{}/{}\",\"keyframes\":[",
+                          request.options.type, request.rate.numerator(),
                           request.rate.denominator()));
   }
   printRows(request, *loaded.parameter, rows);

@@ -6,6 +6,7 @@
 
 #include <cmath>
 #include <nlohmann/json.hpp>
+#include <string>
 #include <type_traits>
 
 namespace voxa {
@@ -26,14 +27,16 @@ void appendNumber(fmt::memory_buffer& out, Number number) {
   }
 }
 
-/// A JSON number, or "NaN", "Infinity", "-Infinity" as a JSON string.
+/// A JSON number, or "NaN", "Infinity", "-Infinity" as a JSON string; of a truth value its word.
 template <class Number>
-nlohmann::ordered_json jsonNumber(Number number) {
+std::string jsonNumber(Number number) {
   if constexpr (std::is_floating_point_v<Number>) {
-    if (std::isnan(number)) return "NaN";
-    if (std::isinf(number)) return number > 0 ? "Infinity" : "-Infinity";
+    if (std::isnan(number)) return "\"NaN\"";
+    if (std::isinf(number)) return number > 0 ? "\"Infinity\"" : "\"-Infinity\"";
+    return nlohmann::json(number).dump();
+  } else {
+    return fmt::format(FMT_COMPILE("{}"), number);
   }
-  return number;
 }
 
 }  // namespace voxa

@@ -7,6 +7,33 @@
 
 namespace voxa {
 
+namespace {
+
+// Hands over `text` a character at a time, as its bytes, with replacement characters where it is no
+// UTF-8.
+template <class Take>
+void eachCharacter(std::string_view text, Take take) {
+  static constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
+  while (!text.empty()) {
+    const std::string_view before = text;
+    if (static_cast<unsigned char>(text.front()) < 0x80) {
+      take(text.substr(0, 1));
+      text.remove_prefix(1);
+      continue;
+    }
+    const char32_t character = Kestova::takeCharacter(text);
+    take(character == Kestova::kReplacementCharacter
+             ? kReplacement
+             : before.substr(0, before.size() - text.size()));
+  }
+}
+
+bool isControl(unsigned char byte) {
+  return byte < 0x20;
+}
+
+}  // namespace
+
 Output::~Output() {
   // What a failed command has already found out is still shown; a failure here has been reported.
   std::fwrite(m_buffer.data(), 1, m_buffer.size(), stdout);
@@ -20,28 +47,51 @@ void Output::flush() {
   if (!isWritten) throw Failure(Status::Failed, "standard output: cannot be written");
 }
 
-std::string printable(std::string_view text) {
-  std::string line;
-  for (const char character : Kestova::wellFormedUtf8(text)) {
-    const auto byte = static_cast<unsigned char>(character);
-    if (byte < 0x20 || byte == 0x7F) {
-      line += fmt::format("\\x{:02x}", byte);
+void Output::writePrintable(std::string_view text) {
+  eachCharacter(text, [this](std::string_view character) {
+    const auto byte = static_cast<unsigned char>(character.front());
+    if (isControl(byte) || byte == 0x7F) {
+      writeEscape("\\x", byte);
     } else {
-      line += character;
+      write(character);
     }
-  }
-  return line;
+  });
 }
 
-std::string csvField(std::string_view text) {
-  std::string field = Kestova::wellFormedUtf8(text);
-  if (field.find_first_of(",\"\r\n") == std::string::npos) return field;
-  std::string quoted = "\"";
-  for (const char character : field) {
-    if (character == '"') quoted += '"';
-    quoted += character;
-  }
-  return quoted += '"';
+void Output::writeCsvField(std::string_view text) {
+  const bool isQuoted = text.find_first_of(",\"\r\n") != std::string_view::npos;
+  if (isQuoted) write("\"");
+  eachCharacter(text, [this](std::string_view character) {
+    write(character);
+    if (character == "\"") write(character);
+  });
+  if (isQuoted) write("\"");
+}
+
+void Output::writeJsonString(std::string_view text) {
+  static constexpr std::string_view kEscaped = "\"\\\b\f\n\r\t";
+  static constexpr std::string_view kLetters = "\"\\bfnrt";
+  write("\"");
+  eachCharacter(text, [this](std::string_view character) {
+    const auto byte = static_cast<unsigned char>(character.front());
+    const auto form = kEscaped.find(character.front());
+    if (form != std::string_view::npos) {
+      write("\\");
+      write(kLetters.substr(form, 1));
+    } else if (isControl(byte)) {
+      writeEscape("\\u00", byte);
+    } else {
+      write(character);
+    }
+  });
+  write("\"");
+}
+
+void Output::writeEscape(std::string_view prefix, unsigned char byte) {
+  static constexpr char kDigits[] = "0123456789abcdef";
+  const char digits[] = {kDigits[byte >> 4U], kDigits[byte & 0xFU]};
+  m_buffer.append(prefix);
+  write({digits, sizeof digits});
 }
 
 }  // namespace voxa

@@ -3,7 +3,6 @@
 
 #include <fmt/format.h>
 
-#include <string>
 #include <string_view>
 
 namespace voxa {
@@ -27,19 +26,27 @@ class Output {
     settle();
   }
 
+  // Text of a recording, which may be anything and of any length: it is made well-formed UTF-8 and
+  // written out as it comes, so that memory does not grow with it.
+
+  /// On one line of a terminal: control characters as escapes.
+  void writePrintable(std::string_view text);
+
+  /// As a CSV field (RFC 4180), in quotes where it must be.
+  void writeCsvField(std::string_view text);
+
+  /// As a JSON string.
+  void writeJsonString(std::string_view text);
+
   /// Throws Failure when standard output takes no more.
   void flush();
 
  private:
+  void writeEscape(std::string_view prefix, unsigned char byte);
+
   static constexpr std::size_t kLarge = 64U << 10U;
 
   fmt::memory_buffer m_buffer;
 };
-
-/// `text` on one line of a terminal: well-formed UTF-8 with control characters as escapes.
-std::string printable(std::string_view text);
-
-/// `text` as a CSV field (RFC 4180): well-formed UTF-8, in quotes where it must be.
-std::string csvField(std::string_view text);
 
 }  // namespace voxa

@@ -1,5 +1,4 @@
 #include <boost/uuid/uuid_io.hpp>
-#include <nlohmann/json.hpp>
 
 #include "ZRKMetaData/src/ZRKMMetaDataReader.h"
 #include "tools/voxa/Commands.h"
@@ -77,7 +76,10 @@ void printRecords(const RecordsOptions& options) {
   const std::string error = printStream(*parser, id, rows);
   if (options.format == Format::Json) {
     out.write("]");
-    if (!error.empty()) out.write(",\"error\":" + nlohmann::json(error).dump());
+    if (!error.empty()) {
+      out.write(",\"error\":");
+      out.writeJsonString(error);
+    }
     out.write("}\n");
   }
   out.flush();

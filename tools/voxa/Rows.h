@@ -7,12 +7,11 @@
 // Rows are written one by one, so that memory does not grow with their number.
 #pragma once
 
-#include <nlohmann/json.hpp>
+#include <iterator>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "host/Kestova/Utf8.h"
 #include "tools/voxa/Numbers.h"
 #include "tools/voxa/Output.h"
 
@@ -58,7 +57,7 @@ class HeaderRow {
 /// A line of a table or CSV file.
 class LineRow {
  public:
-  LineRow(Format format, fmt::memory_buffer& out) : m_format(format), m_out(out) {}
+  LineRow(Format format, Output& out) : m_format(format), m_out(out) {}
 
   template <class Value>
   void field(const char*, const Value& value) {
@@ -89,43 +88,67 @@ class LineRow {
   void number(Number value) {
     separate();
     if (m_format == Format::Csv) {
-      appendNumber(m_out, value);
+      appendNumber(m_out.buffer(), value);
     } else if constexpr (std::is_floating_point_v<Number>) {
-      fmt::format_to(fmt::appender(m_out), "{:>12.7g}", value);  // for the eye
+      fmt::format_to(fmt::appender(m_out.buffer()), "{:>12.7g}", value);  // for the eye
     } else {
-      fmt::format_to(fmt::appender(m_out), "{:>12}", value);
+      fmt::format_to(fmt::appender(m_out.buffer()), "{:>12}", value);
     }
   }
 
   void text(std::string_view value) {
     separate();
-    const std::string shown = m_format == Format::Csv ? csvField(value) : printable(value);
-    m_out.append(shown.data(), shown.data() + shown.size());
+    if (m_format == Format::Csv) {
+      m_out.writeCsvField(value);
+    } else {
+      m_out.writePrintable(value);
+    }
   }
 
   void separate() {
-    static constexpr std::string_view kBetweenColumns = "  ";
-    if (!m_isFirst) {
-      const std::string_view separator = m_format == Format::Csv ? "," : kBetweenColumns;
-      m_out.append(separator.data(), separator.data() + separator.size());
-    }
+    if (!m_isFirst) m_out.write(m_format == Format::Csv ? "," : "  ");
     m_isFirst = false;
   }
 
   Format m_format;
-  fmt::memory_buffer& m_out;
+  Output& m_out;
   bool m_isFirst = true;
 };
 
-/// A JSON object.
-class JsonRow {
+/// How many fields a description names.
+class FieldCount {
  public:
   template <class Value>
+  void field(const char*, const Value&) {
+    ++m_count;
+  }
+
+  template <class Number, std::size_t count>
+  void numbers(const char*, const char* const (&)[count], const Number (&)[count]) {
+    ++m_count;
+  }
+
+  int count() const { return m_count; }
+
+ private:
+  int m_count = 0;
+};
+
+/// A JSON object, written as it is described.
+class JsonRow {
+ public:
+  explicit JsonRow(Output& out) : m_out(out) { m_out.write("{"); }
+
+  /// To be called behind the last field.
+  void end() { m_out.write("}"); }
+
+  template <class Value>
   void field(const char* name, const Value& value) {
+    key(name);
     if constexpr (std::is_arithmetic_v<Value>) {
-      m_object[name] = jsonNumber(value);
+      m_out.write(jsonNumber(value));
     } else {
-      m_object[name] = Kestova::wellFormedUtf8(value);
+      m_out.writeJsonString(value);
     }
   }
 
@@ -136,24 +159,55 @@ class JsonRow {
 
   template <class Number, std::size_t count>
   void numbers(const char* name, const char* const (&)[count], const Number (&values)[count]) {
-    auto array = nlohmann::ordered_json::array();
-    for (const Number value : values) array.push_back(jsonNumber(value));
-    m_object[name] = std::move(array);
+    array(name, values, [this](Number value) { m_out.write(jsonNumber(value)); });
+  }
+
+  void null(const char* name) {
+    key(name);
+    m_out.write("null");
+  }
+
+  /// An array of what `write` writes of each element.
+  template <class Elements, class Write>
+  void array(const char* name, const Elements& elements, Write write) {
+    key(name);
+    const char* before = "[";
+    for (const auto& element : elements) {
+      m_out.write(before);
+      write(element);
+      before = ",";
+    }
+    m_out.write(std::size(elements) == 0 ? "[]" : "]");
   }
 
   /// A value of one field is that field's; one of several is an object.
   template <class Describe>
   void value(Describe describe) {
-    JsonRow inner;
-    describe(inner);
-    m_object["value"] =
-        inner.m_object.size() == 1 ? inner.m_object.begin().value() : std::move(inner.m_object);
+    FieldCount fields;
+    describe(fields);
+    if (fields.count() == 1) {
+      m_onlyName = "value";
+      describe(*this);
+      m_onlyName = nullptr;
+    } else {
+      key("value");
+      JsonRow inner(m_out);
+      describe(inner);
+      inner.end();
+    }
   }
 
-  std::string text() const { return m_object.dump(); }
-
  private:
-  nlohmann::ordered_json m_object = nlohmann::ordered_json::object();
+  void key(const char* name) {
+    m_out.write(m_isFirst ? "\"" : ",\"");
+    m_out.write(m_onlyName != nullptr ? m_onlyName : name);
+    m_out.write("\":");
+    m_isFirst = false;
+  }
+
+  Output& m_out;
+  bool m_isFirst = true;
+  const char* m_onlyName = nullptr;  // of the field that is described, whatever it calls itself
 };
 
 /// Rows one after the other. In JSON they are the elements of an array that the caller opens and
@@ -182,11 +236,12 @@ class RowWriter {
   template <class Describe>
   void write(Describe describe) {
     if (m_format == Format::Json) {
-      JsonRow row;
+      m_out.write(m_isFirst ? "\n" : ",\n");
+      JsonRow row(m_out);
       describe(row);
-      m_out.write((m_isFirst ? "\n" : ",\n") + row.text());
+      row.end();
     } else {
-      LineRow row(m_format, m_out.buffer());
+      LineRow row(m_format, m_out);
       describe(row);
       m_out.write("\n");
     }

@@ -1,17 +1,18 @@
 #include <boost/uuid/uuid_io.hpp>
 #include <memory>
-#include <nlohmann/json.hpp>
 
-#include "ZRKMetaData/src/MetaDataUUID.h"
+#include "ZRKMetaData/src/ZRKMMetaDataParser.h"
 #include "host/Kestova/ScreenMetaData.h"
-#include "host/Kestova/Utf8.h"
 #include "loader/VOXAScreenMetaDataFilenameSetter.h"
 #include "names/StreamFileName.h"
 #include "tools/voxa/Commands.h"
 #include "tools/voxa/Output.h"
 #include "tools/voxa/Recording.h"
+#include "tools/voxa/Rows.h"
 
 namespace voxa {
+
+using ZRKMetaData::MetaDataLocations;
 
 namespace {
 
@@ -55,6 +56,34 @@ std::string slotOf(Kestova::ScreenMetaDataFilenameSetter& setter, const std::str
   return metaData.slot();
 }
 
+void writeJson(Output& out, const std::string& file, const MetaDataLocations& streams,
+               Kestova::ScreenMetaDataFilenameSetter& setter) {
+  JsonRow document(out);
+  document.field("file", file);
+  document.array("streams", streams, [&](const auto& stream) {
+    const std::string slot = slotOf(setter, names::streamFileName(file, stream.first));
+    JsonRow row(out);
+    row.field("id", boost::uuids::to_string(stream.first));
+    if (slot.empty()) {
+      row.null("slot");
+    } else {
+      row.field("slot", slot);
+    }
+    row.end();
+  });
+  document.end();
+  out.write("\n");
+}
+
+void writeTable(Output& out, const std::string& file, const MetaDataLocations& streams,
+                Kestova::ScreenMetaDataFilenameSetter& setter) {
+  for (const auto& [id, location] : streams) {
+    const std::string slot = slotOf(setter, names::streamFileName(file, id));
+    out.write(fmt::format("{}  {}\n", boost::uuids::to_string(id),
+                          slot.empty() ? "ignored" : "slot " + slot));
+  }
+}
+
 }  // namespace
 
 void showSlots(const FileOptions& options) {
@@ -62,19 +91,8 @@ void showSlots(const FileOptions& options) {
   const std::unique_ptr<Kestova::ScreenMetaDataFilenameSetter> setter(
       VOXAScreenMetaDataFilenameSetter::create());
   Output out;
-  nlohmann::ordered_json document;
-  document["file"] = Kestova::wellFormedUtf8(options.file);
-  auto& streams = document["streams"] = nlohmann::ordered_json::array();
-  for (const auto& [id, location] : parser->locations()) {
-    const std::string text = boost::uuids::to_string(id);
-    const std::string slot = slotOf(*setter, names::streamFileName(options.file, id));
-    if (options.format == Format::Json) {
-      streams.push_back({{"id", text}, {"slot", slot.empty() ? nullptr : nlohmann::json(slot)}});
-    } else {
-      out.write(fmt::format("{}  {}\n", text, slot.empty() ? "ignored" : "slot " + slot));
-    }
-  }
-  if (options.format == Format::Json) out.write(document.dump() + "\n");
+  const auto write = options.format == Format::Json ? writeJson : writeTable;
+  write(out, options.file, parser->locations(), *setter);
   out.flush();
 }
 

@@ -1,18 +1,15 @@
 #include "stats/VOXAStatsLoader.h"
 
-#include <nlohmann/json.hpp>
-
 #include "host/Kestova/KestovaException.h"
-#include "host/Kestova/Utf8.h"
 #include "tools/voxa/Commands.h"
 #include "tools/voxa/Output.h"
 #include "tools/voxa/QuietModule.h"
 #include "tools/voxa/Recording.h"
+#include "tools/voxa/Rows.h"
 
 namespace voxa {
 
 using Kestova::MediaFileStats;
-using nlohmann::ordered_json;
 
 namespace {
 
@@ -31,36 +28,37 @@ std::string rateOf(const MediaFileStats::TrackStats& track) {
   return fmt::format("{}/{}", track.rate.numerator(), track.rate.denominator());
 }
 
-ordered_json jsonOf(const Kestova::Rect<int>& rect) {
-  return {rect.x, rect.y, rect.width, rect.height};
+template <class Row>
+void describe(Row& row, const Kestova::Rect<int>& rect) {
+  const int values[] = {rect.x, rect.y, rect.width, rect.height};
+  row.numbers("rect", {"x", "y", "width", "height"}, values);
 }
 
-ordered_json jsonOf(const MediaFileStats::TrackStats& track) {
-  auto filenames = ordered_json::array();
-  for (const std::string& name : track.metaDataFilenames) {
-    filenames.push_back(Kestova::wellFormedUtf8(name));
-  }
-  return {{"index", track.index},
-          {"type", track.type},
-          {"tag", track.tag},
-          {"rate", rateOf(track)},
-          {"length", track.range.length},
-          {"rect", jsonOf(track.rect)},
-          {"sampleRate", track.sampleRate},
-          {"channelCount", track.channelCount},
-          {"bitsPerSample", track.bitsPerSample},
-          {"bytesPerSample", track.bytesPerSample},
-          {"metaDataFilenames", std::move(filenames)}};
+void writeJson(Output& out, const MediaFileStats::TrackStats& track) {
+  JsonRow row(out);
+  row.field("index", track.index);
+  row.field("type", track.type);
+  row.field("tag", static_cast<int>(track.tag));
+  row.field("rate", rateOf(track));
+  row.field("length", track.range.length);
+  describe(row, track.rect);
+  row.field("sampleRate", track.sampleRate);
+  row.field("channelCount", track.channelCount);
+  row.field("bitsPerSample", track.bitsPerSample);
+  row.field("bytesPerSample", track.bytesPerSample);
+  row.array("metaDataFilenames", track.metaDataFilenames,
+            [&out](const std::string& name) { out.writeJsonString(name); });
+  row.end();
 }
 
 void writeJson(Output& out, const std::string& file, bool isClaimed, const MediaFileStats& stats) {
-  auto tracks = ordered_json::array();
-  for (const auto& track : stats.trackStats()) tracks.push_back(jsonOf(track));
-  const ordered_json document = {{"file", Kestova::wellFormedUtf8(file)},
-                                 {"claimed", isClaimed},
-                                 {"rect", jsonOf(stats.rect())},
-                                 {"tracks", std::move(tracks)}};
-  out.write(document.dump() + "\n");
+  JsonRow row(out);
+  row.field("file", file);
+  row.field("claimed", isClaimed);
+  describe(row, stats.rect());
+  row.array("tracks", stats.trackStats(), [&out](const auto& track) { writeJson(out, track); });
+  row.end();
+  out.write("\n");
 }
 
 const char* typeName(int type) {
@@ -75,8 +73,9 @@ std::string secondsOf(const MediaFileStats::TrackStats& track) {
 }
 
 void writeTable(Output& out, const std::string& file, bool isClaimed, const MediaFileStats& stats) {
-  out.write(fmt::format("{}: {} x {}, {} tracks{}\n", printable(file), stats.rect().width,
-                        stats.rect().height, stats.trackStats().size(),
+  out.writePrintable(file);
+  out.write(fmt::format(": {} x {}, {} tracks{}\n", stats.rect().width, stats.rect().height,
+                        stats.trackStats().size(),
                         isClaimed ? "" : " (the host would not ask for this name)"));
   constexpr auto kRow = "{:>5}  {:<5}  {:>3}  {:>12}  {:>16}  {:>12}  {:<11}  {:>7}\n";
   out.write(fmt::format(kRow, "index", "type", "tag", "rate", "length (units)", "seconds", "size",
@@ -88,7 +87,10 @@ void writeTable(Output& out, const std::string& file, bool isClaimed, const Medi
                           track.metaDataFilenames.size()));
   }
   for (const auto& track : stats.trackStats()) {
-    for (const std::string& name : track.metaDataFilenames) out.write(printable(name) + "\n");
+    for (const std::string& name : track.metaDataFilenames) {
+      out.writePrintable(name);
+      out.write("\n");
+    }
   }
 }
 

@@ -1,11 +1,10 @@
 #include <boost/uuid/uuid_io.hpp>
-#include <nlohmann/json.hpp>
 
 #include "ZRKMetaData/src/MetaDataUUID.h"
-#include "host/Kestova/Utf8.h"
 #include "tools/voxa/Commands.h"
 #include "tools/voxa/Output.h"
 #include "tools/voxa/Recording.h"
+#include "tools/voxa/Rows.h"
 
 namespace voxa {
 
@@ -28,26 +27,28 @@ const char* containerName(ZRKMetaData::ContainerKind kind) {
 }
 
 void writeJson(Output& out, const std::string& file, ZRKMetaData::MetaDataParser& parser) {
-  nlohmann::ordered_json document;
-  document["file"] = Kestova::wellFormedUtf8(file);
-  document["container"] = containerName(parser.containerKind());
-  auto& streams = document["streams"] = nlohmann::ordered_json::array();
-  for (const auto& [id, location] : parser.locations()) {
-    nlohmann::ordered_json stream;
-    stream["id"] = boost::uuids::to_string(id);
-    stream["key"] = MetaDataUUID::shortKey(id);
-    stream["known"] = MetaDataUUID::isKnown(id);
-    stream["offset"] = location.offset;
-    stream["size"] = location.size;
-    stream["version"] = ZRKMetaData::readHeaderAt(parser.stream(), location.offset).version;
-    streams.push_back(std::move(stream));
-  }
-  out.write(document.dump() + "\n");
+  JsonRow document(out);
+  document.field("file", file);
+  document.field("container", containerName(parser.containerKind()));
+  document.array("streams", parser.locations(), [&](const auto& stream) {
+    const auto& [id, location] = stream;
+    JsonRow row(out);
+    row.field("id", boost::uuids::to_string(id));
+    row.field("key", MetaDataUUID::shortKey(id));
+    row.field("known", MetaDataUUID::isKnown(id));
+    row.field("offset", location.offset);
+    row.field("size", location.size);
+    row.field("version", ZRKMetaData::readHeaderAt(parser.stream(), location.offset).version);
+    row.end();
+  });
+  document.end();
+  out.write("\n");
 }
 
 void writeTable(Output& out, const std::string& file, ZRKMetaData::MetaDataParser& parser) {
-  out.write(fmt::format("{}: {}, {} streams\n", printable(file),
-                        containerName(parser.containerKind()), parser.locations().size()));
+  out.writePrintable(file);
+  out.write(fmt::format(": {}, {} streams\n", containerName(parser.containerKind()),
+                        parser.locations().size()));
   if (parser.locations().empty()) return;
   constexpr auto kRow = "{:<36}  {:<3}  {:<5}  {:>7}  {:>14}  {:>14}\n";
   out.write(fmt::format(kRow, "id", "key", "known", "version", "offset", "size"));
