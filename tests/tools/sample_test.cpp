@@ -151,6 +151,8 @@ TEST(Samples, SayWhyTracksAreLeftUntagged) {
   for (const Row& row :
        {Row{head, "there is no movie header"},
         Row{head + recording::atom("moov", recording::atom("mvex", "")), "the movie is fragmented"},
+        Row{head + recording::atom("moov", Bytes((8U << 20U) + 1, '\0')),
+            "the movie header has over 8 MiB"},
         Row{head + recording::atom("moov", recording::bigEndian(99U) + "trak"),
             "in the movie header 'trak' at byte 0 announces more bytes than the file holds"}}) {
     const std::string media = folder.file("m.mp4", row.media);
@@ -198,16 +200,16 @@ TEST_P(Media, HideABlockInsideTheirOwnStructures) {
   const auto entries = recording::sampleEntries(1, 1);
   Bytes nested;
   std::size_t found = 0;
-  for (const recording::Structure& structure : recording::topLevel(in, layout())) {
+  recording::eachStructure(in, layout(), [&](const recording::Structure& structure) {
     const Bytes whole = bytes.substr(structure.start, structure.end - structure.start);
     if (structure.type != type) {
       nested += whole;
-      continue;
+      return;
     }
     ++found;
     nested += isAtoms ? recording::atom(type, whole.substr(8) + recording::atomBlock(entries))
                       : recording::chunk(type, whole.substr(8) + recording::chunkBlock(entries));
-  }
+  });
   ASSERT_EQ(found, 1U);
   EXPECT_EQ(streamsOf(folder.file(GetParam(), nested)).size(), 0U);
 }

@@ -2,7 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
-#include <sstream>
+#include <optional>
+#include <string_view>
 
 #include "tools/recording/Container.h"
 #include "tools/recording/TopLevel.h"
@@ -96,47 +97,45 @@ Bytes trackAtom(const TrackDescription& track, std::uint32_t id) {
                           (track.tag != 0 ? atom("udta", tagAtom(track.tag)) : Bytes()));
 }
 
-// The atoms inside `bytes`.
-std::vector<Structure> atomsOf(const Bytes& bytes) {
-  std::istringstream in(bytes);
-  return topLevel(in, Layout::Atoms);
-}
-
-Bytes wholeOf(const Structure& structure, const Bytes& bytes) {
+std::string_view wholeOf(const Structure& structure, std::string_view bytes) {
   return bytes.substr(structure.start, structure.end - structure.start);
 }
 
-Bytes payloadOf(const Structure& structure, const Bytes& bytes) {
+std::string_view payloadOf(const Structure& structure, std::string_view bytes) {
   return bytes.substr(structure.payload, structure.end - structure.payload);
 }
 
 // The payload of the first atom of `type`, empty when there is none.
-Bytes childOf(const Bytes& bytes, const char* type) {
-  for (const Structure& child : atomsOf(bytes)) {
-    if (child.type == type) return payloadOf(child, bytes);
-  }
-  return {};
+std::string_view childOf(std::string_view bytes, const char* type) {
+  std::optional<std::string_view> found;
+  eachAtom(bytes, [&](const Structure& child) {
+    if (!found && child.type == type) found = payloadOf(child, bytes);
+  });
+  return found.value_or(std::string_view());
 }
 
-bool isVideoTrack(const Bytes& trakPayload) {
-  const Bytes handler = childOf(childOf(trakPayload, "mdia"), "hdlr");
-  return handler.compare(0, 12, handler.substr(0, 8) + "vide") == 0;
+bool isVideoTrack(std::string_view trakPayload) {
+  constexpr std::size_t kHandlerOffset = 8;
+  const std::string_view handler = childOf(childOf(trakPayload, "mdia"), "hdlr");
+  return handler.size() > kHandlerOffset && handler.substr(kHandlerOffset, 4) == "vide";
 }
 
-bool hasTag(const Bytes& trakPayload) {
-  return childOf(trakPayload, "udta").find("VTAG") != Bytes::npos;
+bool hasTag(std::string_view trakPayload) {
+  return childOf(trakPayload, "udta").find("VTAG") != std::string_view::npos;
 }
 
 // In front of other user data, since QuickTime ends a list of it with zeros.
-Bytes taggedTrack(const Bytes& trakPayload, std::uint32_t tag) {
+Bytes taggedTrack(std::string_view trakPayload, std::uint32_t tag) {
   Bytes tagged;
   bool isTagged = false;
-  for (const Structure& child : atomsOf(trakPayload)) {
-    const bool isPlace = child.type == "udta" && !isTagged;
-    tagged += isPlace ? atom("udta", tagAtom(tag) + payloadOf(child, trakPayload))
-                      : wholeOf(child, trakPayload);
-    isTagged = isTagged || isPlace;
-  }
+  eachAtom(trakPayload, [&](const Structure& child) {
+    if (child.type == "udta" && !isTagged) {
+      tagged += atom("udta", tagAtom(tag).append(payloadOf(child, trakPayload)));
+      isTagged = true;
+    } else {
+      tagged += wholeOf(child, trakPayload);
+    }
+  });
   return isTagged ? tagged : tagged + atom("udta", tagAtom(tag));
 }
 
@@ -164,8 +163,8 @@ Bytes sampleMovie(double seconds) {
 Bytes taggedMovieHeader(const Bytes& moovPayload) {
   Bytes tagged;
   std::uint32_t next = kScreenTag;
-  for (const Structure& child : atomsOf(moovPayload)) {
-    const Bytes payload = payloadOf(child, moovPayload);
+  eachAtom(moovPayload, [&](const Structure& child) {
+    const std::string_view payload = payloadOf(child, moovPayload);
     const bool isVideo = child.type == "trak" && isVideoTrack(payload);
     if (isVideo && next <= kCameraTag && !hasTag(payload)) {
       tagged += atom("trak", taggedTrack(payload, next));
@@ -173,14 +172,14 @@ Bytes taggedMovieHeader(const Bytes& moovPayload) {
       tagged += wholeOf(child, moovPayload);
     }
     if (isVideo) ++next;
-  }
+  });
   return tagged;
 }
 
 bool isFragmented(const Bytes& moovPayload) {
-  const auto children = atomsOf(moovPayload);
-  return std::any_of(children.begin(), children.end(),
-                     [](const Structure& child) { return child.type == "mvex"; });
+  bool found = false;
+  eachAtom(moovPayload, [&](const Structure& child) { found = found || child.type == "mvex"; });
+  return found;
 }
 
 }  // namespace recording

@@ -20,6 +20,9 @@ constexpr std::uint64_t kTypeOffset = 4;
 constexpr std::uint64_t kHeaderSize = 8;
 constexpr std::uint64_t kWideHeaderSize = 16;
 
+// A header is taken apart in memory, which takes several times its size. Hours of video need less.
+constexpr std::uint64_t kLargestMovieHeader = 8U << 20U;
+
 struct Announced {
   std::string type;
   std::uint64_t size = 0;  // header included
@@ -27,34 +30,56 @@ struct Announced {
 };
 
 template <class Number>
-Number bigEndianAt(const Bytes& bytes, std::size_t place) {
+Number bigEndianAt(std::string_view bytes, std::size_t place) {
   return boost::endian::endian_load<Number, sizeof(Number), boost::endian::order::big>(
       reinterpret_cast<const unsigned char*>(bytes.data()) + place);
 }
 
 // `header` is what stands at the structure's start: 16 bytes, fewer at the end of the file.
-Announced announcedAtom(const Bytes& header) {
+Announced announcedAtom(std::string_view header) {
+  const std::string type(header.substr(4, 4));
   const std::uint64_t size = bigEndianAt<std::uint32_t>(header, 0);
-  const bool isWide = size == 1 && header.size() >= 16;
-  if (!isWide) return {header.substr(4, 4), size};
-  return {header.substr(4, 4), bigEndianAt<std::uint64_t>(header, 8), kWideHeaderSize};
+  const bool isWide = size == 1 && header.size() >= kWideHeaderSize;
+  if (!isWide) return {type, size};
+  return {type, bigEndianAt<std::uint64_t>(header, 8), kWideHeaderSize};
 }
 
-Announced announcedChunk(const Bytes& header) {
+Announced announcedChunk(std::string_view header) {
   const auto size = boost::endian::endian_load<std::uint32_t, 4, boost::endian::order::little>(
       reinterpret_cast<const unsigned char*>(header.data()) + 4);
-  return {header.substr(0, 4), size == 0 ? 0 : kHeaderSize + size};
+  return {std::string(header.substr(0, 4)), size == 0 ? 0 : kHeaderSize + size};
 }
 
-Bytes headerAt(std::istream& media, std::uint64_t place) {
-  Bytes header(16, '\0');
-  media.clear();
-  media.seekg(static_cast<std::streamoff>(place));
-  media.read(header.data(), static_cast<std::streamsize>(header.size()));
-  header.resize(static_cast<std::size_t>(media.gcount()));
-  media.clear();
-  return header;
-}
+// Headers out of a file, which is read a few kilobytes at a time.
+class Headers {
+ public:
+  explicit Headers(std::istream& media) : m_media(media) {}
+
+  /// 16 bytes from `place` on, fewer at the end of the file. Good until the next call.
+  std::string_view at(std::uint64_t place) {
+    if (place < m_start || place - m_start > m_bytes.size() ||
+        m_bytes.size() - (place - m_start) < kWideHeaderSize) {
+      fetch(place);
+    }
+    return std::string_view(m_bytes).substr(place - m_start, kWideHeaderSize);
+  }
+
+ private:
+  void fetch(std::uint64_t place) {
+    constexpr std::size_t kWindow = 4096;
+    m_bytes.resize(kWindow);
+    m_media.clear();
+    m_media.seekg(static_cast<std::streamoff>(place));
+    m_media.read(m_bytes.data(), static_cast<std::streamsize>(kWindow));
+    m_bytes.resize(static_cast<std::size_t>(m_media.gcount()));
+    m_media.clear();
+    m_start = place;
+  }
+
+  std::istream& m_media;
+  Bytes m_bytes;
+  std::uint64_t m_start = 0;
+};
 
 std::uint64_t sizeOf(std::istream& media) {
   media.seekg(0, std::ios::end);
@@ -80,11 +105,15 @@ Bytes readPayload(std::istream& media, const Structure& structure) {
   return payload;
 }
 
-Plan planForAtoms(std::istream& media, const std::vector<Structure>& structures) {
-  const auto moov =
-      std::find_if(structures.begin(), structures.end(),
-                   [](const Structure& structure) { return structure.type == "moov"; });
-  if (moov == structures.end()) return {{}, {}, "there is no movie header"};
+Plan planForAtoms(std::istream& media) {
+  std::optional<Structure> moov;
+  eachStructure(media, Layout::Atoms, [&moov](const Structure& structure) {
+    if (!moov && structure.type == "moov") moov = structure;
+  });
+  if (!moov) return {{}, {}, "there is no movie header"};
+  if (moov->end - moov->payload > kLargestMovieHeader) {
+    return {{}, {}, "the movie header has over 8 MiB"};
+  }
   try {
     const Bytes payload = readPayload(media, *moov);
     if (isFragmented(payload)) return {{}, {}, "the movie is fragmented"};
@@ -94,9 +123,10 @@ Plan planForAtoms(std::istream& media, const std::vector<Structure>& structures)
   }
 }
 
-Plan planForChunks(std::istream& media, const std::vector<Structure>& structures) {
-  const bool lacksPadByte = !structures.empty() && structures.back().end % 2 == 1 &&
-                            structures.back().end == sizeOf(media);
+Plan planForChunks(std::istream& media) {
+  std::uint64_t end = 0;
+  eachStructure(media, Layout::Chunks, [&end](const Structure& last) { end = last.end; });
+  const bool lacksPadByte = end % 2 == 1 && end == sizeOf(media);
   return {Bytes(lacksPadByte ? 1 : 0, '\0'), {}, {}};
 }
 
@@ -114,34 +144,38 @@ void copyFile(const fs::path& from, const fs::path& to) {
   }
 }
 
-Plan planFor(std::istream& media, Layout layout) {
-  const auto structures = topLevel(media, layout);
-  return layout == Layout::Atoms ? planForAtoms(media, structures)
-                                 : planForChunks(media, structures);
-}
-
-}  // namespace
-
-std::vector<Structure> topLevel(std::istream& media, Layout layout) {
-  std::vector<Structure> structures;
-  const std::uint64_t fileSize = sizeOf(media);
+// `headerAt(place)` gives the 16 bytes, or fewer at the end, that stand there.
+template <class HeaderAt>
+void walk(std::uint64_t size, Layout layout, HeaderAt headerAt, const Visit& visit) {
   std::uint64_t place = 0;
-  while (place < fileSize) {
-    const Bytes header = headerAt(media, place);
+  while (place < size) {
+    const std::string_view header = headerAt(place);
     if (header.size() < kHeaderSize) {
       throw std::runtime_error("the " + std::to_string(header.size()) + " bytes at byte " +
                                std::to_string(place) + " are no header");
     }
-    const auto [type, size, headerSize] =
+    const auto [type, announced, headerSize] =
         layout == Layout::Atoms ? announcedAtom(header) : announcedChunk(header);
-    if (size == 0) refuse(type, place, "has the size 0: nothing can follow it");
-    if (size < headerSize) refuse(type, place, "is smaller than its header");
-    if (size > fileSize - place) refuse(type, place, "announces more bytes than the file holds");
-    structures.push_back({type, place, place + headerSize, place + size});
-    place += size;
-    if (layout == Layout::Chunks) place += size % 2;
+    if (announced == 0) refuse(type, place, "has the size 0: nothing can follow it");
+    if (announced < headerSize) refuse(type, place, "is smaller than its header");
+    if (announced > size - place) refuse(type, place, "announces more bytes than the file holds");
+    visit({type, place, place + headerSize, place + announced});
+    place += announced;
+    if (layout == Layout::Chunks) place += announced % 2;
   }
-  return structures;
+}
+
+}  // namespace
+
+void eachStructure(std::istream& media, Layout layout, const Visit& visit) {
+  Headers headers(media);
+  walk(
+      sizeOf(media), layout, [&](std::uint64_t place) { return headers.at(place); }, visit);
+}
+
+void eachAtom(std::string_view bytes, const Visit& visit) {
+  const auto headerAt = [&](std::uint64_t place) { return bytes.substr(place, kWideHeaderSize); };
+  walk(bytes.size(), Layout::Atoms, headerAt, visit);
 }
 
 std::string writeOnto(const std::string& media, const std::string& out, Layout layout,
@@ -153,7 +187,7 @@ std::string writeOnto(const std::string& media, const std::string& out, Layout l
     std::ifstream file(from, std::ios::binary);
     if (!file) throw std::runtime_error(media + ": cannot be opened");
     try {
-      plan = planFor(file, layout);
+      plan = layout == Layout::Atoms ? planForAtoms(file) : planForChunks(file);
     } catch (const std::runtime_error& error) {
       throw std::runtime_error(media + ": " + error.what());
     }

@@ -2,9 +2,10 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <istream>
 #include <string>
-#include <vector>
+#include <string_view>
 
 #include "tools/recording/Bytes.h"
 
@@ -20,16 +21,22 @@ struct Structure {
   std::uint64_t end = 0;
 };
 
-/// Walks the top level of `media`. Throws std::runtime_error that names the structure and its place
-/// when a scan could not get past it: a size of zero, or more than the file holds.
-std::vector<Structure> topLevel(std::istream& media, Layout layout);
+using Visit = std::function<void(const Structure&)>;
+
+/// Hands each structure at the top level of `media` to `visit`, in file order. Throws
+/// std::runtime_error that names the structure and its place when a scan could not get past it: a
+/// size of zero, or more than the file holds.
+void eachStructure(std::istream& media, Layout layout, const Visit& visit);
+
+/// The same of the atoms in `bytes`.
+void eachAtom(std::string_view bytes, const Visit& visit);
 
 /// Copies the file `media` to `out` and appends `block` to the copy at top level. Names are UTF-8.
 /// Among atoms the movie header is appended as well, with its video tracks tagged (Movie.h), and
-/// the old one becomes free space, so that no media moves. Returns why the tracks were left
-/// untagged, empty when they were not. Throws std::runtime_error, naming the file and the place,
-/// when nothing can stand behind the last structure or a file cannot be read or written; `out` is
-/// not made in the first case.
+/// the old one becomes free space, so that no media moves; one of over 8 MiB stays as it is.
+/// Returns why the tracks were left untagged, empty when they were not. Throws std::runtime_error,
+/// naming the file and the place, when nothing can stand behind the last structure or a file cannot
+/// be read or written; `out` is not made in the first case.
 std::string writeOnto(const std::string& media, const std::string& out, Layout layout,
                       const Bytes& block);
 
