@@ -3,6 +3,7 @@
 
 #include <array>
 #include <charconv>
+#include <cmath>
 #include <string_view>
 
 #include "host/Kestova/RationalTime.h"
@@ -18,8 +19,14 @@ class NumberText {
   /// The shortest text that reads back the same; "nan", "inf", "-inf".
   explicit NumberText(double number) { append(number); }
 
-  /// `digits` significant digits at most, as printf's %g writes them.
-  NumberText(double number, int digits) { append(number, std::chars_format::general, digits); }
+  /// `digits` significant digits at most, as printf's %g writes them; `digits` is 6 or more.
+  NumberText(double number, int digits) {
+    if (isPlainInteger(number)) {
+      append(static_cast<int64>(number));
+    } else {
+      append(number, std::chars_format::general, digits);
+    }
+  }
 
   /// "10" when whole, else "21/2".
   explicit NumberText(const RationalTime& time) {
@@ -32,6 +39,14 @@ class NumberText {
   operator std::string_view() const { return {m_text.data(), m_size}; }
 
  private:
+  // A whole number of few enough digits that it is written as it is; not the negative zero.
+  static bool isPlainInteger(double number) {
+    constexpr double kLimit = 1e6;
+    return number > -kLimit && number < kLimit &&
+           static_cast<double>(static_cast<int>(number)) == number &&
+           (number != 0 || !std::signbit(number));
+  }
+
   template <class Number, class... Form>
   void append(Number number, Form... form) {
     char* const end = m_text.data() + m_text.size();

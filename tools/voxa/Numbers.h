@@ -5,9 +5,13 @@
 #include <fmt/format.h>
 
 #include <cmath>
+#include <limits>
 #include <nlohmann/json.hpp>
 #include <string>
+#include <string_view>
 #include <type_traits>
+
+#include "host/Kestova/NumberText.h"
 
 namespace voxa {
 
@@ -15,15 +19,12 @@ namespace voxa {
 /// NaN.
 template <class Number>
 void appendNumber(fmt::memory_buffer& out, Number number) {
-  const auto to = fmt::appender(out);
   if constexpr (std::is_integral_v<Number>) {
-    fmt::format_to(to, FMT_COMPILE("{}"), number);
-  } else if (std::isnan(number)) {
-    fmt::format_to(to, FMT_COMPILE("nan"));
-  } else if constexpr (std::is_same_v<Number, float>) {
-    fmt::format_to(to, FMT_COMPILE("{:.9g}"), number);
+    fmt::format_to(fmt::appender(out), FMT_COMPILE("{}"), number);
   } else {
-    fmt::format_to(to, FMT_COMPILE("{:.17g}"), number);
+    constexpr int kDigits = std::numeric_limits<Number>::max_digits10;
+    const bool isNan = std::isnan(number);  // whose sign says nothing
+    out.append(isNan ? std::string_view("nan") : Kestova::NumberText(number, kDigits));
   }
 }
 
