@@ -67,25 +67,32 @@ class ParamSetter<Src, Parameter<Dst>> final : public ZRKMetaData::DataStreamObs
   /// `editRate` in frames per second; the setter holds a share of `parameter`.
   ParamSetter(const boost::rational<unsigned int>& editRate,
               boost::shared_ptr<Parameter<Dst>> parameter, std::string filename)
-      : m_editRate(editRate), m_parameter(std::move(parameter)), m_filename(std::move(filename)) {}
+      : m_framesPerSecond(loader::framesPerSecond(editRate)),
+        m_parameter(std::move(parameter)),
+        m_filename(std::move(filename)) {}
   virtual ~ParamSetter() = default;
 
   /// Adds a keyframe with lead-in 0 at the frame nearest to `seconds`, in the place of one that is
   /// there: the later record of a frame wins. A time that has no frame number is left out. Always
   /// true.
   bool onData(double seconds, const Src& record) override {
-    const auto frame = loader::frameNumber(m_editRate, seconds);
+    const auto frame = loader::frameNumber(m_framesPerSecond, seconds);
     if (!frame) return true;
     const RationalTime time(*frame);
-    if (m_parameter->keyFrameExists(time)) m_parameter->removeKeyFrame(time);
+    if (time > m_latest) {  // as it mostly is; then nothing is there yet
+      m_latest = time;
+    } else if (m_parameter->keyFrameExists(time)) {
+      m_parameter->removeKeyFrame(time);
+    }
     m_parameter->addKeyFrame(time, keyFrameValue(record, m_filename), RationalTime(0, 1));
     return true;
   }
 
  private:
-  const boost::rational<unsigned int> m_editRate;
+  const double m_framesPerSecond;
   const boost::shared_ptr<Parameter<Dst>> m_parameter;
   const std::string m_filename;
+  RationalTime m_latest = Kestova::beforeAllTimes();
 };
 
 template <class T>

@@ -14,6 +14,10 @@ void checkAnnounced(StreamWindow& in, uint64 count) {
 }
 
 void appendAnnounced(StreamWindow& in, uint64 count, std::string& text) {
+  if (const char* const ready = in.take(count)) {
+    text.append(ready, count);
+    return;
+  }
   checkAnnounced(in, count);
   const auto start = text.size();
   text.resize(start + count);

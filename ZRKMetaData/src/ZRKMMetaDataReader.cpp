@@ -126,10 +126,19 @@ bool sumOverflows(int64 offset, int64 size) {
 }
 
 template <class T>
+void empty(T& value) {
+  value = T{};
+}
+void empty(std::string& value) {
+  value.clear();  // but keep its memory
+}
+
+template <class T>
 void deliverRecords(DataStreamObserver<T>& observer, StreamWindow& in, int64 end) {
+  T value{};
   while (in.good() && in.position() < end) {
     double seconds = 0;
-    T value{};
+    empty(value);
     decode(in, seconds, value);
     if (in.bad()) return;  // a device that failed inside the value: what it gave is no record
     if (!observer.onData(seconds, value)) return;

@@ -15,6 +15,7 @@
 #include <istream>
 #include <limits>
 #include <memory>
+#include <utility>
 
 #include "ZRKMetaData/src/ZRKMIntegers.h"
 
@@ -48,6 +49,13 @@ class StreamWindow {
     std::copy_n(m_next, count, static_cast<char*>(destination));
     m_next += count;
     return count;
+  }
+
+  /// The next `count` bytes where they stand in the window, or null when they are not all there.
+  /// Good until the next operation.
+  const char* take(std::size_t count) {
+    if (count > static_cast<std::size_t>(m_end - m_next)) return nullptr;
+    return std::exchange(m_next, m_next + count);
   }
 
   /// Makes `position` the next byte to read. Inside the window this only moves a pointer; outside,

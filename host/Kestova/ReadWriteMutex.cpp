@@ -14,12 +14,10 @@ bool ReadWriteMutex::isWriter() const {
   return m_writer.load(std::memory_order_relaxed) == std::this_thread::get_id();
 }
 
-// By this thread. It rarely holds more than one or two locks.
-bool ReadWriteMutex::isRead() const {
-  for (const ReadHold* hold = t_readHolds; hold != nullptr; hold = hold->next) {
-    if (hold->mutex == this) return true;
-  }
-  return false;
+// By the thread whose holds these are. It rarely has more than one or two.
+bool ReadWriteMutex::isAmong(const ReadHold* holds) const {
+  while (holds != nullptr && holds->mutex != this) holds = holds->next;
+  return holds != nullptr;
 }
 
 void ReadWriteMutex::lockRead(ReadHold& hold) {
@@ -27,7 +25,8 @@ void ReadWriteMutex::lockRead(ReadHold& hold) {
     ++m_holds;
     return;
   }
-  if (!isRead()) {
+  ReadHold*& holds = t_readHolds;  // once: finding it is a call where libraries are shared
+  if (!isAmong(holds)) {
     if (m_gateIsClosed.load()) {
       m_gate.lock();
       m_gate.unlock();
@@ -35,8 +34,8 @@ void ReadWriteMutex::lockRead(ReadHold& hold) {
     m_lock.lock_shared();
   }
   hold.mutex = this;
-  hold.next = t_readHolds;
-  t_readHolds = &hold;
+  hold.next = holds;
+  holds = &hold;
 }
 
 void ReadWriteMutex::unlockRead(ReadHold& hold) {
@@ -44,15 +43,16 @@ void ReadWriteMutex::unlockRead(ReadHold& hold) {
     unlockWrite();
     return;
   }
-  ReadHold** place = &t_readHolds;
+  ReadHold*& holds = t_readHolds;
+  ReadHold** place = &holds;
   while (*place != &hold) place = &(*place)->next;
   *place = hold.next;
-  if (!isRead()) m_lock.unlock_shared();
+  if (!isAmong(holds)) m_lock.unlock_shared();
 }
 
 void ReadWriteMutex::lockWrite() {
   if (!isWriter()) {
-    if (isRead()) {
+    if (isAmong(t_readHolds)) {
       static constexpr char kComplaint[] = "write lock asked for while holding only a read lock";
       std::fprintf(stderr, "ReadWriteMutex: assertion failed: %s\n", kComplaint);
       throw KestovaException(kComplaint);

@@ -66,7 +66,7 @@ class KESTOVA_API ReadWriteMutex {
   void unlockWrite();
 
   bool isWriter() const;
-  bool isRead() const;
+  bool isAmong(const ReadHold* holds) const;
 
   static thread_local ReadHold* t_readHolds;
 

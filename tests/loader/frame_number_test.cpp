@@ -37,7 +37,7 @@ TEST(FrameNumber, IsTheNearestFrameWithHalvesUp) {
            Row{1, -0x1p63, std::numeric_limits<Kestova::int64>::min()},
            Row{1, std::nextafter(0x1p63, 0.0), 9223372036854774784},
        }) {
-    EXPECT_EQ(frameNumber(row.rate, row.seconds), row.frame) << row.seconds;
+    EXPECT_EQ(frameNumber(framesPerSecond(row.rate), row.seconds), row.frame) << row.seconds;
   }
 }
 

@@ -103,6 +103,7 @@ void printRows(const Request& request, const Parameter<T>& parameter, RowWriter&
   };
   rows.header([&](auto& row) { describeKeyFrame(row, request, RationalTime(), T()); });
   if (request.options.at.empty()) {
+    const Kestova::ReadWriteMutex::ScopedReadLock lock(parameter.mutex());  // once for all rows
     for (Kestova::ParameterIterator<T> at(parameter); !at.atEnd(); at.next()) {
       print(at.time(), at.keyFrame()->value());
     }
