@@ -7,10 +7,11 @@
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
+#include <limits>
 #include <utility>
-#include <vector>
 
 #include "host/Kestova/RationalTime.h"
+#include "params/Run.h"
 
 namespace Kestova {
 
@@ -79,8 +80,13 @@ class ChunkedMap {
   const_iterator lowerBound(const RationalTime& time) const {
     if (m_chunks.empty() || m_lastTimes.back() < time) return end();
     const auto last = std::lower_bound(m_lastTimes.begin(), m_lastTimes.end(), time);
-    const auto chunk = static_cast<std::size_t>(last - m_lastTimes.begin());
-    const std::vector<RationalTime>& times = m_chunks[chunk].times;
+    const auto chunk = last - m_lastTimes.begin();
+    const Run<RationalTime>& times = m_chunks[static_cast<std::size_t>(chunk)].times;
+    // The search jumps to and fro in the chunk; its cache lines may as well come side by side.
+    constexpr std::size_t kTimesOfLine = 4;
+    for (std::size_t slot = 0; slot < times.size(); slot += kTimesOfLine) {
+      __builtin_prefetch(times.begin() + slot);
+    }
     return at(chunk, std::lower_bound(times.begin(), times.end(), time) - times.begin());
   }
 
@@ -104,8 +110,8 @@ class ChunkedMap {
   void insert(const_iterator place, const RationalTime& time, Value value) {
     const Place spot = roomAt(place.place());
     Chunk& chunk = m_chunks[spot.chunk];
-    chunk.times.insert(chunk.times.begin() + spot.slot, time);
-    chunk.values.insert(chunk.values.begin() + spot.slot, std::move(value));
+    chunk.times.insert(spot.slot, time);
+    chunk.values.insert(spot.slot, std::move(value));
     m_lastTimes[spot.chunk] = chunk.times.back();
     ++m_size;
   }
@@ -115,8 +121,8 @@ class ChunkedMap {
     const auto [number, slot] = place.place();
     Chunk& chunk = m_chunks[number];
     Value erased = std::move(chunk.values[slot]);
-    chunk.times.erase(chunk.times.begin() + slot);
-    chunk.values.erase(chunk.values.begin() + slot);
+    chunk.times.erase(slot);
+    chunk.values.erase(slot);
     --m_size;
     if (chunk.times.empty()) {
       dropChunk(number);
@@ -137,8 +143,8 @@ class ChunkedMap {
   static constexpr std::size_t kCapacity = 64;  // entries of a chunk
 
   struct Chunk {
-    std::vector<RationalTime> times;
-    std::vector<Value> values;
+    Run<RationalTime> times;
+    Run<Value> values;
   };
 
   template <class Chunks, class Slots>
@@ -169,15 +175,9 @@ class ChunkedMap {
     return place;
   }
 
-  template <class Element>
-  static void growFor(std::vector<Element>& elements, std::size_t most) {
-    if (elements.size() == elements.capacity()) {
-      elements.reserve(std::min(most, 2 * elements.size() + 1));
-    }
-  }
   static void growFor(Chunk& chunk) {
-    growFor(chunk.times, kCapacity);
-    growFor(chunk.values, kCapacity);
+    chunk.times.makeRoom(kCapacity);
+    chunk.values.makeRoom(kCapacity);
   }
 
   // A chunk beside others will be filled; the first one may stay small.
@@ -191,9 +191,11 @@ class ChunkedMap {
 
   void addChunk(std::size_t number) {
     Chunk chunk = newChunk();
-    growFor(m_lastTimes, m_lastTimes.max_size());
-    m_chunks.insert(m_chunks.begin() + static_cast<std::ptrdiff_t>(number), std::move(chunk));
-    m_lastTimes.insert(m_lastTimes.begin() + static_cast<std::ptrdiff_t>(number), RationalTime());
+    constexpr std::size_t kAny = std::numeric_limits<std::uint32_t>::max();
+    m_lastTimes.makeRoom(kAny);
+    m_chunks.makeRoom(kAny);
+    m_chunks.insert(number, std::move(chunk));
+    m_lastTimes.insert(number, RationalTime());
   }
 
   // Moves the second half of a full chunk to a new one behind it; returns where `place` is now.
@@ -209,17 +211,17 @@ class ChunkedMap {
   }
 
   static void moveEnd(Chunk& from, std::size_t first, Chunk& to) {
-    const auto offset = static_cast<std::ptrdiff_t>(first);
-    to.times.insert(to.times.end(), from.times.begin() + offset, from.times.end());
-    to.values.insert(to.values.end(), std::make_move_iterator(from.values.begin() + offset),
-                     std::make_move_iterator(from.values.end()));
-    from.times.erase(from.times.begin() + offset, from.times.end());
-    from.values.erase(from.values.begin() + offset, from.values.end());
+    for (std::size_t slot = first; slot < from.times.size(); ++slot) {
+      to.times.insert(to.times.size(), from.times[slot]);
+      to.values.insert(to.values.size(), std::move(from.values[slot]));
+    }
+    from.times.truncate(first);
+    from.values.truncate(first);
   }
 
   void dropChunk(std::size_t number) {
-    m_chunks.erase(m_chunks.begin() + static_cast<std::ptrdiff_t>(number));
-    m_lastTimes.erase(m_lastTimes.begin() + static_cast<std::ptrdiff_t>(number));
+    m_chunks.erase(number);
+    m_lastTimes.erase(number);
   }
 
   // Two neighbours that are nearly empty become one, where that needs no memory.
@@ -236,8 +238,8 @@ class ChunkedMap {
     dropChunk(number + 1);
   }
 
-  std::vector<Chunk> m_chunks;            // none is empty
-  std::vector<RationalTime> m_lastTimes;  // of each chunk
+  Run<Chunk> m_chunks;            // none is empty
+  Run<RationalTime> m_lastTimes;  // of each chunk
   std::size_t m_size = 0;
 };
 

@@ -93,20 +93,20 @@ void Parameter<T>::setUiHints(const boost::shared_ptr<UiHints>& hints) {
   m_uiHints = hints;
 }
 
+// Without listeners the time, which may lie in a keyframe long out of the cache, is not looked at.
 template <class T>
 void Parameter<T>::announceAdded(const RationalTime& time) {
-  announce(&KeyFrameListener::keyFrameAdded, time);
+  if (!m_keyFrameListeners.empty()) announce(&KeyFrameListener::keyFrameAdded, time);
 }
 
 template <class T>
 void Parameter<T>::announceRemoved(const RationalTime& time) {
-  announce(&KeyFrameListener::keyFrameRemoved, time);
+  if (!m_keyFrameListeners.empty()) announce(&KeyFrameListener::keyFrameRemoved, time);
 }
 
 // The time is a copy: a listener may free the keyframe that it came from.
 template <class T>
 void Parameter<T>::announce(Announcement announcement, RationalTime time) {
-  if (m_keyFrameListeners.empty()) return;
   const boost::shared_ptr<ParameterInterface> self = this->shared_from_this();
   CallList<KeyFrameListener*>::Round round(m_keyFrameListeners);
   while (KeyFrameListener* const* const listener = round.next(m_keyFrameListeners)) {

@@ -8,6 +8,7 @@
 
 #include "host/Kestova/EditRateSource.h"
 #include "host/Kestova/KeyFrameException.h"
+#include "host/Kestova/NumberText.h"
 #include "host/Kestova/TextBlock.h"
 #include "host/Kestova/ThreadSafe.h"
 #include "params/ParameterIterator.h"
@@ -17,6 +18,19 @@
 namespace Kestova {
 
 using ReadLock = ReadWriteMutex::ScopedReadLock;
+
+namespace {
+
+// Most times are whole, which needs no string.
+void writeTime(TextBlock& out, const RationalTime& time) {
+  if (time.isWhole()) {
+    out << NumberText(time);
+  } else {
+    out << json_representation(time);
+  }
+}
+
+}  // namespace
 
 template <class T>
 ParameterImpl<T>::ParameterImpl(const boost::weak_ptr<const ThreadSafe>& owner,
@@ -366,9 +380,10 @@ void ParameterImpl<T>::writeKeyFrames(const JSONOptions& options, int indent) co
   std::string_view separator;
   for (const auto& [time, keyFrame] : m_keyFrames) {
     const RationalTime& leadIn = keyFrame->leadInLength();
-    out << separator << timeKey << json_representation(keyFrame->time() - leadIn) << valueKey
-        << ValueTraits<T>::jsonText(keyFrame->value()) << durationKey
-        << json_representation(leadIn);
+    out << separator << timeKey;
+    writeTime(out, keyFrame->time() - leadIn);
+    out << valueKey << ValueTraits<T>::jsonText(keyFrame->value()) << durationKey;
+    writeTime(out, leadIn);
     if (keyFrame->metaDataMap() != nullptr) {
       out.flush();
       MetaDatable::toJSON(*keyFrame, options, indent + 2, "");
@@ -480,12 +495,12 @@ bool ParameterImpl<T>::hasRoomForLeadIn(Entry notBefore, const RationalTime& tim
 template <class T>
 void ParameterImpl<T>::insert(Entry place, const RationalTime& time, KeyFramePointer keyFrame) {
   m_keyFrames.insert(place, time, std::move(keyFrame));
-  m_lastPlace.store({}, std::memory_order_relaxed);
+  m_lastPlace.store(place.place(), std::memory_order_relaxed);
 }
 
 template <class T>
 boost::shared_ptr<KeyFrame<T>> ParameterImpl<T>::erase(Entry place) {
-  m_lastPlace.store({}, std::memory_order_relaxed);
+  m_lastPlace.store(place.place(), std::memory_order_relaxed);  // where the next one will be
   return m_keyFrames.erase(place);
 }
 

@@ -36,15 +36,21 @@ struct JsonValueTraits : CommonValueTraits<T> {
   static std::string jsonText(const T& value) { return json_representation(value); }
 };
 
+/// For types that are written alike in both forms.
+template <class T>
+struct IntegerValueTraits : CommonValueTraits<T> {
+  static NumberText xmlText(T value) { return NumberText(value); }
+  static NumberText jsonText(T value) { return NumberText(value); }
+};
+
 /// One row for each of the types that KESTOVA_FOR_EACH_VALUE_TYPE lists. `kTypeName` is the name
 /// under which the type is written.
 template <class T>
 struct ValueTraits;
 
 template <>
-struct ValueTraits<int> : JsonValueTraits<int> {
+struct ValueTraits<int> : IntegerValueTraits<int> {
   static constexpr const char* kTypeName = "int";
-  static NumberText xmlText(int value) { return NumberText(value); }
 };
 
 template <>
@@ -59,9 +65,8 @@ struct ValueTraits<double> : JsonValueTraits<double> {
 };
 
 template <>
-struct ValueTraits<int64> : JsonValueTraits<int64> {
+struct ValueTraits<int64> : IntegerValueTraits<int64> {
   static constexpr const char* kTypeName = "int64";
-  static NumberText xmlText(int64 value) { return NumberText(value); }
 };
 
 template <>

@@ -38,6 +38,10 @@ class NumberText {
 
   operator std::string_view() const { return {m_text.data(), m_size}; }
 
+  friend std::ostream& operator<<(std::ostream& out, const NumberText& text) {
+    return out << std::string_view(text);
+  }
+
  private:
   // A whole number of few enough digits that it is written as it is; not the negative zero.
   static bool isPlainInteger(double number) {

@@ -28,7 +28,7 @@ RationalTime operator-(const RationalTime& left, const RationalTime& right) {
 }
 
 std::ostream& operator<<(std::ostream& out, const RationalTime& time) {
-  return out << std::string_view(NumberText(time));
+  return out << NumberText(time);
 }
 
 }  // namespace Kestova
