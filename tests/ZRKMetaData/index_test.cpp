@@ -110,6 +110,8 @@ INSTANTIATE_TEST_SUITE_P(
              "F0@16+4 "},
         Case{"AnEntryHeaderCutByTheFileIsNotIndexed",
              atom("ZRKM", kDataF0 + kDataF1).substr(0, 8 + 45 + 8 + 23), "F0@16+29 "},
+        Case{"AnEntryAtomHeaderCutByTheFileEndsItsContainer", atom("ZRKM", kDataF0 + "cut"),
+             "F0@16+29 "},
         Case{"AnAtomHeaderCutByTheFileEndsTheScan", atomBlock({kEntryF0}) + bigEndian(uint32{99}),
              "F0@16+29 "},
         Case{"AnEmptyFileHasNoIndex", "", ""}));
@@ -143,6 +145,8 @@ INSTANTIATE_TEST_SUITE_P(
              "F0@16+4294967295 "},
         Case{"AnEntryHeaderCutByTheFileIsNotIndexed",
              chunkBlock({kEntryF0, kEntryF1}).substr(0, 8 + 46 + 8 + 23), "F0@16+37 "},
+        Case{"AnEntryChunkHeaderCutByTheFileEndsItsContainer", chunk("ZRKM", kChunkF0 + "cut"),
+             "F0@16+37 "},
         Case{"AnEmptyFileHasNoIndex", "", ""}));
 
 TEST(RawIndex, IsOneEntryWhateverTheFileHolds) {
