@@ -53,7 +53,7 @@ if(NOT WIN32)
   install(FILES tools/voxa/completion/_voxa
     DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions)
 endif()
-install(FILES README.md CHANGELOG.md docs/format.md docs/serialisation.md
+install(FILES README.md CHANGELOG.md SECURITY.md docs/format.md docs/robustness.md docs/serialisation.md
   DESTINATION ${CMAKE_INSTALL_DOCDIR})
 
 if(WIN32)

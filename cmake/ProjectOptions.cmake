@@ -19,7 +19,10 @@ endif()
 
 set(KESTOVA_SANITIZERS "" CACHE STRING "Sanitizers to build with, as -fsanitize takes them")
 
+include(${CMAKE_CURRENT_LIST_DIR}/Hardening.cmake)
+
 add_library(project_options INTERFACE)
+target_link_libraries(project_options INTERFACE hardening)
 target_compile_options(project_options INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Woverloaded-virtual -Werror
   # Frame numbers are decided by plain double arithmetic in the stated order.
