@@ -3,7 +3,7 @@
 #include <boost/filesystem/operations.hpp>
 #include <boost/smart_ptr/make_shared.hpp>
 #include <memory>
-#include <sstream>
+#include <string>
 #include <utility>
 
 #include "ZRKMetaData/src/ZRKMMetaDataParser.h"
@@ -29,9 +29,7 @@ namespace {
 // 2b7b6af7-7a1f-11e2-83d0-0017f200be7f/42: the last component of the stream file name as it was
 // written, "/", the identifier. Throws as names::WindowsPath does.
 std::string cursorImageReference(const std::string& filename, ZRKMetaData::uint64 imageId) {
-  std::ostringstream reference;
-  reference << names::WindowsPath(filename).filename() << '/' << imageId;
-  return reference.str();
+  return names::WindowsPath(filename).filename() + '/' + std::to_string(imageId);
 }
 
 // The value of a keyframe made from a record. Only cursor images need the stream's file name.

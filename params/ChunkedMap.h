@@ -20,8 +20,8 @@ namespace Kestova {
 template <class Value>
 class ChunkedMap {
  public:
-  /// Where an entry stands. Two places of one map compare like their times.
-  struct Place {
+  /// Where an entry stands: one word, so that it can be kept in an atomic.
+  struct alignas(std::uint64_t) Place {
     std::uint32_t chunk = 0;
     std::uint32_t slot = 0;
 

@@ -72,6 +72,7 @@ std::string xml_representation(const std::string& text) {
 
 std::string xml_representation(const std::list<Rect<float>>& rects) {
   std::ostringstream text;
+  text.exceptions(std::ios::badbit);  // else a text without memory would end early
   const char* separator = "";
   for (const Rect<float>& rect : rects) {
     text << separator << rect;

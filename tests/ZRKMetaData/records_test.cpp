@@ -6,6 +6,7 @@
 #include "ZRKMetaData/src/MetaDataUUID.h"
 #include "ZRKMetaData/src/ZRKMMetaDataReader.h"
 #include "tests/support/Captured.h"
+#include "tests/support/Device.h"
 #include "tests/support/Hex.h"
 #include "tests/support/Streams.h"
 
@@ -20,6 +21,7 @@ using recording::streamId;
 using testing_support::AssertionLog;
 using testing_support::Captured;
 using testing_support::Collector;
+using testing_support::Device;
 using testing_support::filledRecords;
 using testing_support::filledTexts;
 using testing_support::Filler;
@@ -125,6 +127,32 @@ TYPED_TEST(Streams, AreReadAheadAsIfRecordByRecord) {
             << "cut " << cut << " size " << size << " most " << most;
       }
     }
+  }
+}
+
+// A device that fails gives the whole records before the failure and nothing made up; one that
+// comes short is at its end.
+TYPED_TEST(Streams, OfADeviceThatGivesUpEndThere) {
+  const Bytes whole = entryBytes({streamId(0xF0), filledRecords<TypeParam>(3)});
+  const auto all = filledTexts<TypeParam>(3);
+  const auto outcomeOn = [](auto& source) {
+    std::istream in(&source);
+    Collector<TypeParam> observer;
+    try {
+      MetaDataReader<TypeParam>().parseFile(observer, in, 0, 1 << 20);
+    } catch (const std::runtime_error&) {  // of the leading field, as at the end of a file
+    }
+    return observer.records;
+  };
+  for (std::size_t last = 0; last <= whole.size(); ++last) {
+    Device failing(whole, last, Device::Ends::Failing);
+    const auto records = outcomeOn(failing);
+    ASSERT_TRUE(std::equal(records.begin(), records.end(), all.begin())) << last;
+    EXPECT_EQ(records.size() == all.size(), last == whole.size()) << last;
+
+    Device comingShort(whole, last, Device::Ends::Short);
+    std::stringbuf cut(whole.substr(0, last));
+    EXPECT_EQ(outcomeOn(comingShort), outcomeOn(cut)) << last;
   }
 }
 

@@ -4,6 +4,7 @@
 #include <sstream>
 
 #include "ZRKMetaData/src/ZRKMStreamWindow.h"
+#include "tests/support/Device.h"
 
 namespace ZRKMetaData {
 namespace {
@@ -110,25 +111,10 @@ TEST(StreamWindow, FetchesEachByteOnceAndAsksForNoPosition) {
   EXPECT_EQ(source.seeks, 1U);    // to where the window begins
 }
 
-// A device that gives up at a byte: everything before it is still delivered, large window or not.
-class FailingBuffer final : public std::stringbuf {
- public:
-  FailingBuffer(const std::string& text, std::streamoff failsAt)
-      : std::stringbuf(text, std::ios::in), m_failsAt(failsAt) {}
-
- protected:
-  std::streamsize xsgetn(char* to, std::streamsize count) override {
-    if (gptr() - eback() + count > m_failsAt) throw std::runtime_error("device");
-    return std::stringbuf::xsgetn(to, count);
-  }
-
- private:
-  const std::streamoff m_failsAt;
-};
-
+// Everything before it is still delivered, large window or not.
 TEST(StreamWindow, DeliversWhatStandsBeforeAFailingByte) {
   const std::string bytes = countingBytes(200);
-  FailingBuffer source(bytes, 100);
+  testing_support::Device source(bytes, 100, testing_support::Device::Ends::Failing);
   std::istream in(&source);
   StreamWindow window(in, 0, 64);
   std::string got(10, '?');

@@ -175,33 +175,61 @@ TEST_F(Threads, LoadDifferentStreamsOfOneRecordingAtOnce) {
   for (std::thread& thread : threads) thread.join();
 }
 
-TEST_F(Threads, EvaluateWhileAWriterChanges) {
+// Readers evaluate, search, copy and write, others watch, and one changes all the while.
+TEST_F(Threads, UseAParameterWhileAWriterChanges) {
   const auto points =
       boost::dynamic_pointer_cast<Parameter<Kestova::Point>>(load("F0", filedStreams()["F0"]));
   std::atomic<bool> isOver{false};
-  std::vector<std::thread> readers;
-  for (int n = 0; n < 3; ++n) {
-    readers.emplace_back([&] {
-      std::int64_t frame = 0;
-      while (!isOver) {
-        points->valueAt(RationalTime(++frame % 700));
-        points->hasKeyFrameIn({RationalTime(frame % 700), RationalTime(3)});
-        points->keyFrameExists(points->nextKeyFrameTime(RationalTime(frame % 500)));
-      }
+  std::vector<std::thread> threads;
+  const auto repeat = [&](auto action) {
+    threads.emplace_back([&isOver, action] {
+      for (std::int64_t round = 0; !isOver; ++round) action(RationalTime(round % 700));
+    });
+  };
+  for (int n = 0; n < 2; ++n) {
+    repeat([&](const RationalTime& time) {
+      points->valueAt(time);
+      points->hasKeyFrameIn({time, RationalTime(3)});
+      points->keyFrameExists(points->nextKeyFrameTime(time));
     });
   }
+  repeat([&](const RationalTime&) {
+    const boost::shared_ptr<Kestova::SubProject> copy(
+        dynamic_cast<Kestova::SubProject*>(points->clone()));
+    const Kestova::ReadWriteMutex::ScopedReadLock lock(points->mutex());
+    std::ostringstream out;
+    Kestova::XMLOptions options(out);
+    points->toXML(options, 0, "");
+    points->toJSON(Kestova::JSONOptions(out), 0, "", "");
+  });
+  std::atomic<int> told{0};
+  repeat([&](const RationalTime&) {
+    struct Watcher final : Kestova::Observer {
+      explicit Watcher(std::atomic<int>& told_) : told(told_) {}
+      void changed() override { ++told; }
+      std::atomic<int>& told;
+    } watcher(told);
+    points->attach(&watcher);
+    const WriteLock lock(points->mutex());  // nobody is calling it any more
+    points->detach(&watcher);
+  });
+
   const auto isOdd = [](const RationalTime& time) { return time.numerator() % 2 != 0; };
-  for (int round = 0; round < 20; ++round) {
+  for (int round = 0; round < 20 || told == 0; ++round) {
     const WriteLock lock(points->mutex());
     points->removeKeyFrame(RationalTime(10));
     points->addKeyFrame(RationalTime(10), {1.0, 2.0, 0.0}, RationalTime(0));
+    points->moveKeyFrame(RationalTime(12), RationalTime(25, 2));
+    points->moveKeyFrame(RationalTime(25, 2), RationalTime(12));
+    points->replaceKeyFrame(RationalTime(14), points->removeKeyFrame(RationalTime(16)));
+    points->addKeyFrame(RationalTime(16), {5.0, 6.0, 0.0}, RationalTime(0));
     points->setValue({3.0, 4.0, 0.0}, RationalTime(20));
     points->shiftKeyFrames(RationalTime(1, 2), isOdd);
     points->shiftKeyFrames(RationalTime(-1, 2),
                            [](const RationalTime& time) { return !time.isWhole(); });
   }
   isOver = true;
-  for (std::thread& reader : readers) reader.join();
+  for (std::thread& thread : threads) thread.join();
   EXPECT_EQ(points->numKeyFrames(), 601U);
 }
 

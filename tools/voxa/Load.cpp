@@ -5,6 +5,7 @@
 #include <sstream>
 
 #include "host/Kestova/KeyFrameException.h"
+#include "host/Kestova/NumberText.h"
 #include "host/Kestova/ThreadSafe.h"
 #include "loader/VOXAScreenMetaDataLoader.h"
 #include "params/Parameter.h"
@@ -37,12 +38,6 @@ struct Request {
   std::string streamFileName;
   std::string identifier;
 };
-
-std::string textOf(const RationalTime& time) {
-  std::ostringstream text;
-  text << time;
-  return text.str();
-}
 
 double secondsOf(const RationalTime& time, const boost::rational<unsigned int>& rate) {
   return time.toDouble() * rate.denominator() / rate.numerator();
@@ -90,7 +85,7 @@ void describeKeyFrame(Row& row, const Request& request, const RationalTime& time
   if (time.isWhole()) {
     row.field("frame", time.numerator());
   } else {
-    row.field("frame", textOf(time));
+    row.field("frame", std::string_view(Kestova::NumberText(time)));
   }
   row.derivedField("seconds", secondsOf(time, request.rate));
   row.value([&](auto& fields) { describe(fields, value); });
@@ -121,6 +116,7 @@ bool isHostForm(Format format) {
 template <class T>
 void printHostForm(const Request& request, const Parameter<T>& parameter, Output& out) {
   std::ostringstream text;
+  text.exceptions(std::ios::badbit);  // so that nobody gets half of it
   if (request.options.format == Format::HostXml) {
     Kestova::XMLOptions options(text);
     parameter.toXML(options, 0, "");

@@ -1,0 +1,47 @@
+#include "tests/faults/Memory.h"
+
+#include <atomic>
+#include <cstdlib>
+#include <new>
+
+namespace {
+
+std::atomic<std::ptrdiff_t> g_live{0};
+std::atomic<std::ptrdiff_t> g_untilFailure{-1};  // negative: no fuse, or it is blown
+
+}  // namespace
+
+void* operator new(std::size_t size) {
+  if (g_untilFailure >= 0 && g_untilFailure-- == 0) throw std::bad_alloc();
+  void* const memory = std::malloc(size != 0 ? size : 1);
+  if (memory == nullptr) throw std::bad_alloc();
+  ++g_live;
+  return memory;
+}
+
+void operator delete(void* memory) noexcept {
+  if (memory != nullptr) --g_live;
+  std::free(memory);
+}
+
+void operator delete(void* memory, std::size_t) noexcept {
+  operator delete(memory);
+}
+
+namespace faults {
+
+std::ptrdiff_t liveAllocations() {
+  return g_live;
+}
+
+Fuse::Fuse(std::ptrdiff_t count) {
+  g_untilFailure = count;
+}
+Fuse::~Fuse() {
+  g_untilFailure = -1;
+}
+bool Fuse::isBlown() const {
+  return g_untilFailure < 0;
+}
+
+}  // namespace faults
