@@ -139,7 +139,7 @@ class Model {
 
 class Machine {
  public:
-  explicit Machine(fuzz::Input input) : m_input(input) {}
+  explicit Machine(const fuzz::Input& input) : m_input(input) {}
 
   void run() {
     while (!m_input.isEmpty()) {
