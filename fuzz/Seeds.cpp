@@ -1,6 +1,7 @@
 // Writes inputs for each target to begin with, made like samples: Seeds FOLDER
 #include <filesystem>
 #include <fstream>
+#include <random>
 
 #include "tools/recording/Movie.h"
 #include "tools/recording/Records.h"
@@ -63,6 +64,15 @@ void writeSeeds(const std::filesystem::path& root) {
   parameters.write(Bytes("\0\x0A\0\0\0\1", 6) + Bytes("\0\x14\0\4\0\2", 6) +
                    Bytes("\x08\x0F\0\0\0", 5) + Bytes("\2\x0A\0\x0C\0", 5) + Bytes("\3\5\0\1", 4) +
                    Bytes("\6\x14\0\7", 4));
+
+  // Programs of any kind, for they all mean something.
+  std::mt19937 dice(7);
+  Folder window(root, "window");
+  for (int program = 0; program < 200; ++program) {
+    Bytes bytes(50, '\0');
+    for (char& byte : bytes) byte = static_cast<char>(dice());
+    window.write(bytes);
+  }
 }
 
 }  // namespace

@@ -1,6 +1,5 @@
 #include "ZRKMetaData/src/ZRKMScan.h"
 
-#include <algorithm>
 #include <cstring>
 #include <iostream>
 #include <set>
@@ -23,9 +22,9 @@ constexpr uint32 kContainerAtom = 0x5A524B4D;  // "ZRKM"
 constexpr uint32 kEntryAtom = 0x44415441;      // "DATA"
 constexpr uint32 kChunkHeaderSize = 8;
 
-// How many structures a scan still examines once a size has led it backward. Each may cost a seek,
-// so without this a few megabytes could lead a scan about for minutes.
-constexpr uint64 kMostAfterBackward = 1U << 17U;
+// How many steps backward or beyond what is read ahead a scan still takes once a size has led it
+// backward. Each costs a seek, so without this a few megabytes could lead a scan about for minutes.
+constexpr uint64 kMostSeeksAfterBackward = 1U << 17U;
 
 // What follows a look at one structure inside a container.
 enum class Next { Entry, EndOfContainer, EndOfScan };
@@ -71,22 +70,23 @@ class Messages {
 class ScanPlace {
  public:
   ScanPlace(std::istream& stream, int64 fileSize)
-      : window(stream, 0, kReadAhead), m_fileSize(fileSize), m_most(2 * this->fileSize()) {}
+      : window(stream, 0, kReadAhead),
+        m_fileSize(fileSize),
+        m_mostStructures(2 * this->fileSize()) {}
 
   int64 position() const { return window.position(); }
   bool atEnd() const { return window.eof() || position() >= m_fileSize; }
   uint64 fileSize() const { return static_cast<uint64>(m_fileSize); }
 
   /// To be called for each structure before it is read; false ends the scan.
-  bool meet() { return ++m_met <= m_most && m_ledBackward.count(position()) == 0; }
+  bool meet() { return ++m_met <= m_mostStructures && m_ledBackward.count(position()) == 0; }
 
   /// Goes from the structure at `start` to `next`; false ends the scan.
   bool move(int64 start, int64 next) {
     if (next < 0) return false;
-    if (next < start) {
-      if (m_ledBackward.empty()) m_most = std::min(m_most, m_met + kMostAfterBackward);
-      m_ledBackward.insert(start);
-    }
+    if (next < start) m_ledBackward.insert(start);
+    const bool isSeek = next < start || next - start > static_cast<int64>(kReadAhead);
+    if (isSeek && !m_ledBackward.empty() && ++m_seeks > kMostSeeksAfterBackward) return false;
     window.seek(next);
     return true;
   }
@@ -102,7 +102,8 @@ class ScanPlace {
  private:
   const int64 m_fileSize;
   uint64 m_met = 0;
-  uint64 m_most;
+  const uint64 m_mostStructures;
+  uint64 m_seeks = 0;  // since a size led backward
   std::set<int64> m_ledBackward;
 };
 

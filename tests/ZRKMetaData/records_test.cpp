@@ -156,18 +156,6 @@ TYPED_TEST(Streams, OfADeviceThatGivesUpEndThere) {
   }
 }
 
-TYPED_TEST(Streams, StopWhenTheObserverHasEnough) {
-  const Bytes bytes = entryBytes({streamId(0xF0), filledRecords<TypeParam>(3)});
-  const Outcome outcome =
-      outcomeOf<TypeParam>(bytes, 1, [&](Collector<TypeParam>& observer, std::istream& in) {
-        MetaDataReader<TypeParam>().parseFile(observer, in, 0, 1 << 20);
-      });
-  EXPECT_EQ(outcome.records, filledTexts<TypeParam>(1));
-  EXPECT_EQ(outcome.state, std::ios::goodbit);
-  EXPECT_EQ(outcome.position,
-            static_cast<std::streamoff>(24 + Filler<TypeParam>::bytes(1, 1).size()));
-}
-
 TYPED_TEST(Streams, OfAnotherVersionAreRefused) {
   for (const int32 version : {0, 2}) {
     std::istringstream in(entryBytes({streamId(0xF0), filledRecords<TypeParam>(3), version}));

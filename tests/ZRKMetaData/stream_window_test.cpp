@@ -1,10 +1,8 @@
 #include <gtest/gtest.h>
 
-#include <random>
 #include <sstream>
 
 #include "ZRKMetaData/src/ZRKMStreamWindow.h"
-#include "tests/support/Device.h"
 
 namespace ZRKMetaData {
 namespace {
@@ -13,62 +11,6 @@ std::string countingBytes(std::size_t count) {
   std::string bytes(count, '\0');
   for (std::size_t place = 0; place < count; ++place) bytes[place] = static_cast<char>(place % 251);
   return bytes;
-}
-
-// Any run of reads, seeks and peeks gives what the stream itself gives, and leaves it alike.
-TEST(StreamWindow, ReadsAsTheStreamDoes) {
-  const std::string bytes = countingBytes(300);
-  std::mt19937 dice(7);
-  for (int round = 0; round < 2000; ++round) {
-    std::istringstream plain(bytes);
-    std::istringstream windowed(bytes);
-    const std::size_t capacities[] = {0, 1, 7, 64, 1000};
-    StreamWindow window(windowed, 0, capacities[dice() % 5]);
-    if (dice() % 2 == 0) window.limitReadAhead(dice() % 320);
-    for (int step = 0; step < 12 && plain.good(); ++step) {
-      switch (dice() % 4) {
-        case 0: {
-          const auto to = static_cast<int64>(dice() % 301);
-          plain.seekg(to);
-          window.seek(to);
-          break;
-        }
-        case 1:
-          plain.peek();
-          window.peek();
-          break;
-        default: {
-          std::string expected(dice() % 40, '?');
-          std::string got = expected;
-          plain.read(expected.data(), static_cast<std::streamsize>(expected.size()));
-          EXPECT_EQ(window.read(got.data(), got.size()), static_cast<std::size_t>(plain.gcount()));
-          EXPECT_EQ(got, expected);
-        }
-      }
-      ASSERT_EQ(window.eof(), plain.eof()) << round;
-      ASSERT_EQ(window.good(), plain.good()) << round;
-    }
-    window.settle();
-    EXPECT_EQ(windowed.rdstate(), plain.rdstate()) << round;
-    plain.clear();
-    windowed.clear();
-    ASSERT_EQ(windowed.tellg(), plain.tellg()) << round;
-  }
-}
-
-TEST(StreamWindow, CountsWhatIsLeft) {
-  std::istringstream in(countingBytes(300));
-  StreamWindow window(in, 0, 64);
-  char byte = 0;
-  EXPECT_EQ(window.bytesLeft(), 300U);
-  window.read(&byte, 1);
-  EXPECT_EQ(window.bytesLeft(), 299U);
-  window.seek(290);
-  EXPECT_EQ(window.bytesLeft(), 10U);
-  window.read(&byte, 1);
-  EXPECT_EQ(static_cast<unsigned char>(byte), 290 % 251);
-  window.seek(400);
-  EXPECT_EQ(window.bytesLeft(), 0U);
 }
 
 // Counts what is asked of the source underneath.
@@ -109,21 +51,6 @@ TEST(StreamWindow, FetchesEachByteOnceAndAsksForNoPosition) {
   EXPECT_EQ(source.bytes, 100'000U);
   EXPECT_EQ(source.reads, 101U);  // the last finds the end
   EXPECT_EQ(source.seeks, 1U);    // to where the window begins
-}
-
-// Everything before it is still delivered, large window or not.
-TEST(StreamWindow, DeliversWhatStandsBeforeAFailingByte) {
-  const std::string bytes = countingBytes(200);
-  testing_support::Device source(bytes, 100, testing_support::Device::Ends::Failing);
-  std::istream in(&source);
-  StreamWindow window(in, 0, 64);
-  std::string got(10, '?');
-  for (std::size_t n = 0; n < 10; ++n) {
-    ASSERT_EQ(window.read(got.data(), 10), 10U) << n;
-    EXPECT_EQ(got, bytes.substr(10 * n, 10));
-  }
-  EXPECT_EQ(window.read(got.data(), 10), 0U);
-  EXPECT_TRUE(window.bad());
 }
 
 }  // namespace

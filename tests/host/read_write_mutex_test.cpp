@@ -122,22 +122,6 @@ TEST_F(Locks, OfTwoMutexesDoNotMix) {
   });
 }
 
-TEST_F(Locks, WithoutAMutexAreNone) {
-  withinTime([] {
-    const ReadLock read(nullptr);
-    const WriteLock write(nullptr);
-  });
-}
-
-TEST_F(Locks, KeepTheMutexAlive) {
-  boost::weak_ptr<ReadWriteMutex> watched = mutex;
-  auto lock = std::make_unique<ReadLock>(mutex);
-  mutex.reset();
-  EXPECT_FALSE(watched.expired());
-  lock.reset();
-  EXPECT_TRUE(watched.expired());
-}
-
 TEST_F(Locks, ExcludeEachOtherUnderLoad) {
   int balance = 0;
   std::vector<std::thread> threads;

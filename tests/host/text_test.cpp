@@ -48,9 +48,5 @@ TEST(Xml, EscapesMarkupAndDropsWhatItForbids) {
             "a&#9;&#10;&#13;\x7F\xC3\xA9" FFFD "z");
 }
 
-TEST(Objects, AreDescribedByTheirClass) {
-  EXPECT_EQ(Range<int64>().description(), "Kestova::Range<long long>");
-}
-
 }  // namespace
 }  // namespace Kestova

@@ -280,18 +280,6 @@ TYPED_TEST(Parameters, ShowThemselvesToVisitors) {
   EXPECT_THROW(onTheStack.accept(visitor), boost::bad_weak_ptr);
 }
 
-TYPED_TEST(Parameters, AnswerTheHostsHooks) {
-  auto& parameter = *this->shared;
-  parameter.interfaceHook();
-  parameter.interfaceHook2();
-  EXPECT_FALSE(parameter.interfaceQuery());
-  EXPECT_TRUE(parameter.isSerializable());
-  const auto hints = boost::make_shared<UiHints>();
-  parameter.setUiHints(hints);
-  EXPECT_EQ(parameter.uiHints(), hints);
-  EXPECT_EQ(parameter.Parameter<TypeParam>::isEquivalentTo(parameter), false);
-}
-
 TEST(Iterators, SeeKeyframesThatComeAndGoAheadOfThem) {
   LeftParameter<int> parameter({}, "", nullptr);
   for (int n = 1; n <= 5; ++n) parameter.addKeyFrame(T(n), n, T(0));

@@ -49,15 +49,6 @@ TEST(Samples, HoldAStreamOfEveryTypeInEveryContainer) {
   }
 }
 
-TEST(Samples, AreTheSameForTheSameSeed) {
-  const auto block = [](std::uint64_t seed) {
-    return recording::atomBlock(recording::sampleEntries(5, seed));
-  };
-  EXPECT_EQ(block(3), block(3));
-  EXPECT_NE(block(3), block(4));
-  EXPECT_THROW(recording::sampleEntry("numbers", 1, 1), std::invalid_argument);
-}
-
 // The same bytes on every platform: what one writes another reads.
 TEST(Samples, AreTheSameEverywhere) {
   const TempFolder folder;
@@ -190,28 +181,6 @@ TEST_P(Media, AreIndexedAndLoadedWithABlockBehindThem) {
     EXPECT_EQ(tagsOf(out),
               name == "two-videos.mp4" ? (std::vector<int>{1, 2, 0}) : (std::vector<int>{1, 0}));
   }
-}
-
-TEST_P(Media, HideABlockInsideTheirOwnStructures) {
-  const Bytes bytes = bytesOfFile(media());
-  std::istringstream in(bytes);
-  const bool isAtoms = layout() == Layout::Atoms;
-  const char* const type = isAtoms ? "moov" : "RIFF";
-  const auto entries = recording::sampleEntries(1, 1);
-  Bytes nested;
-  std::size_t found = 0;
-  recording::eachStructure(in, layout(), [&](const recording::Structure& structure) {
-    const Bytes whole = bytes.substr(structure.start, structure.end - structure.start);
-    if (structure.type != type) {
-      nested += whole;
-      return;
-    }
-    ++found;
-    nested += isAtoms ? recording::atom(type, whole.substr(8) + recording::atomBlock(entries))
-                      : recording::chunk(type, whole.substr(8) + recording::chunkBlock(entries));
-  });
-  ASSERT_EQ(found, 1U);
-  EXPECT_EQ(streamsOf(folder.file(GetParam(), nested)).size(), 0U);
 }
 
 INSTANTIATE_TEST_SUITE_P(Files, Media,
