@@ -175,7 +175,8 @@ int complain(Status status, const std::string& message) {
 }  // namespace
 
 int run(std::vector<std::string> arguments) {
-  // What the module says of each of a million records is then written in large pieces.
+  // What the module says of each of a million records is then written in large pieces, behind the
+  // reports of assertions where both are said of one record.
   std::ios::sync_with_stdio(false);
   try {
     return CommandLine().run(std::move(arguments));
