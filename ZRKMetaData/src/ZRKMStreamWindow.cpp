@@ -40,7 +40,8 @@ void StreamWindow::seek(int64 position) {
 
 uint64 StreamWindow::bytesLeft() {
   const auto ahead = static_cast<uint64>(m_end - m_next);
-  if (!m_stream.good() || !moveStream()) return ahead;
+  const bool hasEnded = !m_mustMove && !m_stream.good();  // while reading ahead
+  if (hasEnded || !moveStream()) return ahead;
   const std::streamoff here = m_stream.tellg();
   const std::streamoff end = m_stream.seekg(0, std::ios::end).tellg();
   m_stream.clear();

@@ -95,13 +95,6 @@ TEST_F(Locks, OfNewReadersQueueBehindAWaitingWriter) {
   });
 }
 
-TEST_F(Locks, AreSharedAmongReaders) {
-  withinTime([this] {
-    const ReadLock mine(mutex);
-    std::thread([this] { const ReadLock theirs(mutex); }).join();
-  });
-}
-
 TEST_F(Locks, ForWritingAreRefusedToAReaderInsteadOfWaitingForEver) {
   withinTime([this] {
     const ReadLock read(mutex);

@@ -73,11 +73,6 @@ TEST_F(Attributes, AreCopiedIntoMetadataWithTheTargetsProject) {
   EXPECT_TRUE(target.metaDataMap()->empty());
 }
 
-TEST_F(Attributes, AreJsonStrings) {
-  attribute.setValue("a\"\n");
-  EXPECT_EQ(attribute.jsonValue(), "\"a\\\"\\n\"");
-}
-
 TEST_F(Attributes, NameTheirParameter) {
   LeftParameter<int> parameter(project, "X", nullptr);
   EXPECT_EQ(parameter.name(), "X");
