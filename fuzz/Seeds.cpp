@@ -1,7 +1,6 @@
 // Writes inputs for each target to begin with, made like samples: Seeds FOLDER
 #include <filesystem>
 #include <fstream>
-#include <random>
 
 #include "tools/recording/Movie.h"
 #include "tools/recording/Records.h"
@@ -65,13 +64,12 @@ void writeSeeds(const std::filesystem::path& root) {
                    Bytes("\x08\x0F\0\0\0", 5) + Bytes("\2\x0A\0\x0C\0", 5) + Bytes("\3\5\0\1", 4) +
                    Bytes("\6\x14\0\7", 4));
 
-  // Programs of any kind, for they all mean something.
-  std::mt19937 dice(7);
+  // Any bytes are a program; the pixels of cursor images are as good as thrown.
+  constexpr std::size_t kProgramSize = 50;
+  const Bytes pixels = recording::sampleEntry("cursor-images", 60, 7).records;
   Folder window(root, "window");
-  for (int program = 0; program < 200; ++program) {
-    Bytes bytes(50, '\0');
-    for (char& byte : bytes) byte = static_cast<char>(dice());
-    window.write(bytes);
+  for (std::size_t place = 0; place < pixels.size(); place += kProgramSize) {
+    window.write(pixels.substr(place, kProgramSize));
   }
 }
 

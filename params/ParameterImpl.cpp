@@ -218,6 +218,7 @@ RationalTime ParameterImpl<T>::setKeyFrameLeadInLength(const RationalTime& time,
                                                        const RationalTime& leadInLength) {
   const Entry place = existing(time);
   if (!hasRoomForLeadIn(place, time, leadInLength)) refuse(time);
+  // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): an observer may take it out
   const KeyFramePointer keyFrame = place.value();
   const RationalTime old = keyFrame->leadInLength();
   keyFrame->setLeadInLength(leadInLength);

@@ -36,6 +36,7 @@ class NumberText {
     append(time.denominator());
   }
 
+  // NOLINTNEXTLINE(google-explicit-constructor): it stands wherever text may
   operator std::string_view() const { return {m_text.data(), m_size}; }
 
   friend std::ostream& operator<<(std::ostream& out, const NumberText& text) {
@@ -58,7 +59,7 @@ class NumberText {
         std::to_chars(m_text.data() + m_size, end, number, form...).ptr - m_text.data());
   }
 
-  std::array<char, 48> m_text;  // two 64-bit numbers and a stroke take 40
+  std::array<char, 48> m_text{};  // two 64-bit numbers and a stroke take 40
   std::size_t m_size = 0;
 };
 

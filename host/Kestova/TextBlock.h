@@ -13,6 +13,7 @@ namespace Kestova {
 /// ends; failures show in the stream's state.
 class TextBlock {
  public:
+  // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): what is not used is not read
   explicit TextBlock(std::ostream& out) : m_out(out) {}
   ~TextBlock() {
     try {
