@@ -4,8 +4,9 @@
 // A scan follows the sizes that the file announces. It stops, keeping what it has, at a header that
 // does not fit into the file, at a zero size, when its own seek or read fails, when it meets a
 // structure whose size led it backward for the second time, and once it has examined more
-// structures than twice the bytes of the file, or 131,072 more than when it was first led backward.
-// A scan that only goes forward never gets that far.
+// structures than twice the bytes of the file; and after 131,072 steps, counted from the first that
+// a size led backward, that are backward or longer than what is read ahead. A scan that only goes
+// forward never gets that far.
 #pragma once
 
 #include <istream>

@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <ostream>
 #include <string_view>
 
 #include "host/Kestova/RationalTime.h"
