@@ -1,6 +1,5 @@
 #include "params/KeyFrame.h"
 
-#include "host/Kestova/NumberText.h"
 #include "params/ValueTraits.h"
 
 namespace Kestova {
@@ -77,19 +76,19 @@ KeyFrame<T>* KeyFrame<T>::clone() const {
 
 template <class T>
 void KeyFrame<T>::xmlElementName(XMLOptions& options) const {
-  options << "Keyframe";
+  options.write("Keyframe");
 }
 
 template <class T>
 void KeyFrame<T>::xmlAttributes(XMLOptions& options) const {
-  options << " time=\"" << NumberText(m_time) << "\" value=\"" << ValueTraits<T>::xmlText(m_value)
-          << "\" leadInLength=\"" << NumberText(m_leadInLength) << "\" ";
-  if (m_interpolater) options << " interpolater=\"" << m_interpolater->typeName() << "\" ";
+  options.write(" time=\"", m_time, "\" value=\"", ValueTraits<T>::xmlText(m_value),
+                "\" leadInLength=\"", m_leadInLength, "\" ");
+  if (m_interpolater) options.write(" interpolater=\"", m_interpolater->typeName(), "\" ");
 }
 
 template <class T>
 void KeyFrame<T>::xmlBody(XMLOptions& options, int indent) const {
-  this->metaDataXML(options, indent);
+  if (m_metaData != nullptr) this->metaDataXML(options, indent);
 }
 
 template <class T>

@@ -8,7 +8,6 @@
 
 #include "host/Kestova/EditRateSource.h"
 #include "host/Kestova/KeyFrameException.h"
-#include "host/Kestova/NumberText.h"
 #include "host/Kestova/TextBlock.h"
 #include "host/Kestova/ThreadSafe.h"
 #include "params/ParameterIterator.h"
@@ -18,19 +17,6 @@
 namespace Kestova {
 
 using ReadLock = ReadWriteMutex::ScopedReadLock;
-
-namespace {
-
-// Most times are whole, which needs no string.
-void writeTime(TextBlock& out, const RationalTime& time) {
-  if (time.isWhole()) {
-    out << NumberText(time);
-  } else {
-    out << json_representation(time);
-  }
-}
-
-}  // namespace
 
 template <class T>
 ParameterImpl<T>::ParameterImpl(const boost::weak_ptr<const ThreadSafe>& owner,
@@ -306,27 +292,26 @@ bool ParameterImpl<T>::isEquivalentTo(const Parameter<T>& other) const {
 template <class T>
 void ParameterImpl<T>::toJSON(const JSONOptions& options, int indent,
                               const std::string& leadingText, const std::string& namePrefix) const {
-  std::ostream& out = options.outStream();
   std::string key = this->name();
   if (key.compare(0, namePrefix.size(), namePrefix) == 0) key.erase(0, namePrefix.size());
-  out << leadingText << json_indent(indent) << '"' << key << "\" : ";
+  TextBlock out(options.outStream());
+  out.write(leadingText, Indent{indent}, '"', key, "\" : ");
   if (isWrittenAsValueAlone()) {
-    out << ValueTraits<T>::jsonText(this->valueAt(RationalTime(0)));
+    out.write(ValueTraits<T>::jsonText(this->valueAt(RationalTime(0))));
     return;
   }
-  out << "{\n"
-      << json_indent(indent + 1) << json_keyname("type")
-      << json_representation(std::string(ValueTraits<T>::kTypeName));
+  out.write("{\n", Indent{indent + 1}, json_keyname("type"),
+            json_representation(std::string(ValueTraits<T>::kTypeName)));
+  out.flush();
   this->writeExtraJSON(options, indent + 1);
   if (const auto own = this->interpolater(); own && own != this->defaultInterpolater()) {
-    out << ",\n"
-        << json_indent(indent + 1) << json_keyname("interp")
-        << json_representation(own->typeName());
+    out.write(",\n", Indent{indent + 1}, json_keyname("interp"),
+              json_representation(own->typeName()));
   }
   writeBounds(out, indent + 1);
   writeHints(out, indent + 1);
-  writeKeyFrames(options, indent + 1);
-  out << '\n' << json_indent(indent) << '}';
+  writeKeyFrames(out, options, indent + 1);
+  out.write('\n', Indent{indent}, '}');
 }
 
 template <class T>
@@ -340,38 +325,34 @@ bool ParameterImpl<T>::isWrittenAsValueAlone() const {
 }
 
 template <class T>
-void ParameterImpl<T>::writeBounds(std::ostream& out, int indent) const {
+void ParameterImpl<T>::writeBounds(TextBlock& out, int indent) const {
   const auto bounds = this->valueBounds();
   if (!bounds) return;
-  const std::string inside = json_indent(indent + 1);
-  out << ",\n"
-      << json_indent(indent) << json_keyname("valueBounds") << "{\n"
-      << inside << json_keyname("minValue") << ValueTraits<T>::jsonText(bounds->minValue) << ",\n"
-      << inside << json_keyname("maxValue") << ValueTraits<T>::jsonText(bounds->maxValue) << ",\n"
-      << inside << json_keyname("defaultValue") << ValueTraits<T>::jsonText(bounds->defaultValue)
-      << '\n'
-      << json_indent(indent) << '}';
+  const Indent inside{indent + 1};
+  out.write(",\n", Indent{indent}, json_keyname("valueBounds"), "{\n");
+  out.write(inside, json_keyname("minValue"), ValueTraits<T>::jsonText(bounds->minValue), ",\n");
+  out.write(inside, json_keyname("maxValue"), ValueTraits<T>::jsonText(bounds->maxValue), ",\n");
+  out.write(inside, json_keyname("defaultValue"), ValueTraits<T>::jsonText(bounds->defaultValue));
+  out.write('\n', Indent{indent}, '}');
 }
 
 template <class T>
-void ParameterImpl<T>::writeHints(std::ostream& out, int indent) const {
+void ParameterImpl<T>::writeHints(TextBlock& out, int indent) const {
   const auto hints = this->uiHints();
   if (!hints) return;
-  const std::string inside = json_indent(indent + 1);
-  out << ",\n"
-      << json_indent(indent) << json_keyname("uiHints") << "{\n"
-      << inside << json_keyname("userInterfaceType")
-      << json_representation(hints->userInterfaceType) << ",\n"
-      << inside << json_keyname("unitType") << json_representation(hints->unitType) << '\n'
-      << json_indent(indent) << '}';
+  const Indent inside{indent + 1};
+  out.write(",\n", Indent{indent}, json_keyname("uiHints"), "{\n");
+  out.write(inside, json_keyname("userInterfaceType"), hints->userInterfaceType, ",\n");
+  out.write(inside, json_keyname("unitType"), hints->unitType);
+  out.write('\n', Indent{indent}, '}');
 }
 
 // The time of a keyframe in JSON is where its lead-in begins.
 template <class T>
-void ParameterImpl<T>::writeKeyFrames(const JSONOptions& options, int indent) const {
+void ParameterImpl<T>::writeKeyFrames(TextBlock& out, const JSONOptions& options,
+                                      int indent) const {
   if (this->numKeyFrames() < 1) return;
-  TextBlock out(options.outStream());
-  out << ",\n" << json_indent(indent) << json_keyname("keyframes") << "[\n";
+  out.write(",\n", Indent{indent}, json_keyname("keyframes"), "[\n");
   const std::string outside = json_indent(indent + 1);
   const std::string inside = json_indent(indent + 2);
   const std::string timeKey = outside + "{\n" + inside + json_keyname("time");
@@ -381,18 +362,16 @@ void ParameterImpl<T>::writeKeyFrames(const JSONOptions& options, int indent) co
   std::string_view separator;
   for (const auto& [time, keyFrame] : m_keyFrames) {
     const RationalTime& leadIn = keyFrame->leadInLength();
-    out << separator << timeKey;
-    writeTime(out, keyFrame->time() - leadIn);
-    out << valueKey << ValueTraits<T>::jsonText(keyFrame->value()) << durationKey;
-    writeTime(out, leadIn);
+    out.write(separator, timeKey, JSONTime{keyFrame->time() - leadIn}, valueKey,
+              ValueTraits<T>::jsonText(keyFrame->value()), durationKey, JSONTime{leadIn});
     if (keyFrame->metaDataMap() != nullptr) {
       out.flush();
       MetaDatable::toJSON(*keyFrame, options, indent + 2, "");
     }
-    out << end;
+    out.write(end);
     separator = ",\n";
   }
-  out << "\n" << json_indent(indent) << "]";
+  out.write('\n', Indent{indent}, ']');
 }
 
 template <class T>
@@ -432,15 +411,16 @@ void ParameterImpl<T>::notify() {
 
 template <class T>
 void ParameterImpl<T>::xmlElementName(XMLOptions& options) const {
-  options << "Parameter";
+  options.write("Parameter");
 }
 
 template <class T>
 void ParameterImpl<T>::xmlBody(XMLOptions& options, int indent) const {
   if (m_keyFrames.empty()) return;
-  options << XMLable::genIndent(indent) << "<Keyframes>\n";
-  for (const auto& [time, keyFrame] : m_keyFrames) keyFrame->toXML(options, indent, "");
-  options << XMLable::genIndent(indent) << "</Keyframes>\n";
+  options.write(Indent{indent}, "<Keyframes>\n");
+  const std::string noPrefix;
+  for (const auto& [time, keyFrame] : m_keyFrames) keyFrame->toXML(options, indent, noPrefix);
+  options.write(Indent{indent}, "</Keyframes>\n");
 }
 
 template <class T>

@@ -13,6 +13,8 @@
 
 namespace Kestova {
 
+class TextBlock;
+
 /// Locks: see ParameterInterface. The interpolater and the name are left to derived classes.
 template <class T>
 class ParameterImpl : public Parameter<T> {
@@ -104,9 +106,9 @@ class ParameterImpl : public Parameter<T> {
   using KeyFramePointer = boost::shared_ptr<KeyFrame<T>>;
 
   bool isWrittenAsValueAlone() const;
-  void writeBounds(std::ostream& out, int indent) const;
-  void writeHints(std::ostream& out, int indent) const;
-  void writeKeyFrames(const JSONOptions& options, int indent) const;
+  void writeBounds(TextBlock& out, int indent) const;
+  void writeHints(TextBlock& out, int indent) const;
+  void writeKeyFrames(TextBlock& out, const JSONOptions& options, int indent) const;
 
   using Entry = typename KeyFrameMap<T>::const_iterator;
   using Place = typename KeyFrameMap<T>::Place;

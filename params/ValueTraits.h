@@ -14,7 +14,7 @@
 
 namespace Kestova {
 
-/// What holds for a type unless its row says otherwise.
+/// What holds for a type unless its row says otherwise. Texts are for a TextBlock.
 template <class T>
 struct CommonValueTraits {
   /// The value to store when `value` is asked for. A type could adjust it here; none does.
@@ -36,11 +36,11 @@ struct JsonValueTraits : CommonValueTraits<T> {
   static std::string jsonText(const T& value) { return json_representation(value); }
 };
 
-/// For types that are written alike in both forms.
+/// For types that are written alike in both forms, and that a block of text writes itself.
 template <class T>
 struct IntegerValueTraits : CommonValueTraits<T> {
-  static NumberText xmlText(T value) { return NumberText(value); }
-  static NumberText jsonText(T value) { return NumberText(value); }
+  static T xmlText(T value) { return value; }
+  static T jsonText(T value) { return value; }
 };
 
 /// One row for each of the types that KESTOVA_FOR_EACH_VALUE_TYPE lists. `kTypeName` is the name
@@ -57,7 +57,7 @@ template <>
 struct ValueTraits<double> : JsonValueTraits<double> {
   static constexpr const char* kTypeName = "double";
   static NumberText xmlText(double value) {
-    return {value, std::numeric_limits<double>::max_digits10};
+    return NumberText(value, std::numeric_limits<double>::max_digits10);
   }
   static bool similarToValue(double left, double right) {
     return left == right || (left != left && right != right);

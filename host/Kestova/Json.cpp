@@ -56,8 +56,7 @@ std::string json_representation(int64 number) {
 }
 
 std::string json_representation(const RationalTime& time) {
-  const std::string text = shortestText(time);
-  return time.isWhole() ? text : '"' + text + '"';
+  return shortestText(JSONTime{time});
 }
 
 std::string json_indent(int level) {

@@ -68,8 +68,8 @@ void MetaDatable::metaDataXML(XMLOptions& options, int indent) const {
   const MetaDataMap* const map = metaDataMap();
   if (map == nullptr) return;
   for (const auto& [key, attribute] : *map) {
-    options << XMLable::genIndent(indent) << "<MetaData key=\"" << xml_representation(key)
-            << "\" value=\"" << xml_representation(attribute->valueString()) << "\"/>\n";
+    options.write(Indent{indent}, "<MetaData key=\"", xml_representation(key), "\" value=\"",
+                  xml_representation(attribute->valueString()), "\"/>\n");
   }
 }
 

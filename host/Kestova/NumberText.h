@@ -11,30 +11,54 @@
 
 namespace Kestova {
 
-/// A plain value that holds the text.
+/// The room that `writeNumber` needs: two 64-bit numbers and a stroke take 40.
+inline constexpr std::size_t kNumberRoom = 48;
+
+// Each writes its number to `first`, where there is room, and returns the end of the text.
+
+/// Doubles: the shortest text that reads back the same; "nan", "inf", "-inf".
+template <class Number>
+char* writeNumber(char* first, Number number) {
+  return std::to_chars(first, first + kNumberRoom, number).ptr;
+}
+
+/// "10" when whole, else "21/2".
+inline char* writeNumber(char* first, const RationalTime& time) {
+  char* end = writeNumber(first, time.numerator());
+  if (time.isWhole()) return end;
+  *end++ = '/';
+  return std::to_chars(end, first + kNumberRoom, time.denominator()).ptr;
+}
+
+/// What JSON has for a time: a whole one as a number, another as the fraction in quotes.
+struct JSONTime {
+  const RationalTime& time;
+};
+inline char* writeNumber(char* first, const JSONTime& json) {
+  if (json.time.isWhole()) return writeNumber(first, json.time.numerator());
+  *first = '"';
+  char* const end = writeNumber(first + 1, json.time);
+  *end = '"';
+  return end + 1;
+}
+
+/// `digits` significant digits at most, as printf's %g writes them; `digits` is 6 or more.
+inline char* writeNumber(char* first, double number, int digits) {
+  constexpr double kLimit = 1e6;
+  const bool isPlainInteger =  // of few enough digits; not the negative zero
+      number > -kLimit && number < kLimit &&
+      static_cast<double>(static_cast<int>(number)) == number &&
+      (number != 0 || !std::signbit(number));
+  if (isPlainInteger) return writeNumber(first, static_cast<int>(number));
+  return std::to_chars(first, first + kNumberRoom, number, std::chars_format::general, digits).ptr;
+}
+
+/// A plain value that holds the text of a number, given as `writeNumber` takes it.
 class NumberText {
  public:
-  explicit NumberText(int number) { append(number); }
-  explicit NumberText(int64 number) { append(number); }
-
-  /// The shortest text that reads back the same; "nan", "inf", "-inf".
-  explicit NumberText(double number) { append(number); }
-
-  /// `digits` significant digits at most, as printf's %g writes them; `digits` is 6 or more.
-  NumberText(double number, int digits) {
-    if (isPlainInteger(number)) {
-      append(static_cast<int64>(number));
-    } else {
-      append(number, std::chars_format::general, digits);
-    }
-  }
-
-  /// "10" when whole, else "21/2".
-  explicit NumberText(const RationalTime& time) {
-    append(time.numerator());
-    if (time.isWhole()) return;
-    m_text[m_size++] = '/';
-    append(time.denominator());
+  template <class Number, class... Form>
+  explicit NumberText(const Number& number, Form... form) {
+    m_size = static_cast<std::size_t>(writeNumber(m_text.data(), number, form...) - m_text.data());
   }
 
   // NOLINTNEXTLINE(google-explicit-constructor): it stands wherever text may
@@ -45,22 +69,7 @@ class NumberText {
   }
 
  private:
-  // A whole number of few enough digits that it is written as it is; not the negative zero.
-  static bool isPlainInteger(double number) {
-    constexpr double kLimit = 1e6;
-    return number > -kLimit && number < kLimit &&
-           static_cast<double>(static_cast<int>(number)) == number &&
-           (number != 0 || !std::signbit(number));
-  }
-
-  template <class Number, class... Form>
-  void append(Number number, Form... form) {
-    char* const end = m_text.data() + m_text.size();
-    m_size = static_cast<std::size_t>(
-        std::to_chars(m_text.data() + m_size, end, number, form...).ptr - m_text.data());
-  }
-
-  std::array<char, 48> m_text{};  // two 64-bit numbers and a stroke take 40
+  std::array<char, kNumberRoom> m_text{};
   std::size_t m_size = 0;
 };
 

@@ -84,12 +84,7 @@ std::string xml_representation(const std::list<Rect<float>>& rects) {
 XMLOptions::XMLOptions(std::ostream& out)
     : m_sink(std::make_unique<XMLSink>(out)), m_out(m_sink.get()) {}
 
-XMLOptions::~XMLOptions() {
-  try {
-    m_sink->flush();  // nothing is left unless an element was given up halfway
-  } catch (...) {     // of a stream that throws; its state tells
-  }
-}
+XMLOptions::~XMLOptions() = default;
 
 std::ostream& XMLOptions::outStream() {
   return m_out;
@@ -101,21 +96,22 @@ XMLable::~XMLable() = default;
 
 void XMLable::toXML(XMLOptions& options, int indent, const std::string& prefix) const {
   const Level level(options.m_depth);
-  options << genIndent(indent) << "<" << prefix;
+  XMLSink& sink = *options.m_sink;
+  options.write(Indent{indent}, "<", prefix);
   xmlElementName(options);
-  options.m_sink->hold(" ");
+  sink.hold(" ");
   xmlAttributes(options);
-  options.m_sink->takeBack();
-  options.m_sink->hold(">\n");
+  sink.takeBack();
+  sink.hold(">\n");
   xmlBody(options, indent + 1);
-  if (options.m_sink->takeBack()) {
-    options << "/>\n";
+  if (sink.takeBack()) {
+    options.write("/>\n");
   } else {
-    options << genIndent(indent) << "</" << prefix;
+    options.write(Indent{indent}, "</", prefix);
     xmlElementName(options);
-    options << ">\n";
+    options.write(">\n");
   }
-  if (level.isOutermost()) options.m_sink->flush();
+  if (level.isOutermost()) sink.text().flush();
 }
 
 void XMLable::xmlElementName(XMLOptions& /*options*/) const {}

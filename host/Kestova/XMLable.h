@@ -31,10 +31,10 @@ class KESTOVA_API XMLOptions {
 
   std::ostream& outStream();
 
-  /// What `outStream` does for plain text, without asking a stream for each word.
-  XMLOptions& operator<<(std::string_view text) {
-    m_sink->append(text);
-    return *this;
+  /// What `outStream` does, for what a TextBlock writes, without asking a stream for each word.
+  template <class... Parts>
+  void write(const Parts&... parts) {
+    m_sink->text().write(parts...);
   }
 
  private:

@@ -1,8 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <sstream>
+
 #include "host/Kestova/Json.h"
 #include "host/Kestova/KvObject.h"
 #include "host/Kestova/Range.h"
+#include "host/Kestova/TextBlock.h"
 #include "host/Kestova/Utf8.h"
 #include "host/Kestova/XMLable.h"
 
@@ -46,6 +49,33 @@ TEST(Xml, EscapesMarkupAndDropsWhatItForbids) {
             "&lt;a b=&quot;c&quot;&gt;&apos;&amp;&apos;&lt;/a&gt;");
   EXPECT_EQ(xml_representation(std::string("a\0\x01\x1F\t\n\r\x7F\xEF\xBF\xBE\xC3\xA9\xFFz", 15)),
             "a&#9;&#10;&#13;\x7F\xC3\xA9" FFFD "z");
+}
+
+// At every distance from the end of the block, with parts that fit, that do not, and that never do.
+TEST(TextBlock, LosesNothingAtItsEnd) {
+  constexpr std::size_t kBlock = sizeof(TextBlock) & ~std::size_t{1023};
+  const RationalTime half(-9223372036854775807, 9223372036854775806);
+  const std::string rest = "-2147483648-9223372036854775807/9223372036854775806    x>\n";
+  for (std::size_t before = kBlock - 2 * kNumberRoom; before <= kBlock + 1; ++before) {
+    for (const std::size_t large : {std::size_t{0}, std::size_t{7}, 2 * kBlock}) {
+      std::ostringstream out;
+      {
+        XMLSink sink(out);
+        sink.text().write(std::string(before, 'a'));
+        sink.text().write(std::numeric_limits<int>::min(), half, Indent{2}, 'x');
+        sink.hold("/ never seen");
+        EXPECT_TRUE(sink.takeBack());
+        sink.hold(">\n");
+        sink.text().write(std::string(large, 'b'));
+        EXPECT_EQ(sink.takeBack(), large == 0);
+        sink.text().write(large == 0 ? ">\n" : "", std::string(large, 'c'), Indent{20'000});
+      }
+      const std::string blanks(40'000, ' ');
+      ASSERT_TRUE(out.str() == std::string(before, 'a') + rest + std::string(large, 'b') +
+                                   std::string(large, 'c') + blanks)
+          << before << " bytes and " << large;
+    }
+  }
 }
 
 }  // namespace
