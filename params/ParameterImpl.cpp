@@ -65,10 +65,10 @@ void ParameterImpl<T>::shiftKeyFrames(const RationalTime& offset,
   for (ParameterIterator<T> at(*this); !at.atEnd(); at.next()) {
     if (predicate(at.time())) moved.push_back(this->removeKeyFrame(at.time()));
   }
-  for (const KeyFramePointer& keyFrame : moved) {
+  for (KeyFramePointer& keyFrame : moved) {
     this->addKeyFrame(keyFrame->time() + offset, keyFrame->value(), keyFrame->leadInLength());
+    keyFrame.reset();  // the next one gets its memory
   }
-  moved.clear();
   batch.release();
   this->notify();
 }
