@@ -64,7 +64,7 @@ class MetaDataFileParser final : public MetaDataParser {
   void close() override { m_infile.close(); }
 
  private:
-  std::array<char, 1024> m_buffer{};  // outlives the stream that uses it
+  std::array<char, 64> m_buffer{};  // outlives the stream that uses it
   std::ifstream m_infile;
   const ContainerKind m_kind;
 };

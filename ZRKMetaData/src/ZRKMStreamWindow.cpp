@@ -4,6 +4,13 @@
 
 namespace ZRKMetaData {
 
+namespace {
+
+// What is read ahead behind a long jump: the headers of one structure, a line of the cache.
+constexpr std::size_t kReadAheadAfterJump = 64;
+
+}  // namespace
+
 StreamWindow::StreamWindow(std::istream& stream, int64 position, std::size_t capacity)
     : m_stream(stream),
       m_buffer(capacity != 0 ? new char[capacity] : nullptr),
@@ -28,6 +35,7 @@ void StreamWindow::seek(int64 position) {
     m_keptStart = windowStart;
     m_keptEnd = m_streamPosition;
   }
+  m_isFar = position < windowStart || position - m_streamPosition > static_cast<int64>(m_capacity);
   m_next = m_end = m_buffer.get();
   m_streamPosition = position;
   if (m_keptStart != m_keptEnd && position >= m_keptStart && position <= m_keptEnd) {
@@ -118,7 +126,9 @@ std::size_t StreamWindow::readStream(char* destination, std::size_t count) {
 // windowful. Reaching the end of the file while reading ahead is no news for the caller yet.
 void StreamWindow::fill(std::size_t count) {
   const int64 room = m_limit > m_streamPosition ? m_limit - m_streamPosition : 0;
-  const auto want = static_cast<std::size_t>(std::min(room, static_cast<int64>(m_capacity)));
+  const bool hasJumped = m_mustMove && m_isFar;
+  const std::size_t most = hasJumped ? std::min(m_capacity, kReadAheadAfterJump) : m_capacity;
+  const auto want = static_cast<std::size_t>(std::min(room, static_cast<int64>(most)));
   if (count > want || count == m_capacity || !moveStream()) return;
   m_keptStart = m_keptEnd = 0;
   m_stream.read(m_buffer.get(), static_cast<std::streamsize>(want));

@@ -89,7 +89,8 @@ class StreamWindow {
   int64 m_streamPosition;
   int64 m_keptStart = 0;  // [m_keptStart, m_keptEnd) is in the buffer though the window was left
   int64 m_keptEnd = 0;
-  bool m_mustMove;  // the stream does not stand at m_streamPosition yet
+  bool m_isFar = false;  // from what was read before, so that little of what is here may be wanted
+  bool m_mustMove;       // the stream does not stand at m_streamPosition yet
   int64 m_limit = std::numeric_limits<int64>::max();
   std::ios::iostate m_state;
 };

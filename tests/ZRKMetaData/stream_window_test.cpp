@@ -53,5 +53,20 @@ TEST(StreamWindow, FetchesEachByteOnceAndAsksForNoPosition) {
   EXPECT_EQ(source.seeks, 1U);    // to where the window begins
 }
 
+TEST(StreamWindow, FetchesLittleAfterALongJump) {
+  CountingBuffer source(countingBytes(100'000), std::ios::in);
+  std::istream in(&source);
+  StreamWindow window(in, 0, 1000);
+  char record[100];
+  for (const auto& [place, count, bytes] : {std::tuple{50'000, 8, 64},   // far: what a header takes
+                                            {50'056, 9, 64 + 1000},      // on from there
+                                            {51'500, 8, 64 + 2 * 1000},  // beyond, but near
+                                            {10'000, 100, 64 + 2 * 1000 + 100}}) {
+    window.seek(place);
+    window.read(record, static_cast<std::size_t>(count));
+    EXPECT_EQ(source.bytes, static_cast<std::size_t>(bytes)) << place;
+  }
+}
+
 }  // namespace
 }  // namespace ZRKMetaData
