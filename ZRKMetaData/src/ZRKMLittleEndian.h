@@ -2,6 +2,7 @@
 #pragma once
 
 #include <boost/endian/buffers.hpp>
+#include <cstring>
 
 #include "ZRKMetaData/src/ZRKMStreamWindow.h"
 
@@ -11,9 +12,15 @@ namespace ZRKMetaData {
 /// stream ends inside it, the bytes not reached keep what they were.
 template <class Number>
 void readLittleEndian(StreamWindow& in, Number& value) {
-  boost::endian::endian_buffer<boost::endian::order::little, Number, sizeof(Number) * 8> buffer{
-      value};
-  in.read(buffer.data(), sizeof buffer);
+  using Buffer =
+      boost::endian::endian_buffer<boost::endian::order::little, Number, sizeof(Number) * 8>;
+  Buffer buffer;
+  if (const char* const ready = in.take(sizeof buffer)) {
+    std::memcpy(buffer.data(), ready, sizeof buffer);
+  } else {
+    buffer = value;
+    in.read(buffer.data(), sizeof buffer);
+  }
   value = buffer.value();
 }
 
