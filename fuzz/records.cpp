@@ -7,6 +7,7 @@
 #include "ZRKMetaData/src/ZRKMMetaDataReader.h"
 #include "fuzz/CountingBuffer.h"
 #include "fuzz/Fuzz.h"
+#include "tools/recording/PlainReading.h"
 
 namespace {
 
@@ -67,29 +68,6 @@ class Collector final : public DataStreamObserver<T> {
   std::vector<std::string> records;
 };
 
-void decode(std::istream& in, double& seconds, CursorImage& image) {
-  readRecord(in, seconds, &image);
-}
-template <class T>
-void decode(std::istream& in, double& seconds, T& value) {
-  readRecord(in, seconds, value);
-}
-
-// Record by record, from the stream itself.
-template <class T>
-void readPlainly(Collector<T>& observer, std::istream& in, int64 size) {
-  in.seekg(kOffset);
-  char header[24] = {};
-  in.read(header, sizeof header);
-  while (in.good() && in.tellg() < static_cast<int64>(kOffset) + size) {
-    double seconds = 0;
-    T value{};
-    decode(in, seconds, value);
-    observer.onData(seconds, value);
-    in.peek();
-  }
-}
-
 template <class T, class Read>
 Outcome outcomeOf(const std::string& bytes, Read read) {
   fuzz::CountingBuffer source(bytes);
@@ -125,10 +103,11 @@ void check(const std::string& stream, int64 size) {
   };
   const Outcome outcome = outcomeOf<T>(bytes, readAhead);
   fuzz::require(outcome == outcomeOf<T>(bytes, readAhead), "two reads of the same bytes agree");
-  fuzz::require(
-      outcome == outcomeOf<T>(bytes, [size](Collector<T>& observer,
-                                            std::istream& in) { readPlainly(observer, in, size); }),
-      "reading ahead is the same as reading record by record");
+  fuzz::require(outcome == outcomeOf<T>(bytes,
+                                        [size](Collector<T>& observer, std::istream& in) {
+                                          recording::readPlainly(observer, in, kOffset, size);
+                                        }),
+                "reading ahead is the same as reading record by record");
   for (const std::string& record : outcome.records) {
     const bool isSplit = std::is_same_v<T, std::string> || std::is_same_v<T, CursorImage>;
     fuzz::require(standsIn(bytes, isSplit ? record.substr(8) : record),

@@ -9,6 +9,7 @@
 #include "tests/support/Device.h"
 #include "tests/support/Hex.h"
 #include "tests/support/Streams.h"
+#include "tools/recording/PlainReading.h"
 
 namespace ZRKMetaData {
 namespace {
@@ -17,6 +18,7 @@ using recording::Bytes;
 using recording::Entry;
 using recording::entryBytes;
 using recording::littleEndian;
+using recording::readPlainly;
 using recording::streamId;
 using testing_support::AssertionLog;
 using testing_support::Captured;
@@ -42,33 +44,6 @@ struct Outcome {
 std::ostream& operator<<(std::ostream& out, const Outcome& outcome) {
   return out << outcome.records.size() << " records, error \"" << outcome.error << "\", state "
              << outcome.state << ", at " << outcome.position;
-}
-
-void decode(std::istream& in, double& seconds, CursorImage& image) {
-  readRecord(in, seconds, &image);
-}
-template <class T>
-void decode(std::istream& in, double& seconds, T& value) {
-  readRecord(in, seconds, value);
-}
-
-// Record by record from the stream itself, asking it for everything: what a reader that reads ahead
-// is measured by.
-template <class T>
-void readPlainly(Collector<T>& observer, std::istream& in, int64 offset, int64 size) {
-  in.clear();
-  in.seekg(offset);
-  Bytes header(24, '\0');
-  in.read(header.data(), 24);
-  if (in.eof()) return;
-  while (in.good() && in.tellg() < offset + size) {
-    double seconds = 0;
-    T value{};
-    decode(in, seconds, value);
-    if (!observer.onData(seconds, value)) return;
-    in.peek();
-    if (in.eof()) return;
-  }
 }
 
 template <class T, class Read>
