@@ -89,6 +89,6 @@ void evaluateSortedAtRandom(benchmark::State& state) {
   }
   state.SetItemsProcessed(state.iterations() * state.range());
 }
-BENCHMARK(evaluateSortedAtRandom)->Apply(bench::tenfold);
+BENCHMARK(evaluateSortedAtRandom)->Apply(bench::tenfoldAndDoubling);
 
 }  // namespace

@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <array>
 #include <ostream>
-#include <string>
 #include <string_view>
 #include <type_traits>
 
@@ -86,16 +85,17 @@ class KESTOVA_API TextBlock {
     return first;
   }
 
-  // What may be larger than the block.
+  // A part of what is larger than the block together.
   template <class Part>
   void writeLarge(const Part& part) {
     if constexpr (kIsText<Part>) {
       writeText(part);
     } else {
-      std::string text(mostOf(part), ' ');
-      text.resize(static_cast<std::size_t>(put(text.data(), part) - text.data()));
-      writeText(text);
+      write(part);
     }
+  }
+  void writeLarge(Indent indent) {
+    for (int level = 0; level < indent.level; ++level) write("  ");
   }
   void writeText(std::string_view text);
 
