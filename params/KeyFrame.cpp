@@ -88,6 +88,7 @@ void KeyFrame<T>::xmlAttributes(XMLOptions& options) const {
 
 template <class T>
 void KeyFrame<T>::xmlBody(XMLOptions& options, int indent) const {
+  // Most have none and need not ask for it through two more calls.
   if (m_metaData != nullptr) this->metaDataXML(options, indent);
 }
 
