@@ -3,7 +3,7 @@
 #include <cmath>
 
 #include "host/Kestova/NumberText.h"
-#include "host/Kestova/Utf8.h"
+#include "text/Utf8.h"
 
 namespace Kestova {
 
@@ -36,9 +36,9 @@ std::string shortestText(Number number) {
 
 }  // namespace
 
-std::string json_representation(const std::string& text) {
+std::string json_representation(const std::string& value) {
   std::string json = "\"";
-  for (const char character : wellFormedUtf8(text)) appendEscaped(json, character);
+  for (const char character : text::wellFormedUtf8(value)) appendEscaped(json, character);
   json += '"';
   return json;
 }

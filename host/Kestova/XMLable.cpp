@@ -2,7 +2,7 @@
 
 #include <sstream>
 
-#include "host/Kestova/Utf8.h"
+#include "text/Utf8.h"
 
 namespace Kestova {
 
@@ -30,15 +30,14 @@ bool isForbidden(char32_t character) {
 
 }  // namespace
 
-std::string xml_representation(const std::string& text) {
-  const std::string wellFormed = wellFormedUtf8(text);
+std::string xml_representation(const std::string& value) {
+  const std::string wellFormed = text::wellFormedUtf8(value);
   std::string_view rest = wellFormed;
   std::string xml;
   xml.reserve(wellFormed.size());
   while (!rest.empty()) {
-    const std::string_view before = rest;
-    const char32_t character = takeCharacter(rest);
-    switch (character) {
+    const text::Utf8Character character = text::firstCharacter(rest);
+    switch (character.codePoint) {
       case '&':
         xml += "&amp;";
         break;
@@ -64,8 +63,9 @@ std::string xml_representation(const std::string& text) {
         xml += "&#13;";
         break;
       default:
-        if (!isForbidden(character)) xml += before.substr(0, before.size() - rest.size());
+        if (!isForbidden(character.codePoint)) xml += rest.substr(0, character.length);
     }
+    rest.remove_prefix(character.length);
   }
   return xml;
 }

@@ -6,8 +6,8 @@
 #include "host/Kestova/KvObject.h"
 #include "host/Kestova/Range.h"
 #include "host/Kestova/TextBlock.h"
-#include "host/Kestova/Utf8.h"
 #include "host/Kestova/XMLable.h"
+#include "text/Utf8.h"
 
 namespace Kestova {
 namespace {
@@ -35,7 +35,7 @@ TEST(Utf8, ReplacesWhatIsNotWellFormed) {
            Row{"cut inside a character", "\xF0\x9F\x98", FFFD},
            Row{"a lead where a continuation should be", "\xE2\x82\xC3\xA9", FFFD "\xC3\xA9"},
        }) {
-    EXPECT_EQ(wellFormedUtf8(row.text), row.result) << row.why;
+    EXPECT_EQ(text::wellFormedUtf8(row.text), row.result) << row.why;
   }
 }
 

@@ -2,7 +2,7 @@
 
 #include <cstdio>
 
-#include "host/Kestova/Utf8.h"
+#include "text/Utf8.h"
 #include "tools/voxa/Failure.h"
 
 namespace voxa {
@@ -15,16 +15,9 @@ template <class Take>
 void eachCharacter(std::string_view text, Take take) {
   static constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
   while (!text.empty()) {
-    const std::string_view before = text;
-    if (static_cast<unsigned char>(text.front()) < 0x80) {
-      take(text.substr(0, 1));
-      text.remove_prefix(1);
-      continue;
-    }
-    const char32_t character = Kestova::takeCharacter(text);
-    take(character == Kestova::kReplacementCharacter
-             ? kReplacement
-             : before.substr(0, before.size() - text.size()));
+    const text::Utf8Character character = text::firstCharacter(text);
+    take(character.isWellFormed ? text.substr(0, character.length) : kReplacement);
+    text.remove_prefix(character.length);
   }
 }
 
