@@ -24,6 +24,19 @@ class Folder {
   int m_count = 0;
 };
 
+// Blocks whose entries each lead back to a lane of small atoms, which the scan then walks again.
+Bytes laneWalkedAgain() {
+  constexpr int kCount = 64;
+  Bytes bytes;
+  for (int n = 0; n < kCount; ++n) bytes += recording::atom("free", "");
+  for (int n = 0; n < kCount; ++n) {
+    const std::uint64_t back = std::uint64_t{0} - (bytes.size() + 8);
+    bytes += recording::atom(
+        "ZRKM", recording::bigEndian(std::uint32_t{1}) + "free" + recording::bigEndian(back));
+  }
+  return bytes;
+}
+
 void writeSeeds(const std::filesystem::path& root) {
   const auto entries = recording::sampleEntries(0.1, 1);
   Folder index(root, "index");
@@ -33,6 +46,7 @@ void writeSeeds(const std::filesystem::path& root) {
               recording::wideAtom(
                   "ZRKM", recording::wideAtom("DATA", recording::entryBytes(entries.front()))));
   index.write(Bytes(1, 2) + recording::entryBytes(entries.front()));
+  index.write(Bytes(1, 1) + laneWalkedAgain());
 
   Folder records(root, "records");
   static constexpr const char* kTypes[] = {"ints",       "doubles", "int64s", "strings",

@@ -56,11 +56,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   fuzz::Input input(data, size);
   std::istringstream plain(countingBytes());
   std::istringstream windowed(countingBytes());
-  StreamWindow window(windowed, 0, input.take<std::uint8_t>());
-  const auto limit = input.take<std::uint16_t>() % 640;
-  if (limit < 320) window.limitReadAhead(limit);
-  while (!input.isEmpty() && plain.good()) step(input, plain, window);
-  window.settle();
+  {
+    StreamWindow window(windowed, 0, input.take<std::uint8_t>());
+    const auto limit = input.take<std::uint16_t>() % 640;
+    if (limit < 320) window.limitReadAhead(limit);
+    while (!input.isEmpty() && plain.good()) step(input, plain, window);
+  }
   fuzz::require(windowed.rdstate() == plain.rdstate(), "the stream is left in the same state");
   plain.clear();
   windowed.clear();

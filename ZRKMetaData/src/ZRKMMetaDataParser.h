@@ -62,8 +62,13 @@ class MetaDataParser {
   /// owns the result.
   static MetaDataParser* createForStream(std::istream& stream, ContainerKind kind);
 
-  /// Builds the index anew, from byte 0. Nothing is thrown for damaged input: a scan ends at what
-  /// it cannot follow and keeps what it has. Its time is bounded by the bytes of the source.
+  /// Rebuilds the index, from byte 0. Nothing but std::bad_alloc is thrown, whatever the exception
+  /// mask of the stream: a scan ends at what it cannot follow and keeps what it has. Its time is
+  /// bounded by the bytes of the source.
+  ///
+  /// Afterwards the stream has the position and the indicators that reading without read-ahead
+  /// leaves. A failure that was set before, or that the scan met, stays set, and a scan of a failed
+  /// stream finds nothing (a raw one: the nil identifier at {0, -1}): clear it first.
   void scan();
 
   const MetaDataLocations& locations() const { return m_locations; }

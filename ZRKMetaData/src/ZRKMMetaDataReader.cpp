@@ -156,17 +156,11 @@ void MetaDataReader<T>::parseFile(DataStreamObserver<T>& observer, std::istream&
   const bool isBounded = !sumOverflows(offset, size);
   const int64 end = isBounded ? offset + size : offset;
   in.limitReadAhead(end);
-  try {
-    if (!isReadableVersion(readHeader(in))) {
-      std::cout << "MetaDataReader<T>::parseFile - Version is larger than what we can handle\n";
-    } else {
-      deliverRecords(observer, in, end);
-    }
-  } catch (...) {
-    in.settle();
-    throw;
+  if (!isReadableVersion(readHeader(in))) {
+    std::cout << "MetaDataReader<T>::parseFile - Version is larger than what we can handle\n";
+  } else {
+    deliverRecords(observer, in, end);
   }
-  in.settle();
 }
 
 template class MetaDataReader<int>;

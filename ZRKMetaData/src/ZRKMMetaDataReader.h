@@ -52,13 +52,15 @@ class MetaDataReader {
   /// The file ends inside a leading time or size: std::runtime_error "invalid meta data entry".
   /// A length over 64 MiB beyond the file, or a string size below 8: std::length_error.
   /// Records before the faulty one are delivered in each case. The stream is left where reading
-  /// record by record would have left it, however far ahead the reader has read.
+  /// record by record would have left it, however far ahead the reader has read. Its exception mask
+  /// is set aside meanwhile: a failure of the stream ends the read and never throws by itself.
   void parseFile(DataStreamObserver<T>& observer, std::istream& stream, int64 offset, int64 size);
 };
 
 /// Decode one record from where `in` stands; `parseFile` goes through the same code. They throw as
-/// `parseFile` does. Bytes that the stream does not have leave those of `seconds` and `value` as
-/// they were.
+/// `parseFile` does, with the stream's exception mask set aside as there. Afterwards the stream has
+/// the indicators and the position of reading field by field. Bytes that the stream does not have
+/// leave those of `seconds` and `value` as they were.
 void readRecord(std::istream& in, double& seconds, int& value);
 void readRecord(std::istream& in, double& seconds, double& value);
 void readRecord(std::istream& in, double& seconds, int64& value);

@@ -3,6 +3,7 @@
 #include <boost/endian/buffers.hpp>
 
 #include "ZRKMetaData/src/ZRKMAssert.h"
+#include "ZRKMetaData/src/ZRKMExceptionMaskGuard.h"
 #include "ZRKMetaData/src/ZRKMStreamWindow.h"
 
 namespace ZRKMetaData {
@@ -61,11 +62,13 @@ bool readChunkHeader(StreamWindow& in, const uint64& fileSize, char* chunkType, 
 }
 
 bool readAtomHeader(std::istream& in, const uint64& fileSize, uint64* atomSize, uint32* atomType) {
+  const ExceptionMaskGuard maskGuard(in);
   StreamWindow window(in, in.tellg(), 0);
   return readAtomHeader(window, fileSize, atomSize, atomType);
 }
 
 bool readChunkHeader(std::istream& in, const uint64& fileSize, char* chunkType, uint32* chunkSize) {
+  const ExceptionMaskGuard maskGuard(in);
   StreamWindow window(in, in.tellg(), 0);
   return readChunkHeader(window, fileSize, chunkType, chunkSize);
 }

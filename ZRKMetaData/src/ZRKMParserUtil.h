@@ -1,5 +1,5 @@
 // Bounded readers of container headers. Each is told the size of the file and reads only while the
-// bytes that it needs lie inside it.
+// bytes that it needs lie inside it. The stream's exception mask is set aside meanwhile.
 //
 // Atom header (QuickTime): big-endian 32-bit size of the whole atom, four type bytes; a size below
 // 8 is replaced by a big-endian 64-bit size that follows the type.

@@ -7,6 +7,7 @@
 
 #include "ZRKMetaData/src/MetaDataUUID.h"
 #include "ZRKMetaData/src/ZRKMAssert.h"
+#include "ZRKMetaData/src/ZRKMExceptionMaskGuard.h"
 #include "ZRKMetaData/src/ZRKMParserUtil.h"
 #include "ZRKMetaData/src/ZRKMStreamWindow.h"
 
@@ -21,10 +22,6 @@ constexpr std::size_t kReadAhead = 1024;
 constexpr uint32 kContainerAtom = 0x5A524B4D;  // "ZRKM"
 constexpr uint32 kEntryAtom = 0x44415441;      // "DATA"
 constexpr uint32 kChunkHeaderSize = 8;
-
-// How many steps backward or beyond what is read ahead a scan still takes once a size has led it
-// backward. Each costs a seek, so without this a few megabytes could lead a scan about for minutes.
-constexpr uint64 kMostSeeksAfterBackward = 1U << 17U;
 
 // What follows a look at one structure inside a container.
 enum class Next { Entry, EndOfContainer, EndOfScan };
@@ -46,47 +43,61 @@ int64 wrappingSum(int64 position, uint64 size) {
   return static_cast<int64>(static_cast<uint64>(position) + size);
 }
 
-// Messages for standard error, one a line, written several at a time: a file may hold a million
-// entries that want one, and standard error is not buffered.
+// Collects messages for standard error, one per line, and writes them in blocks: a file may hold a
+// million entries that need one, and standard error is not buffered.
 class Messages {
  public:
-  void add(const char* message) {
-    constexpr std::size_t kMost = 4096;
-    m_text += message;
-    if (m_text.size() >= kMost) write();
-  }
+  Messages() = default;
+  ~Messages() { write(); }
+  Messages(const Messages&) = delete;
+  Messages& operator=(const Messages&) = delete;
 
-  void write() {
-    if (m_text.empty()) return;
-    std::cerr.write(m_text.data(), static_cast<std::streamsize>(m_text.size()));
-    m_text.clear();
+  void add(const char* message) {
+    constexpr std::size_t kBlockByteCount = 4096;
+    m_text += message;
+    if (m_text.size() >= kBlockByteCount) write();
   }
 
  private:
+  void write() noexcept {
+    if (m_text.empty()) return;
+    try {
+      std::cerr.write(m_text.data(), static_cast<std::streamsize>(m_text.size()));
+    } catch (...) {  // the host may have given std::cerr an exception mask
+    }
+    m_text.clear();
+  }
+
   std::string m_text;
 };
 
-// A place in the file that moves from structure to structure and sees to it that the walk ends.
+// The position of a scan, which moves from structure to structure. It also ends the scan where the
+// sizes lead backward without end.
 class ScanPlace {
  public:
-  ScanPlace(std::istream& stream, int64 fileSize)
+  ScanPlace(std::istream& stream, int64 fileSize, uint64 maxAfterBackwardJump)
       : window(stream, 0, kReadAhead),
         m_fileSize(fileSize),
-        m_mostStructures(2 * this->fileSize()) {}
+        m_maxAfterBackwardJump(maxAfterBackwardJump) {}
 
   int64 position() const { return window.position(); }
   bool atEnd() const { return window.eof() || position() >= m_fileSize; }
   uint64 fileSize() const { return static_cast<uint64>(m_fileSize); }
 
-  /// To be called for each structure before it is read; false ends the scan.
-  bool meet() { return ++m_met <= m_mostStructures && m_ledBackward.count(position()) == 0; }
+  /// Must be called for each structure before it is read. Returns false when the scan must end.
+  bool mayExamine() {
+    if (m_ledBackward.empty()) return true;
+    return ++m_examinedAfterBackwardJump <= m_maxAfterBackwardJump &&
+           m_ledBackward.count(position()) == 0;
+  }
 
   /// Goes from the structure at `start` to `next`; false ends the scan.
   bool move(int64 start, int64 next) {
-    if (next < 0) return false;
+    if (next < 0) {
+      window.seek(next);  // leaves the stream as the failed seek of plain reading does
+      return false;
+    }
     if (next < start) m_ledBackward.insert(start);
-    const bool isSeek = next < start || next - start > static_cast<int64>(kReadAhead);
-    if (isSeek && !m_ledBackward.empty() && ++m_seeks > kMostSeeksAfterBackward) return false;
     window.seek(next);
     return true;
   }
@@ -101,24 +112,15 @@ class ScanPlace {
 
  private:
   const int64 m_fileSize;
-  uint64 m_met = 0;
-  const uint64 m_mostStructures;
-  uint64 m_seeks = 0;  // since a size led backward
-  std::set<int64> m_ledBackward;
+  const uint64 m_maxAfterBackwardJump;
+  uint64 m_examinedAfterBackwardJump = 0;
+  std::set<int64> m_ledBackward;  // the structures whose sizes led backward, by position
 };
-
-// Reads the entry header at the place and files `location` under its identifier.
-Next indexEntry(ScanPlace& at, const MetaDataLocation& location, MetaDataLocations& locations) {
-  const MetaDataHeader header = readHeader(at.window);
-  if (!at.window.good()) return Next::EndOfScan;
-  locations[header.uuid] = location;
-  return Next::Entry;
-}
 
 Next scanEntryAtom(ScanPlace& at, int64 containerEnd, MetaDataLocations& locations) {
   if (at.atEnd() || at.position() >= containerEnd) return Next::EndOfContainer;
   const int64 start = at.position();
-  if (!at.meet()) return Next::EndOfScan;
+  if (!at.mayExamine()) return Next::EndOfScan;
 
   uint64 size = 0;
   uint32 type = 0;
@@ -131,10 +133,12 @@ Next scanEntryAtom(ScanPlace& at, int64 containerEnd, MetaDataLocations& locatio
     at.messages.add("Found a non DATA atom mixed in the ZRK meta data\n");
   } else {
     if (!at.hasRoomForHeader()) return Next::EndOfContainer;
+    const int64 offset = at.position();
+    const MetaDataHeader header = readHeader(at.window);
+    if (!at.window.good()) return Next::EndOfScan;
     if (size <= 16) reportAssertion("dataAtomSize > 16", "ZRKMMetaDataParser", 87);
-    // Less 16 even where the atom's own header has only 8 bytes: files are read by this rule.
-    const MetaDataLocation location{at.position(), static_cast<int64>(size - 16)};
-    if (indexEntry(at, location, locations) == Next::EndOfScan) return Next::EndOfScan;
+    // Less 16 even where the atom's own header has only 8 bytes: the format defines it so.
+    locations[header.uuid] = {offset, static_cast<int64>(size - 16)};
   }
   return at.move(start, wrappingSum(start, size)) ? Next::Entry : Next::EndOfScan;
 }
@@ -142,7 +146,7 @@ Next scanEntryAtom(ScanPlace& at, int64 containerEnd, MetaDataLocations& locatio
 Next scanEntryChunk(ScanPlace& at, int64 containerEnd, MetaDataLocations& locations) {
   if (at.atEnd() || at.position() >= containerEnd) return Next::EndOfContainer;
   const int64 start = at.position();
-  if (!at.meet()) return Next::EndOfScan;
+  if (!at.mayExamine()) return Next::EndOfScan;
 
   char type[4];
   uint32 size = 0;
@@ -156,7 +160,9 @@ Next scanEntryChunk(ScanPlace& at, int64 containerEnd, MetaDataLocations& locati
     at.messages.add("Found a non DATA chunk mixed in the ZRK meta data\n");
   } else {
     if (!at.hasRoomForHeader()) return Next::EndOfContainer;
-    if (indexEntry(at, {payload, size}, locations) == Next::EndOfScan) return Next::EndOfScan;
+    const MetaDataHeader header = readHeader(at.window);
+    if (!at.window.good()) return Next::EndOfScan;
+    locations[header.uuid] = {payload, size};
   }
   return at.move(start, payload + size + size % 2) ? Next::Entry : Next::EndOfScan;
 }
@@ -172,7 +178,7 @@ bool scanContainer(ScanPlace& at, int64 end, MetaDataLocations& locations, ScanE
 void walkAtoms(ScanPlace& at, MetaDataLocations& locations) {
   while (!at.atEnd()) {
     const int64 start = at.position();
-    if (!at.meet()) return;
+    if (!at.mayExamine()) return;
     uint64 size = 0;
     uint32 type = 0;
     if (!readAtomHeader(at.window, at.fileSize(), &size, &type) || size == 0) return;
@@ -185,7 +191,7 @@ void walkAtoms(ScanPlace& at, MetaDataLocations& locations) {
 void walkChunks(ScanPlace& at, MetaDataLocations& locations) {
   while (!at.atEnd()) {
     const int64 start = at.position();
-    if (!at.meet()) return;
+    if (!at.mayExamine()) return;
     char type[4];
     uint32 size = 0;
     if (!readChunkHeader(at.window, at.fileSize(), type, &size) || size == 0) return;
@@ -198,23 +204,26 @@ void walkChunks(ScanPlace& at, MetaDataLocations& locations) {
 
 using Walk = void (*)(ScanPlace& at, MetaDataLocations& locations);
 
-void scan(std::istream& stream, MetaDataLocations& locations, Walk walk) {
-  ScanPlace at(stream, beginScan(stream, locations));
+void scan(std::istream& stream, MetaDataLocations& locations, uint64 maxAfterBackwardJump,
+          Walk walk) {
+  const ExceptionMaskGuard maskGuard(stream);
+  ScanPlace at(stream, beginScan(stream, locations), maxAfterBackwardJump);
   walk(at, locations);
-  at.messages.write();
 }
 
 }  // namespace
 
-void scanAtoms(std::istream& stream, MetaDataLocations& locations) {
-  scan(stream, locations, walkAtoms);
+void scanAtoms(std::istream& stream, MetaDataLocations& locations, uint64 maxAfterBackwardJump) {
+  scan(stream, locations, maxAfterBackwardJump, walkAtoms);
 }
 
 void scanChunks(std::istream& stream, MetaDataLocations& locations) {
-  scan(stream, locations, walkChunks);
+  // A chunk's 32-bit size counts from behind its header, so no chunk leads backward.
+  scan(stream, locations, kMaxStructuresAfterBackwardJump, walkChunks);
 }
 
 void scanRaw(std::istream& stream, MetaDataLocations& locations) {
+  const ExceptionMaskGuard maskGuard(stream);
   const int64 fileSize = beginScan(stream, locations);
   StreamWindow window(stream, 0, 0);
   const MetaDataHeader header = readHeader(window);

@@ -12,7 +12,8 @@ constexpr std::size_t kReadAheadAfterJump = 64;
 }  // namespace
 
 StreamWindow::StreamWindow(std::istream& stream, int64 position, std::size_t capacity)
-    : m_stream(stream),
+    : m_maskGuard(stream),
+      m_stream(stream),
       m_buffer(capacity != 0 ? new char[capacity] : nullptr),
       m_capacity(capacity),
       m_next(m_buffer.get()),
@@ -23,6 +24,15 @@ StreamWindow::StreamWindow(std::istream& stream, int64 position, std::size_t cap
 
 StreamWindow::StreamWindow(std::istream& stream) : StreamWindow(stream, 0, 0) {
   m_mustMove = false;
+}
+
+StreamWindow::~StreamWindow() {
+  if (!good()) {
+    m_stream.clear(m_state);
+  } else if (m_next != m_end || m_mustMove || !m_stream.good()) {
+    m_stream.clear();
+    m_stream.seekg(position());
+  }
 }
 
 void StreamWindow::seek(int64 position) {
@@ -53,17 +63,8 @@ uint64 StreamWindow::bytesLeft() {
   const std::streamoff here = m_stream.tellg();
   const std::streamoff end = m_stream.seekg(0, std::ios::end).tellg();
   m_stream.clear();
-  m_stream.seekg(here);
+  if (here >= 0) m_stream.seekg(here);
   return end > here ? ahead + static_cast<uint64>(end - here) : ahead;
-}
-
-void StreamWindow::settle() {
-  if (!good()) {
-    m_stream.clear(m_state);
-  } else if (m_next != m_end || m_mustMove || !m_stream.good()) {
-    m_stream.clear();
-    m_stream.seekg(position());
-  }
 }
 
 std::size_t StreamWindow::readPastWindow(void* destination, std::size_t count) {

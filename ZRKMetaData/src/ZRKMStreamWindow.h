@@ -4,10 +4,11 @@
 // A read obeys the law of std::istream::read: what is there is delivered, the rest of the
 // destination keeps its content, and coming up short sets the end-of-file and failure indicators.
 // The indicators and the position are the window's own; they are those that plain reading of the
-// same bytes would give, however far ahead the window has read. `settle` hands them to the stream.
+// same bytes would give, however far ahead the window has read. The destructor sets both on the
+// stream.
 //
-// One window, one thread. While a window is in use nobody else moves the stream. The stream's
-// exception mask must be empty.
+// A window belongs to one thread. While it lives nobody else uses the stream, and the stream's
+// exception mask is set aside (ZRKMExceptionMaskGuard.h).
 #pragma once
 
 #include <algorithm>
@@ -17,6 +18,7 @@
 #include <memory>
 #include <utility>
 
+#include "ZRKMetaData/src/ZRKMExceptionMaskGuard.h"
 #include "ZRKMetaData/src/ZRKMIntegers.h"
 
 namespace ZRKMetaData {
@@ -29,6 +31,9 @@ class StreamWindow {
 
   /// Reads `stream` from where it stands, nothing ahead; positions count from there.
   explicit StreamWindow(std::istream& stream);
+
+  /// Leaves the stream at the window's position, with the window's indicators.
+  ~StreamWindow();
 
   StreamWindow(const StreamWindow&) = delete;
   StreamWindow& operator=(const StreamWindow&) = delete;
@@ -71,9 +76,6 @@ class StreamWindow {
   /// Bytes from the position to the end of the stream, none when that cannot be told.
   uint64 bytesLeft();
 
-  /// Leaves the stream at the window's position with the window's indicators.
-  void settle();
-
  private:
   std::size_t readPastWindow(void* destination, std::size_t count);
   void peekPastWindow();
@@ -81,6 +83,7 @@ class StreamWindow {
   std::size_t readStream(char* destination, std::size_t count);
   void fill(std::size_t count);
 
+  const ExceptionMaskGuard m_maskGuard;
   std::istream& m_stream;
   const std::unique_ptr<char[]> m_buffer;
   std::size_t m_capacity;

@@ -5,7 +5,9 @@
 #include <sstream>
 
 #include "ZRKMetaData/src/ZRKMMetaDataParser.h"
+#include "ZRKMetaData/src/ZRKMScan.h"
 #include "tests/support/Captured.h"
+#include "tests/support/Device.h"
 #include "tests/support/Hex.h"
 #include "tests/support/TempFolder.h"
 #include "tools/recording/Container.h"
@@ -26,6 +28,7 @@ using recording::streamId;
 using recording::wideAtom;
 using testing_support::AssertionLog;
 using testing_support::Captured;
+using testing_support::Device;
 using testing_support::TempFolder;
 
 using Parser = std::unique_ptr<MetaDataParser>;
@@ -192,6 +195,36 @@ TEST(HostileSizes, OneStepBackIsLegal) {
   EXPECT_EQ(indexOf(hidden + back, Atoms), "F0@24+29 ");
 }
 
+// The first structure leads to the last, which leads back to the second; from there on a scan takes
+// steps of 8 bytes to a block, whose container and entry count as well.
+TEST(HostileSizes, LetAScanExamineOnly131072StructuresAfterABackwardJump) {
+  struct Row {
+    uint64 atoms;
+    std::string index;
+  };
+  for (const Row& row : {Row{131'070, "F0@1048592+29 "}, Row{131'071, ""}}) {
+    const uint64 size = 8 * row.atoms + 53;
+    Bytes bytes = atomWithWideSize(16 + size, "free");
+    for (uint64 n = 0; n < row.atoms; ++n) bytes += atom("free", "");
+    bytes += atomBlock({kEntryF0}) + atomWithWideSize(uint64{0} - size, "free");
+    EXPECT_EQ(indexOf(bytes, Atoms), row.index) << row.atoms;
+  }
+}
+
+// Each block's entry leads back to a lane of small entries, which the block then walks again.
+TEST(HostileSizes, BoundTheMessagesOfAScanThatWalksALaneAgainAndAgain) {
+  constexpr uint64 kCount = 4000;
+  Bytes bytes;
+  for (uint64 n = 0; n < kCount; ++n) bytes += atom("free", "");
+  for (uint64 n = 0; n < kCount; ++n) {
+    bytes += atom("ZRKM", atomWithWideSize(uint64{0} - bytes.size() - 8, "free"));
+  }
+  const Captured errors(std::cerr);
+  EXPECT_EQ(indexOf(bytes, Atoms), "");
+  EXPECT_LE(errors.text().size(),
+            (kMaxStructuresAfterBackwardJump + 1) * (sizeof kForeignAtom - 1));
+}
+
 TEST(HostileSizes, LeadBackAThousandTimesButNotWithoutEnd) {
   // Each atom of the first half leads forward to one of the second, which leads back to the next.
   const auto indexBehindLadder = [](uint64 rungs) {
@@ -212,6 +245,9 @@ TEST(HostileSizes, EntriesOfSixteenBytesOrLessAreReportedAndWrap) {
   const Bytes shorter =
       atomWithSize(8 + 9, "ZRKM", atomWithSize(9, "DATA", entryBytes({streamId(0xF1), ""})));
   EXPECT_EQ(indexOf(shorter, Atoms), "F1@16+-7 ");
+  Device failing(block, 8 + 8 + 23, Device::Ends::Failing);  // the header is read before the report
+  std::istream in(&failing);
+  EXPECT_EQ(shown(*Parser(MetaDataParser::createForStream(in, Atoms))), "");
   const std::string report = "ZRKMMetaDataParser:87 dataAtomSize > 16\n";
   EXPECT_EQ(log.text(), report + report);
 }
@@ -307,12 +343,52 @@ TEST(Parser, ScansAnewFromByteZero) {
   in.seekg(20);
   const Parser parser(MetaDataParser::createForStream(in, Atoms));
   EXPECT_EQ(shown(*parser), "F0@16+29 ");
-  in.clear();
   in.str(atomBlock({kEntryF1}));
   parser->scan();
   EXPECT_EQ(shown(*parser), "F1@16+30 ");
   parser->close();  // a caller's stream stays as it is
   EXPECT_EQ(&parser->stream(), &in);
+}
+
+// Where a scan leaves the stream, with and without an exception mask, and what another scan finds:
+// the same, unless the stream has failed.
+TEST(Parser, LeavesItsStreamAsAScanWithoutReadAheadDoes) {
+  constexpr auto kGood = std::ios::goodbit;
+  constexpr auto kFail = std::ios::failbit;
+  constexpr auto kEnd = std::ios::eofbit | std::ios::failbit;
+  const Bytes block = atomBlock({kEntryF0});
+  struct Row {
+    const char* bytesAre;
+    Bytes bytes;
+    ContainerKind kind;
+    std::ios::iostate state;
+    std::streamoff position;
+    const char* indexAfterwards;
+  };
+  const Row rows[] = {
+      {"whole", block, Atoms, kGood, 53, "F0@16+29 "},
+      {"cut inside a header", block + "cut", Atoms, kGood, 53, "F0@16+29 "},
+      {"ended by a size of 0", block + atomWithWideSize(0, "free", block), Atoms, kGood, 69,
+       "F0@16+29 "},
+      {"leading beyond the end", block + atomWithSize(99, "free", ""), Atoms, kFail, -1, ""},
+      {"leading to before byte 0", block + atomWithWideSize(uint64{1} << 63U, "free"), Atoms, kFail,
+       -1, ""},
+      {"whole chunks", chunkBlock({kEntryF0}), Riff, kGood, 54, "F0@16+37 "},
+      {"a raw entry", entryBytes(kEntryF0), Raw, kGood, 24, "F0@0+37 "},
+      {"a cut raw header", entryBytes(kEntryF0).substr(0, 20), Raw, kEnd, -1, "--@0+-1 "},
+  };
+  for (const Row& row : rows) {
+    for (const auto mask : {std::ios::goodbit, kEnd | std::ios::badbit}) {
+      std::istringstream in(row.bytes);
+      in.exceptions(mask);
+      const Parser parser(MetaDataParser::createForStream(in, row.kind));
+      EXPECT_EQ(in.rdstate(), row.state) << row.bytesAre;
+      EXPECT_EQ(in.good() ? std::streamoff{in.tellg()} : -1, row.position) << row.bytesAre;
+      parser->scan();
+      EXPECT_EQ(shown(*parser), row.indexAfterwards) << row.bytesAre;
+      EXPECT_EQ(in.exceptions(), mask) << row.bytesAre;
+    }
+  }
 }
 
 TEST(Parser, ClosesItsFile) {

@@ -92,6 +92,7 @@ TYPED_TEST(Streams, AreReadAheadAsIfRecordByRecord) {
         ASSERT_EQ(outcomeOf<TypeParam>(bytes, most,
                                        [&](Collector<TypeParam>& observer, std::istream& in) {
                                          in.seekg(0, std::ios::end);
+                                         in.exceptions(std::ios::eofbit | std::ios::failbit);
                                          MetaDataReader<TypeParam>().parseFile(observer, in, 0,
                                                                                bound);
                                        }),
@@ -129,6 +130,31 @@ TYPED_TEST(Streams, OfADeviceThatGivesUpEndThere) {
     std::stringbuf cut(whole.substr(0, last));
     EXPECT_EQ(outcomeOn(comingShort), outcomeOn(cut)) << last;
   }
+}
+
+template <class T>
+T& argumentFor(T& value) {
+  return value;
+}
+CursorImage* argumentFor(CursorImage& value) {
+  return &value;
+}
+
+TYPED_TEST(Streams, HaveFailedWhenARecordIsReadAtAnEndThatWasMet) {
+  std::istringstream in;
+  in.exceptions(std::ios::failbit);
+  in.setstate(std::ios::eofbit);
+  double seconds = 0;
+  TypeParam value{};
+  std::string error;
+  try {
+    readRecord(in, seconds, argumentFor(value));
+  } catch (const std::exception& thrown) {
+    error = thrown.what();
+  }
+  EXPECT_EQ(error, "invalid meta data entry");
+  EXPECT_EQ(in.rdstate(), std::ios::eofbit | std::ios::failbit);
+  EXPECT_EQ(in.exceptions(), std::ios::failbit);
 }
 
 TYPED_TEST(Streams, OfAnotherVersionAreRefused) {

@@ -3,8 +3,10 @@
 
 #include <boost/smart_ptr/make_shared.hpp>
 #include <boost/uuid/uuid_io.hpp>
+#include <iostream>
 #include <sstream>
 
+#include "ZRKMetaData/src/ZRKMScan.h"
 #include "loader/VOXAScreenMetaDataLoader.h"
 #include "params/LeftParameter.h"
 #include "tests/faults/Memory.h"
@@ -43,6 +45,41 @@ void failEachAllocation(Action action, Check check) {
     ASSERT_TRUE(number > 0 || isBlown) << "nothing was allocated";
   }
   ASSERT_TRUE(action());
+}
+
+// Counts what is written to it, without memory.
+class Counter final : public std::streambuf {
+ public:
+  std::streamsize count = 0;
+
+ protected:
+  std::streamsize xsputn(const char* /*text*/, std::streamsize size) override {
+    count += size;
+    return size;
+  }
+};
+
+// The last allocation of this scan is the one for its entry, behind the message of another.
+TEST(ScanFaults, LeaveNoMessageUnwritten) {
+  const auto block = recording::atom(
+      "ZRKM", recording::atom("JUNK", "") + recording::atom("DATA", recording::Bytes(24, '!')));
+  Counter counter;
+  auto* const before = std::cerr.rdbuf(&counter);
+  std::streamsize written = 0;
+  for (std::ptrdiff_t number = 0; number >= 0; ++number) {
+    std::istringstream in(block);
+    ZRKMetaData::MetaDataLocations locations;
+    counter.count = 0;
+    const Fuse fuse(number);
+    try {
+      ZRKMetaData::scanAtoms(in, locations);
+    } catch (const std::bad_alloc&) {
+      written = counter.count;
+    }
+    if (!fuse.isBlown()) break;
+  }
+  std::cerr.rdbuf(before);
+  EXPECT_EQ(written, 49);
 }
 
 class Rate final : public Kestova::ProjectEditRate {
