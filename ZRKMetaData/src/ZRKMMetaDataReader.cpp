@@ -86,30 +86,43 @@ void decode(StreamWindow& in, double& /*seconds*/, std::list<std::string>& value
   }
 }
 
+// The info words and the image behind a data size that has room for both.
+void decodePixels(StreamWindow& in, uint32 dataSize, CursorImage& image) {
+  int32 imageInfo0 = 0;
+  int32 imageInfo1 = 0;
+  readLittleEndian(in, imageInfo0);
+  readLittleEndian(in, imageInfo1);
+  const uint32 count = dataSize - CursorImage::kInfoByteCount;
+  checkAnnounced(in, count);
+  std::unique_ptr<unsigned char[]> data(new unsigned char[count]);
+  const auto got = in.read(data.get(), count);
+  std::fill(data.get() + got, data.get() + count, static_cast<unsigned char>(0));
+  image.m_dataSize = dataSize;
+  image.m_imageInfo0 = imageInfo0;
+  image.m_imageInfo1 = imageInfo1;
+  image.m_data = std::move(data);
+}
+
 void decode(StreamWindow& in, double& seconds, CursorImage& image) {
+  image = CursorImage{};  // what it stays if an exception leaves this function
   uint32 recordSize = 0;
   readLeading(in, recordSize);
   readLittleEndian(in, seconds);
-  readLittleEndian(in, image.m_imageId);
-  readLittleEndian(in, image.m_dataSize);
-  if (image.m_dataSize == 0) return;
-  if (image.m_dataSize <= CursorImage::kInfoByteCount) {
+  uint64 imageId = 0;
+  readLittleEndian(in, imageId);
+  uint32 dataSize = 0;
+  readLittleEndian(in, dataSize);
+  if (dataSize > CursorImage::kInfoByteCount) {
+    decodePixels(in, dataSize, image);
+  } else if (dataSize != 0) {
     reportAssertion("data->m_dataSize == 0 || data->m_dataSize > 8", "ZRKMMetaDataReader", 93);
     // In one piece, since standard output may have no buffer.
     const std::string warning =
         "WARNING: Invalid data size in ZRKMETADATA::CursorImage stream data->m_dataSize = " +
-        std::to_string(image.m_dataSize);
+        std::to_string(dataSize);
     std::cout << warning;
-    image.m_dataSize = 0;
-    return;
   }
-  readLittleEndian(in, image.m_imageInfo0);
-  readLittleEndian(in, image.m_imageInfo1);
-  const uint32 count = image.imageByteCount();
-  checkAnnounced(in, count);
-  image.m_data.reset(new unsigned char[count]);
-  const auto got = in.read(image.m_data.get(), count);
-  std::fill(image.m_data.get() + got, image.m_data.get() + count, static_cast<unsigned char>(0));
+  image.m_imageId = imageId;
 }
 
 // One record as a caller's stream has it, without reading ahead.

@@ -71,9 +71,9 @@ void readRecord(std::istream& in, double& seconds, Rect& value);
 /// Appends the characters to `value`.
 void readRecord(std::istream& in, double& seconds, std::string& value);
 
-/// `data` must be a fresh image. A data size from 1 to 8 is reported as an assertion and as a
-/// warning on standard output; the record then counts as one without an image, and the next one is
-/// decoded from the byte after the data size.
+/// Replaces what `data` holds; after an exception it is an empty image. A data size from 1 to 8 is
+/// reported as an assertion and as a warning on standard output. The record then counts as one
+/// without an image, and the next one is decoded from the byte after the data size.
 void readRecord(std::istream& in, double& seconds, CursorImage* data);
 
 /// A list of strings: size, ignored (4), count (4), then per string its length + 8 (4), a time that

@@ -371,6 +371,21 @@ TEST(CursorImages, WithImpossibleDataSizesAreReportedAndReadOnBehindTheSize) {
   }
 }
 
+TEST(CursorImages, AreEmptyAfterAnException) {
+  const Bytes whole = recording::cursorImageRecord(1, 5, 6, 7, "abc");
+  const Bytes tooLong = whole.substr(0, 20) + littleEndian(0xFFFFFFFFU) + whole.substr(24);
+  for (const Bytes& bytes : {whole.substr(0, 3), tooLong}) {
+    std::istringstream in(whole + bytes);
+    double seconds = 0;
+    CursorImage image;
+    readRecord(in, seconds, &image);
+    EXPECT_EQ(image.imageByteCount(), 3U);
+    EXPECT_THROW(readRecord(in, seconds, &image), std::exception);
+    const CursorImage copy = image;
+    EXPECT_EQ(copy, CursorImage());
+  }
+}
+
 CursorImage image(uint64 id, uint32 size, int32 info0, int32 info1, const char* bytes = nullptr) {
   unsigned char* data = nullptr;
   if (bytes != nullptr) {
