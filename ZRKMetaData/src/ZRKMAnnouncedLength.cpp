@@ -5,9 +5,9 @@
 namespace ZRKMetaData {
 
 void checkAnnounced(StreamWindow& in, uint64 count) {
-  if (count <= kMostMissingBytes) return;
+  if (count <= kMaxMissingBytes) return;
   const uint64 left = in.bytesLeft();
-  if (count > left && count - left > kMostMissingBytes) {
+  if (count > left && count - left > kMaxMissingBytes) {
     throw std::length_error("meta data entry announces " + std::to_string(count) + " bytes where " +
                             std::to_string(left) + " are left");
   }

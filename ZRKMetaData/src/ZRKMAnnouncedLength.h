@@ -10,10 +10,11 @@
 
 namespace ZRKMetaData {
 
-constexpr uint64 kMostMissingBytes = 64U << 20U;
+/// By how much an announced length may exceed what is there: 64 MiB.
+constexpr uint64 kMaxMissingBytes = 64U << 20U;
 
-/// Throws std::length_error, naming both numbers, when `count` announced bytes are over 64 MiB more
-/// than the stream still has. To be called before memory is taken for them.
+/// Throws std::length_error, naming both numbers, when `count` announced bytes exceed what the
+/// stream still has by more than 64 MiB. Call it before allocating memory for them.
 void checkAnnounced(StreamWindow& in, uint64 count);
 
 /// Appends `count` announced bytes to `text`; those that the stream does not have are zero. Checks

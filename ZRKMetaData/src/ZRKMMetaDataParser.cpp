@@ -5,11 +5,13 @@
 #include <fstream>
 #include <locale>
 #include <memory>
+#include <stdexcept>
 #include <string_view>
 #include <utility>
 
 #include "ZRKMetaData/src/ZRKMAnnouncedLength.h"
 #include "ZRKMetaData/src/ZRKMAssert.h"
+#include "ZRKMetaData/src/ZRKMExceptionMaskGuard.h"
 #include "ZRKMetaData/src/ZRKMPlatform.h"
 #include "ZRKMetaData/src/ZRKMScan.h"
 #include "ZRKMetaData/src/ZRKMStreamWindow.h"
@@ -82,6 +84,18 @@ class MetaDataStreamParser final : public MetaDataParser {
   const ContainerKind m_kind;
 };
 
+// Entries may overlap, so a small file can announce any amount in total. Throws std::length_error
+// when the entry at `offset`, to which `in` has moved, would make the copies exceed the size of the
+// source by more than 64 MiB.
+void checkTotal(StreamWindow& in, int64 offset, uint64 total) {
+  if (total <= kMaxMissingBytes) return;
+  const uint64 sourceSize = static_cast<uint64>(offset) + in.bytesLeft();
+  if (total > sourceSize && total - sourceSize > kMaxMissingBytes) {
+    throw std::length_error("meta data entries announce " + std::to_string(total) +
+                            " bytes in all where the source has " + std::to_string(sourceSize));
+  }
+}
+
 MetaDataParser* scanned(std::unique_ptr<MetaDataParser> parser) {
   parser->scan();
   return parser.release();
@@ -130,16 +144,23 @@ std::list<boost::uuids::uuid> MetaDataParser::streamIds() const {
 }
 
 void MetaDataParser::readRawData(std::map<boost::uuids::uuid, std::string>* rawDataMap) {
+  std::istream& in = stream();
+  const ExceptionMaskGuard maskGuard(in);
+  uint64 copied = 0;
   for (const auto& [id, location] : m_locations) {
-    if (!stream().good()) stream().clear();
-    StreamWindow in(stream(), location.offset, 0);
-    in.peek();  // shows a seek that fails before anything is allocated
-    std::string& data = (*rawDataMap)[id];
+    if (!in.good()) in.clear();
+    in.seekg(location.offset);
     if (in.good()) {
+      StreamWindow window(in);
+      const auto count = static_cast<uint64>(location.size);
+      checkAnnounced(window, count);
+      checkTotal(window, location.offset, copied + count);
+      std::string& data = (*rawDataMap)[id];
       data.clear();
-      appendAnnounced(in, static_cast<uint64>(location.size), data);
+      appendAnnounced(window, count, data);
+      copied += count;
     }
-    if (static_cast<int64>(data.length()) != location.size) {
+    if (static_cast<int64>((*rawDataMap)[id].length()) != location.size) {
       reportAssertion("(*rawDataMap)[UUID].length() == fileSize", kUnit, 339);
     }
   }

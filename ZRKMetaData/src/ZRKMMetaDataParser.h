@@ -79,9 +79,14 @@ class MetaDataParser {
   /// All indexed identifiers, in index order. The caller owns the list.
   std::list<boost::uuids::uuid> streamIds() const;
 
-  /// Copies the bytes of each entry, its header included, into the caller's map. Bytes that the
-  /// source does not have are zero. Throws std::length_error, before allocating, for an entry that
-  /// announces over 64 MiB more than there is; entries before it stay copied.
+  /// Copies the bytes of each entry, its header included, into the caller's map, in index order.
+  /// Bytes that the source does not have are zero. An entry whose offset cannot be reached keeps
+  /// what the map holds for it and is reported as an assertion unless the lengths agree.
+  ///
+  /// Throws std::length_error, before allocating, for an entry that announces over 64 MiB more than
+  /// there is, and for one with which all copies together exceed the size of the source by over
+  /// 64 MiB. Entries before it stay copied. The stream's exception mask is set aside meanwhile: a
+  /// failure of the stream never throws by itself.
   void readRawData(std::map<boost::uuids::uuid, std::string>* rawDataMap);
 
  protected:

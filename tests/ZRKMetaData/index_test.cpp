@@ -442,6 +442,7 @@ TEST(RawData, IsZeroWhereTheFileEndsAndRefusesWhatNoFileCouldHold) {
   };
   std::map<boost::uuids::uuid, std::string> data;
   std::istringstream cut(blockAnnouncing(37 + kMostMissing));
+  cut.exceptions(std::ios::eofbit | std::ios::failbit);
   Parser(MetaDataParser::createForStream(cut, Riff))->readRawData(&data);
   ASSERT_EQ(data[streamId(0xF0)].size(), 37 + kMostMissing);
   EXPECT_EQ(data[streamId(0xF0)].substr(0, 40), entryBytes(kEntryF0) + Bytes(3, '\0'));
@@ -449,6 +450,39 @@ TEST(RawData, IsZeroWhereTheFileEndsAndRefusesWhatNoFileCouldHold) {
   std::istringstream hostile(blockAnnouncing(37 + kMostMissing + 1));
   const Parser parser(MetaDataParser::createForStream(hostile, Riff));
   EXPECT_THROW(parser->readRawData(&data), std::length_error);
+}
+
+// Two entries of 24 bytes in a file of 80, which announce more than they have.
+TEST(RawData, MayExceedTheSourceBy64MiBInAll) {
+  constexpr uint32 kMaxExcess = 64U << 20U;
+  const auto announcing = [](unsigned char key, uint32 size) {
+    return atomWithSize(40, "ZRKM",
+                        atomWithSize(16 + size, "DATA", entryBytes({streamId(key), ""})));
+  };
+  for (const bool isOver : {false, true}) {
+    const uint32 rest = 80 + kMaxExcess - 1000 + (isOver ? 1 : 0);
+    std::istringstream in(announcing(0xF0, 1000) + announcing(0xF1, rest));
+    const Parser parser(MetaDataParser::createForStream(in, Atoms));
+    std::map<boost::uuids::uuid, std::string> data;
+    bool isRefused = false;
+    try {
+      parser->readRawData(&data);
+    } catch (const std::length_error&) {
+      isRefused = true;
+    }
+    EXPECT_EQ(isRefused, isOver);
+    EXPECT_EQ(data[streamId(0xF0)].size(), 1000U);
+    EXPECT_EQ(data[streamId(0xF1)].size(), isOver ? 0 : rest);
+  }
+}
+
+TEST(RawData, OfAnEmptyFileIsEmpty) {
+  const AssertionLog log;
+  std::istringstream in;
+  std::map<boost::uuids::uuid, std::string> data{{boost::uuids::uuid{}, "stale"}};
+  Parser(MetaDataParser::createForStream(in, Raw))->readRawData(&data);
+  EXPECT_EQ(data[boost::uuids::uuid{}], "");
+  EXPECT_EQ(log.text(), "");
 }
 
 TEST(RawData, OfAFileThatIsNotThereIsReportedAsMissing) {
