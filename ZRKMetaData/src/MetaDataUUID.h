@@ -17,7 +17,7 @@ namespace ZRKMetaData {
 class StreamWindow;
 
 /// The 24 bytes at the start of every entry: identifier (16), signed version (4), reserved word
-/// (4), little-endian. The defaults are what stands when the file ends before a field.
+/// (4), little-endian. A field that the file does not reach has its default.
 struct MetaDataHeader {
   static constexpr int kByteCount = 24;
 
@@ -26,24 +26,24 @@ struct MetaDataHeader {
   uint32 reserved = 0;  ///< carried, never interpreted
 };
 
-/// Reads a header at the position of `in`. Fields, and bytes of fields, that the stream does not
-/// reach keep their defaults.
+/// Reads a header at the position of `in`. Where the stream ends, the bytes that were not read keep
+/// their defaults.
 MetaDataHeader readHeader(StreamWindow& in);
 
-/// Reads the header that stands at byte `offset` of `stream`, whose state is cleared first.
+/// Clears the state of `stream` and reads the header at byte `offset`.
 MetaDataHeader readHeaderAt(std::istream& stream, int64 offset);
 
-/// The registry. It has no state; every operation may be called from any thread.
+/// The registry. It has no state; any thread may call every operation.
 class MetaDataUUID {
  public:
   static constexpr int kKnownCount = 18;
   static constexpr int kUnknownVersion = -1;
 
-  /// The one format version that is read for `id`: 1 for a known identifier. For any other it
+  /// Returns the one readable format version of `id`: 1 for a known identifier. For any other,
   /// writes a line that names the identifier to standard output and returns -1.
   static int currentVersionForUUID(const boost::uuids::uuid& id);
 
-  /// True for the eighteen identifiers of the registry. Writes nothing.
+  /// Returns true for the eighteen identifiers of the registry. Writes nothing.
   static bool isKnown(const boost::uuids::uuid& id);
 
   /// The registry's identifiers, in its order.
@@ -56,8 +56,8 @@ class MetaDataUUID {
   static boost::uuids::uuid identifierWithKey(unsigned char key);
 };
 
-/// True when a stream with this header may be read: its version equals the registry's, so that an
-/// unknown identifier passes with version -1. May write the registry's message.
+/// Returns true if a stream with this header can be read: its version equals the registry's, which
+/// is -1 for an unknown identifier. May write the registry's message.
 bool isReadableVersion(const MetaDataHeader& header);
 
 }  // namespace ZRKMetaData

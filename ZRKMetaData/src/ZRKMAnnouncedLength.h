@@ -1,6 +1,6 @@
-// Lengths that a file announces for what follows, which may be lies. A value cut short by the end
-// of the file is still delivered at its announced length, zero where nothing was read, but a host
-// must not lose gigabytes to four bytes of a damaged file.
+// Reads values whose length the file announces. A value that the end of the file cuts short is
+// still delivered at its announced length, with zeros in place of the missing bytes. The number of
+// missing bytes is bounded, because four bytes of a damaged file can announce gigabytes.
 #pragma once
 
 #include <string>
@@ -10,15 +10,15 @@
 
 namespace ZRKMetaData {
 
-/// By how much an announced length may exceed what is there: 64 MiB.
+/// The most bytes that may be missing of an announced length: 64 MiB.
 constexpr uint64 kMaxMissingBytes = 64U << 20U;
 
 /// Throws std::length_error, naming both numbers, when `count` announced bytes exceed what the
 /// stream still has by more than 64 MiB. Call it before allocating memory for them.
 void checkAnnounced(StreamWindow& in, uint64 count);
 
-/// Appends `count` announced bytes to `text`; those that the stream does not have are zero. Checks
-/// as `checkAnnounced` does and leaves `text` as it was when that throws.
+/// Appends `count` announced bytes to `text`; bytes that the stream does not have are zero. Throws
+/// as `checkAnnounced` does and then leaves `text` unchanged.
 void appendAnnounced(StreamWindow& in, uint64 count, std::string& text);
 
 }  // namespace ZRKMetaData

@@ -1,4 +1,4 @@
-// The integer types of the container format, by the names the parser's interfaces use.
+// The integer types of the container format, by the names that the parser's interfaces use.
 #pragma once
 
 #include <cstdint>

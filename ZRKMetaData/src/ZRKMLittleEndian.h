@@ -1,4 +1,4 @@
-// Little-endian numbers out of a window.
+// Reads little-endian numbers from a window.
 #pragma once
 
 #include <boost/endian/buffers.hpp>
@@ -8,8 +8,8 @@
 
 namespace ZRKMetaData {
 
-/// Lays the next bytes over the little-endian form of `value`, a number of 4 or 8 bytes. Where the
-/// stream ends inside it, the bytes not reached keep what they were.
+/// Reads a number of 4 or 8 bytes. Where the stream ends inside it, the bytes of `value` that were
+/// not read are unchanged.
 template <class Number>
 void readLittleEndian(StreamWindow& in, Number& value) {
   using Buffer =

@@ -31,7 +31,7 @@ constexpr std::array<std::pair<std::string_view, ContainerKind>, 6> kKindOfExten
     {".dat", Raw},
 }};
 
-// From the last dot of the whole name, wherever it stands: "C:\rec.d\clip" has ".d\clip".
+// The last dot of the whole name counts, also in a directory: "C:\rec.d\clip" has ".d\clip".
 std::string lowerCaseExtension(const std::string& fileName) {
   const auto dot = fileName.rfind('.');
   if (dot == std::string::npos) return {};
@@ -52,7 +52,7 @@ ContainerKind containerKindOfExtension(const std::string& extension) {
 class MetaDataFileParser final : public MetaDataParser {
  public:
   MetaDataFileParser(const std::string& fileName, ContainerKind kind) : m_kind(kind) {
-    // Readers bring windows of their own; a large buffer here would be fetched anew at each seek.
+    // Readers have read-ahead buffers. A large buffer here would be refilled at each seek.
     m_infile.rdbuf()->pubsetbuf(m_buffer.data(), static_cast<std::streamsize>(m_buffer.size()));
     openForReading(m_infile, fileName);
     if (!m_infile.is_open()) {
@@ -96,7 +96,7 @@ void checkTotal(StreamWindow& in, int64 offset, uint64 total) {
   }
 }
 
-MetaDataParser* scanned(std::unique_ptr<MetaDataParser> parser) {
+MetaDataParser* scanAndRelease(std::unique_ptr<MetaDataParser> parser) {
   parser->scan();
   return parser.release();
 }
@@ -112,11 +112,11 @@ MetaDataParser* MetaDataParser::createForFile(const std::string& fileName) {
 }
 
 MetaDataParser* MetaDataParser::createForFile(const std::string& fileName, ContainerKind kind) {
-  return scanned(std::make_unique<MetaDataFileParser>(fileName, kind));
+  return scanAndRelease(std::make_unique<MetaDataFileParser>(fileName, kind));
 }
 
 MetaDataParser* MetaDataParser::createForStream(std::istream& stream, ContainerKind kind) {
-  return scanned(std::make_unique<MetaDataStreamParser>(stream, kind));
+  return scanAndRelease(std::make_unique<MetaDataStreamParser>(stream, kind));
 }
 
 void MetaDataParser::scan() {

@@ -1,11 +1,11 @@
 // Finds the metadata entries of a recording and indexes them by stream identifier. Only container
-// headers and entry headers are read; media and records are stepped over.
+// headers and entry headers are read; media and records are skipped.
 //
 // An entry is a "DATA" atom or chunk inside a top-level "ZRKM" atom (.voxa, .mp4, .mov) or chunk
 // (.avi, .wav), or a whole raw file (.dat). docs/format.md has the layouts byte by byte.
 //
-// A parser is made for one request and used by one thread. Factories return it complete, with its
-// index built; the source stays open as long as the parser lives.
+// A parser serves one request on one thread. The factories return it with its index built. The
+// source stays open as long as the parser lives.
 #pragma once
 
 #include <boost/uuid/uuid.hpp>
@@ -18,14 +18,14 @@
 
 namespace ZRKMetaData {
 
-/// The layout that a source is scanned for.
+/// The container layout of a source.
 enum ContainerKind : int32 { None = 0, Riff = 1, Atoms = 2, Raw = 3 };
 
-/// The kind that goes with a file name: the text from its last dot on, in lower case. ".avi" and
-/// ".wav" are Riff; ".voxa", ".mp4" and ".mov" are Atoms; ".dat" is Raw; all else is None.
+/// Returns the kind that a file name implies by the text from its last dot on, in any letter case:
+/// Riff for ".avi" and ".wav", Atoms for ".voxa", ".mp4" and ".mov", Raw for ".dat", else None.
 ContainerKind containerKindOfFileName(const std::string& fileName);
 
-/// Where an entry stands. Records are read while the position is below `offset + size`.
+/// The place of an entry. Records are read while the position is below `offset + size`.
 struct MetaDataLocation {
   int64 offset = 0;  ///< byte position of the entry's 24-byte header
   /// Extent in bytes from `offset`. Of an atom: its whole size less 16. Of a chunk: its payload
@@ -44,18 +44,18 @@ class MetaDataParser {
 
   virtual ContainerKind containerKind() const = 0;
 
-  /// The stream that the index refers to, wherever the last reading left it.
+  /// The stream that the index refers to, at the position of the last read.
   virtual std::istream& stream() = 0;
 
-  /// Ends the use of the source: a file is closed, a caller's stream is left alone.
+  /// Closes a file; does nothing to a caller's stream.
   virtual void close() = 0;
 
-  /// Opens the file with this UTF-8 name and indexes it by the kind that its name implies. Never
-  /// null; the caller owns the result. A file that cannot be opened is reported as an assertion
-  /// and has an empty index (a raw one: the nil identifier at {0, -1}).
+  /// Opens the file with this UTF-8 name and indexes it by the kind that its name implies. Returns
+  /// a parser that the caller owns, never null. A file that cannot be opened is reported as an
+  /// assertion and has an empty index (a raw one: the nil identifier at {0, -1}).
   static MetaDataParser* createForFile(const std::string& fileName);
 
-  /// Opens the file and indexes it as `kind`, whatever its name says.
+  /// Opens the file and indexes it as `kind`, regardless of its name.
   static MetaDataParser* createForFile(const std::string& fileName, ContainerKind kind);
 
   /// Indexes a caller's stream, which must be able to seek and must outlive the result. The caller

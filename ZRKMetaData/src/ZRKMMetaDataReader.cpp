@@ -17,8 +17,8 @@ namespace {
 constexpr std::size_t kReadAhead = 64U << 10U;
 constexpr uint32 kTimeByteCount = 8;
 
-// The leading field of a record. Here, and nowhere else, the end of the file is an error; a device
-// that fails here counts as the end.
+// Reads the first field of a record, the only one in which the end of the file is an error. A
+// device that fails here counts as the end.
 template <class Number>
 void readLeading(StreamWindow& in, Number& field) {
   readLittleEndian(in, field);
@@ -55,7 +55,8 @@ void decode(StreamWindow& in, double& seconds, FixedSize& value) {
   readValue(in, value);
 }
 
-// The characters behind a size field that counts the time as well, and the time itself.
+// Reads what follows the size field of a string: the time, which the size includes, and the
+// characters.
 void decodeText(StreamWindow& in, uint32 size, double& seconds, std::string& text) {
   readLittleEndian(in, seconds);
   if (size < kTimeByteCount) {
@@ -86,7 +87,7 @@ void decode(StreamWindow& in, double& /*seconds*/, std::list<std::string>& value
   }
 }
 
-// The info words and the image behind a data size that has room for both.
+// Reads the info words and the image. Requires: `dataSize` is above CursorImage::kInfoByteCount.
 void decodePixels(StreamWindow& in, uint32 dataSize, CursorImage& image) {
   int32 imageInfo0 = 0;
   int32 imageInfo1 = 0;
@@ -104,7 +105,7 @@ void decodePixels(StreamWindow& in, uint32 dataSize, CursorImage& image) {
 }
 
 void decode(StreamWindow& in, double& seconds, CursorImage& image) {
-  image = CursorImage{};  // what it stays if an exception leaves this function
+  image = CursorImage{};  // stays so if this function throws
   uint32 recordSize = 0;
   readLeading(in, recordSize);
   readLittleEndian(in, seconds);
@@ -116,7 +117,7 @@ void decode(StreamWindow& in, double& seconds, CursorImage& image) {
     decodePixels(in, dataSize, image);
   } else if (dataSize != 0) {
     reportAssertion("data->m_dataSize == 0 || data->m_dataSize > 8", "ZRKMMetaDataReader", 93);
-    // In one piece, since standard output may have no buffer.
+    // One write, because standard output may be unbuffered.
     const std::string warning =
         "WARNING: Invalid data size in ZRKMETADATA::CursorImage stream data->m_dataSize = " +
         std::to_string(dataSize);
@@ -125,25 +126,25 @@ void decode(StreamWindow& in, double& seconds, CursorImage& image) {
   image.m_imageId = imageId;
 }
 
-// One record as a caller's stream has it, without reading ahead.
+// Decodes one record at the current position of a caller's stream, without read-ahead.
 template <class T>
-void decodeDirectly(std::istream& in, double& seconds, T& value) {
+void decodeUnbuffered(std::istream& in, double& seconds, T& value) {
   StreamWindow window(in);
   decode(window, seconds, value);
 }
 
-// True when `offset + size` leaves 64 bits.
+// Returns true if `offset + size` does not fit into 64 bits.
 bool sumOverflows(int64 offset, int64 size) {
   using Limits = std::numeric_limits<int64>;
   return size > 0 ? offset > Limits::max() - size : offset < Limits::min() - size;
 }
 
 template <class T>
-void empty(T& value) {
+void reset(T& value) {
   value = T{};
 }
-void empty(std::string& value) {
-  value.clear();  // but keep its memory
+void reset(std::string& value) {
+  value.clear();  // keeps its capacity
 }
 
 template <class T>
@@ -151,9 +152,9 @@ void deliverRecords(DataStreamObserver<T>& observer, StreamWindow& in, int64 end
   T value{};
   while (in.good() && in.position() < end) {
     double seconds = 0;
-    empty(value);
+    reset(value);
     decode(in, seconds, value);
-    if (in.bad()) return;  // a device that failed inside the value: what it gave is no record
+    if (in.bad()) return;  // the device failed inside the value, so the record is not whole
     if (!observer.onData(seconds, value)) return;
     in.peek();
   }
@@ -186,39 +187,39 @@ template class MetaDataReader<Rect>;
 template class MetaDataReader<CursorImage>;
 
 void readRecord(std::istream& in, double& seconds, int& value) {
-  decodeDirectly(in, seconds, value);
+  decodeUnbuffered(in, seconds, value);
 }
 
 void readRecord(std::istream& in, double& seconds, double& value) {
-  decodeDirectly(in, seconds, value);
+  decodeUnbuffered(in, seconds, value);
 }
 
 void readRecord(std::istream& in, double& seconds, int64& value) {
-  decodeDirectly(in, seconds, value);
+  decodeUnbuffered(in, seconds, value);
 }
 
 void readRecord(std::istream& in, double& seconds, KeyStroke& value) {
-  decodeDirectly(in, seconds, value);
+  decodeUnbuffered(in, seconds, value);
 }
 
 void readRecord(std::istream& in, double& seconds, Point& value) {
-  decodeDirectly(in, seconds, value);
+  decodeUnbuffered(in, seconds, value);
 }
 
 void readRecord(std::istream& in, double& seconds, Rect& value) {
-  decodeDirectly(in, seconds, value);
+  decodeUnbuffered(in, seconds, value);
 }
 
 void readRecord(std::istream& in, double& seconds, std::string& value) {
-  decodeDirectly(in, seconds, value);
+  decodeUnbuffered(in, seconds, value);
 }
 
 void readRecord(std::istream& in, double& seconds, CursorImage* data) {
-  decodeDirectly(in, seconds, *data);
+  decodeUnbuffered(in, seconds, *data);
 }
 
 void readRecord(std::istream& in, double& seconds, std::list<std::string>& value) {
-  decodeDirectly(in, seconds, value);
+  decodeUnbuffered(in, seconds, value);
 }
 
 }  // namespace ZRKMetaData

@@ -22,13 +22,13 @@
 
 namespace ZRKMetaData {
 
-/// Receives the records of one stream. The reader does not own it; what is deleted through a base
-/// pointer declares a virtual destructor of its own.
+/// Receives the records of one stream. The reader does not own it. A class that is deleted through
+/// a base pointer declares a virtual destructor of its own.
 template <class T>
 class DataStreamObserver {
  public:
-  /// One record and its time in seconds, both valid during the call. False stops the reader. What
-  /// it throws ends the read and reaches the reader's caller.
+  /// Receives one record and its time in seconds; both are valid during the call. Returns false to
+  /// stop the reader. An exception ends the read and reaches the reader's caller.
   virtual bool onData(double seconds, const T& value) = 0;
 
  protected:
@@ -42,25 +42,24 @@ class DataStreamObserver {
 template <class T>
 class MetaDataReader {
  public:
-  /// Delivers the stream that stands at `offset`, an entry's location, in file order. It returns
-  /// when the position is at or beyond `offset + size` bytes, at the end of the file, or when the
-  /// observer returns false; a sum that leaves 64 bits means that nothing is read. A record that
-  /// starts before the bound is read whole.
+  /// Delivers the records of the entry at `offset`, in file order. Returns when the position is at
+  /// or beyond `offset + size` bytes, at the end of the file, or when the observer returns false. A
+  /// record that starts before the bound is read whole. Reads nothing if the sum overflows.
   ///
   /// A header whose version is not the registry's: a message on standard output, no records.
   /// The file ends inside a value: that record is delivered, zero where nothing was read.
   /// The file ends inside a leading time or size: std::runtime_error "invalid meta data entry".
   /// A length over 64 MiB beyond the file, or a string size below 8: std::length_error.
-  /// Records before the faulty one are delivered in each case. The stream is left where reading
-  /// record by record would have left it, however far ahead the reader has read. Its exception mask
-  /// is set aside meanwhile: a failure of the stream ends the read and never throws by itself.
+  /// Records before the faulty one are delivered in each case. Afterwards the stream has the
+  /// position and the indicators of reading record by record. Its exception mask is set aside
+  /// meanwhile: a failure of the stream ends the read and throws nothing by itself.
   void parseFile(DataStreamObserver<T>& observer, std::istream& stream, int64 offset, int64 size);
 };
 
-/// Decode one record from where `in` stands; `parseFile` goes through the same code. They throw as
-/// `parseFile` does, with the stream's exception mask set aside as there. Afterwards the stream has
-/// the indicators and the position of reading field by field. Bytes that the stream does not have
-/// leave those of `seconds` and `value` as they were.
+/// Decode one record at the current position of `in`, with the code that `parseFile` uses. They
+/// throw as `parseFile` does, with the stream's exception mask set aside as there. Afterwards the
+/// stream has the position and the indicators of reading field by field. Where the stream ends, the
+/// bytes of `seconds` and `value` that were not read are unchanged.
 void readRecord(std::istream& in, double& seconds, int& value);
 void readRecord(std::istream& in, double& seconds, double& value);
 void readRecord(std::istream& in, double& seconds, int64& value);

@@ -1,5 +1,5 @@
-// Bounded readers of container headers. Each is told the size of the file and reads only while the
-// bytes that it needs lie inside it. The stream's exception mask is set aside meanwhile.
+// Bounded readers of container headers. Each takes the size of the file in bytes and reads only
+// fields that lie inside it. The stream's exception mask is set aside meanwhile.
 //
 // Atom header (QuickTime): big-endian 32-bit size of the whole atom, four type bytes; a size below
 // 8 is replaced by a big-endian 64-bit size that follows the type.
@@ -15,9 +15,9 @@ namespace ZRKMetaData {
 class StreamWindow;
 
 /// Reads an atom header. `atomSize` receives the size in bytes of the whole atom, `atomType` its
-/// four type bytes as a big-endian number. Returns false, having read no part that does not fit,
-/// when the header does not lie inside the first `fileSize` bytes or the stream fails. Null
-/// pointers are reported as assertions.
+/// four type bytes as a big-endian number. Returns false when the header does not lie inside the
+/// first `fileSize` bytes or the stream fails; fields that do not fit are not read. Null pointers
+/// are reported as assertions.
 bool readAtomHeader(std::istream& in, const uint64& fileSize, uint64* atomSize, uint32* atomType);
 bool readAtomHeader(StreamWindow& in, const uint64& fileSize, uint64* atomSize, uint32* atomType);
 
@@ -26,7 +26,7 @@ bool readAtomHeader(StreamWindow& in, const uint64& fileSize, uint64* atomSize, 
 bool readChunkHeader(std::istream& in, const uint64& fileSize, char* chunkType, uint32* chunkSize);
 bool readChunkHeader(StreamWindow& in, const uint64& fileSize, char* chunkType, uint32* chunkSize);
 
-/// Reads 4 or 8 bytes as an unsigned big-endian number. Bytes that are not there count as zero.
+/// Reads 4 or 8 bytes as an unsigned big-endian number. Missing bytes count as zero.
 uint32 readBigEndian32(std::istream& in);
 uint64 readBigEndian64(std::istream& in);
 

@@ -1,5 +1,5 @@
-// The two things that the parser asks of the operating system. Each platform answers in a file of
-// its own: ZRKMPlatformPosix.cpp, ZRKMPlatformWindows.cpp.
+// The two services that the parser needs from the operating system. Each platform implements them
+// in a file of its own: ZRKMPlatformPosix.cpp, ZRKMPlatformWindows.cpp.
 #pragma once
 
 #include <fstream>
@@ -7,11 +7,11 @@
 
 namespace ZRKMetaData {
 
-/// Opens `file` for binary reading by its UTF-8 name. Only what can be read from and sought in is
-/// opened: a directory, a pipe or a name that leads nowhere leaves `file` closed.
+/// Opens `file` for binary reading by its UTF-8 name. A directory, a pipe or a name without a file
+/// leaves `file` closed, because a recording must be seekable.
 void openForReading(std::ifstream& file, const std::string& name);
 
-/// Where an assertion report goes when the program has set no handler.
+/// The default assertion handler: writes one line to standard error.
 void writeAssertionReport(const char* expression, const char* unit, int line);
 
 }  // namespace ZRKMetaData

@@ -7,8 +7,8 @@
 namespace ZRKMetaData {
 
 void openForReading(std::ifstream& file, const std::string& name) {
-  // The system's names are UTF-8 already. A pipe would block the open, a directory would open and
-  // then fail at the first read; neither is a recording.
+  // File names of the system are UTF-8. Opening a pipe would block, and a directory would open but
+  // fail at the first read.
   struct stat status {};
   if (::stat(name.c_str(), &status) != 0) return;
   if (S_ISREG(status.st_mode) || S_ISBLK(status.st_mode)) {

@@ -9,7 +9,7 @@ namespace ZRKMetaData {
 
 namespace {
 
-// Bytes that are no UTF-8 become U+FFFD, which names no file.
+// Invalid UTF-8 becomes U+FFFD. Such a name matches no file.
 std::wstring utf16Name(const std::string& name) {
   const int size = static_cast<int>(name.size());
   std::wstring wide(name.size(), L'\0');  // UTF-16 never has more units than UTF-8 has bytes

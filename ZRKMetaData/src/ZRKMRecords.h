@@ -26,7 +26,7 @@ struct Point {
   int32 y = 0;
 };
 
-/// Four coordinates in stored order. What each means is the host's to say.
+/// Four coordinates in stored order. The host defines what each means.
 struct Rect {
   Rect() = default;
   Rect(int32 a, int32 b, int32 c, int32 d) : coordinates{a, b, c, d} {}
@@ -40,7 +40,7 @@ class CursorImage {
  public:
   CursorImage() = default;
 
-  /// Takes the buffer, which comes from new[], as it is.
+  /// Takes ownership of `data`, which comes from new[] and may be null.
   CursorImage(uint64 imageId, uint32 dataSize, int32 imageInfo0, int32 imageInfo1,
               unsigned char* data)
       : m_imageId(imageId),
@@ -49,7 +49,7 @@ class CursorImage {
         m_imageInfo1(imageInfo1),
         m_data(data) {}
 
-  /// Copies are deep. When memory runs out the target stays as it was.
+  /// Copies deeply. If std::bad_alloc is thrown, the target is unchanged.
   CursorImage(const CursorImage& other);
   CursorImage& operator=(const CursorImage& other);
 
@@ -73,7 +73,7 @@ class CursorImage {
 bool operator==(const CursorImage& left, const CursorImage& right);
 bool operator!=(const CursorImage& left, const CursorImage& right);
 
-/// Writes "(identifier,size,info,info,address)" for a log; of the address the low 32 bits.
+/// Writes "(identifier,size,info,info,address)" for a log; the address is its low 32 bits, signed.
 std::ostream& operator<<(std::ostream& out, CursorImage image);
 
 }  // namespace ZRKMetaData

@@ -15,19 +15,19 @@ namespace ZRKMetaData {
 
 namespace {
 
-// Wide enough that a run of small structures costs few system calls, small enough that stepping
-// over a large one fetches little for nothing.
+// In bytes. Large enough that a run of small structures costs few system calls, small enough that
+// skipping a large one wastes little.
 constexpr std::size_t kReadAhead = 1024;
 
 constexpr uint32 kContainerAtom = 0x5A524B4D;  // "ZRKM"
 constexpr uint32 kEntryAtom = 0x44415441;      // "DATA"
 constexpr uint32 kChunkHeaderSize = 8;
 
-// What follows a look at one structure inside a container.
+// How a scan goes on after one structure inside a container.
 enum class Next { Entry, EndOfContainer, EndOfScan };
 
-// Clears the index, measures the stream and leaves it at byte 0. A stream that cannot tell its
-// positions measures -1.
+// Clears the index, seeks to byte 0 and returns the size of the stream in bytes, or -1 if the
+// stream does not report its position.
 int64 beginScan(std::istream& stream, MetaDataLocations& locations) {
   locations.clear();
   const auto noted = stream.tellg();
@@ -38,7 +38,7 @@ int64 beginScan(std::istream& stream, MetaDataLocations& locations) {
   return fileSize;
 }
 
-// Signed 64-bit positions wrap: an announced size may lead anywhere, backward too.
+// Wraps on overflow: an announced size may lead to any position, also backward.
 int64 wrappingSum(int64 position, uint64 size) {
   return static_cast<int64>(static_cast<uint64>(position) + size);
 }
@@ -71,11 +71,11 @@ class Messages {
   std::string m_text;
 };
 
-// The position of a scan, which moves from structure to structure. It also ends the scan where the
-// sizes lead backward without end.
-class ScanPlace {
+// The position of a scan, which moves from structure to structure, and the bound on scans that jump
+// backward.
+class ScanPosition {
  public:
-  ScanPlace(std::istream& stream, int64 fileSize, uint64 maxAfterBackwardJump)
+  ScanPosition(std::istream& stream, int64 fileSize, uint64 maxAfterBackwardJump)
       : window(stream, 0, kReadAhead),
         m_fileSize(fileSize),
         m_maxAfterBackwardJump(maxAfterBackwardJump) {}
@@ -91,10 +91,10 @@ class ScanPlace {
            m_ledBackward.count(position()) == 0;
   }
 
-  /// Goes from the structure at `start` to `next`; false ends the scan.
-  bool move(int64 start, int64 next) {
+  /// Moves from the structure at `start` to `next`. Returns false when the scan must end.
+  bool moveTo(int64 start, int64 next) {
     if (next < 0) {
-      window.seek(next);  // leaves the stream as the failed seek of plain reading does
+      window.seek(next);  // sets failbit when the window is destroyed
       return false;
     }
     if (next < start) m_ledBackward.insert(start);
@@ -117,7 +117,7 @@ class ScanPlace {
   std::set<int64> m_ledBackward;  // the structures whose sizes led backward, by position
 };
 
-Next scanEntryAtom(ScanPlace& at, int64 containerEnd, MetaDataLocations& locations) {
+Next scanEntryAtom(ScanPosition& at, int64 containerEnd, MetaDataLocations& locations) {
   if (at.atEnd() || at.position() >= containerEnd) return Next::EndOfContainer;
   const int64 start = at.position();
   if (!at.mayExamine()) return Next::EndOfScan;
@@ -137,13 +137,13 @@ Next scanEntryAtom(ScanPlace& at, int64 containerEnd, MetaDataLocations& locatio
     const MetaDataHeader header = readHeader(at.window);
     if (!at.window.good()) return Next::EndOfScan;
     if (size <= 16) reportAssertion("dataAtomSize > 16", "ZRKMMetaDataParser", 87);
-    // Less 16 even where the atom's own header has only 8 bytes: the format defines it so.
+    // The format subtracts 16 even where the header of the atom has only 8 bytes.
     locations[header.uuid] = {offset, static_cast<int64>(size - 16)};
   }
-  return at.move(start, wrappingSum(start, size)) ? Next::Entry : Next::EndOfScan;
+  return at.moveTo(start, wrappingSum(start, size)) ? Next::Entry : Next::EndOfScan;
 }
 
-Next scanEntryChunk(ScanPlace& at, int64 containerEnd, MetaDataLocations& locations) {
+Next scanEntryChunk(ScanPosition& at, int64 containerEnd, MetaDataLocations& locations) {
   if (at.atEnd() || at.position() >= containerEnd) return Next::EndOfContainer;
   const int64 start = at.position();
   if (!at.mayExamine()) return Next::EndOfScan;
@@ -164,18 +164,18 @@ Next scanEntryChunk(ScanPlace& at, int64 containerEnd, MetaDataLocations& locati
     if (!at.window.good()) return Next::EndOfScan;
     locations[header.uuid] = {payload, size};
   }
-  return at.move(start, payload + size + size % 2) ? Next::Entry : Next::EndOfScan;
+  return at.moveTo(start, payload + size + size % 2) ? Next::Entry : Next::EndOfScan;
 }
 
-// Walks the entries of one container; false ends the scan.
+// Scans the entries of one container. Returns false when the scan must end.
 template <class ScanEntry>
-bool scanContainer(ScanPlace& at, int64 end, MetaDataLocations& locations, ScanEntry scanEntry) {
+bool scanContainer(ScanPosition& at, int64 end, MetaDataLocations& locations, ScanEntry scanEntry) {
   Next next = Next::Entry;
   while (next == Next::Entry) next = scanEntry(at, end, locations);
   return next == Next::EndOfContainer;
 }
 
-void walkAtoms(ScanPlace& at, MetaDataLocations& locations) {
+void walkAtoms(ScanPosition& at, MetaDataLocations& locations) {
   while (!at.atEnd()) {
     const int64 start = at.position();
     if (!at.mayExamine()) return;
@@ -184,11 +184,11 @@ void walkAtoms(ScanPlace& at, MetaDataLocations& locations) {
     if (!readAtomHeader(at.window, at.fileSize(), &size, &type) || size == 0) return;
     const int64 end = wrappingSum(start, size);
     if (type == kContainerAtom && !scanContainer(at, end, locations, scanEntryAtom)) return;
-    if (!at.move(start, end)) return;
+    if (!at.moveTo(start, end)) return;
   }
 }
 
-void walkChunks(ScanPlace& at, MetaDataLocations& locations) {
+void walkChunks(ScanPosition& at, MetaDataLocations& locations) {
   while (!at.atEnd()) {
     const int64 start = at.position();
     if (!at.mayExamine()) return;
@@ -198,16 +198,16 @@ void walkChunks(ScanPlace& at, MetaDataLocations& locations) {
     const int64 end = start + kChunkHeaderSize + size;
     const bool isContainer = std::memcmp(type, "ZRKM", sizeof type) == 0;
     if (isContainer && !scanContainer(at, end, locations, scanEntryChunk)) return;
-    if (!at.move(start, end + size % 2)) return;
+    if (!at.moveTo(start, end + size % 2)) return;
   }
 }
 
-using Walk = void (*)(ScanPlace& at, MetaDataLocations& locations);
+using Walk = void (*)(ScanPosition& at, MetaDataLocations& locations);
 
 void scan(std::istream& stream, MetaDataLocations& locations, uint64 maxAfterBackwardJump,
           Walk walk) {
   const ExceptionMaskGuard maskGuard(stream);
-  ScanPlace at(stream, beginScan(stream, locations), maxAfterBackwardJump);
+  ScanPosition at(stream, beginScan(stream, locations), maxAfterBackwardJump);
   walk(at, locations);
 }
 
@@ -218,7 +218,7 @@ void scanAtoms(std::istream& stream, MetaDataLocations& locations, uint64 maxAft
 }
 
 void scanChunks(std::istream& stream, MetaDataLocations& locations) {
-  // A chunk's 32-bit size counts from behind its header, so no chunk leads backward.
+  // A chunk never leads backward: its size is unsigned and counts from the end of its header.
   scan(stream, locations, kMaxStructuresAfterBackwardJump, walkChunks);
 }
 

@@ -1,7 +1,7 @@
 // The three scans that build the index, one per container kind. Each starts at byte 0, whatever the
-// position of the stream, and leaves the stream where it ends, with the indicators that reading
-// without read-ahead leaves there. The stream's exception mask is set aside for the time of a scan:
-// only std::bad_alloc leaves one.
+// position of the stream. Afterwards the stream has the position and the indicators that reading
+// without read-ahead leaves. The stream's exception mask is set aside during a scan, which throws
+// nothing but std::bad_alloc.
 //
 // A scan follows the sizes that the file announces. It keeps what it has and stops at a header that
 // does not fit into the file, at a zero size, when its own seek or read fails, and when it reaches

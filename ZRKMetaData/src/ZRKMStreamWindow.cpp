@@ -6,7 +6,7 @@ namespace ZRKMetaData {
 
 namespace {
 
-// What is read ahead behind a long jump: the headers of one structure, a line of the cache.
+// The bytes read ahead after a long jump: enough for the headers of one structure.
 constexpr std::size_t kReadAheadAfterJump = 64;
 
 }  // namespace
@@ -19,17 +19,17 @@ StreamWindow::StreamWindow(std::istream& stream, int64 position, std::size_t cap
       m_next(m_buffer.get()),
       m_end(m_buffer.get()),
       m_streamPosition(position),
-      m_mustMove(true),
+      m_mustSeek(true),
       m_state(stream.rdstate()) {}
 
 StreamWindow::StreamWindow(std::istream& stream) : StreamWindow(stream, 0, 0) {
-  m_mustMove = false;
+  m_mustSeek = false;
 }
 
 StreamWindow::~StreamWindow() {
   if (!good()) {
     m_stream.clear(m_state);
-  } else if (m_next != m_end || m_mustMove || !m_stream.good()) {
+  } else if (m_next != m_end || m_mustSeek || !m_stream.good()) {
     m_stream.clear();
     m_stream.seekg(position());
   }
@@ -53,13 +53,13 @@ void StreamWindow::seek(int64 position) {
     m_end += m_keptEnd - m_keptStart;
     m_streamPosition = m_keptEnd;
   }
-  m_mustMove = true;
+  m_mustSeek = true;
 }
 
 uint64 StreamWindow::bytesLeft() {
   const auto ahead = static_cast<uint64>(m_end - m_next);
-  const bool hasEnded = !m_mustMove && !m_stream.good();  // while reading ahead
-  if (hasEnded || !moveStream()) return ahead;
+  const bool hasEnded = !m_mustSeek && !m_stream.good();  // read-ahead has met the end
+  if (hasEnded || !seekStream()) return ahead;
   const std::streamoff here = m_stream.tellg();
   const std::streamoff end = m_stream.seekg(0, std::ios::end).tellg();
   m_stream.clear();
@@ -95,42 +95,42 @@ void StreamWindow::peekPastWindow() {
   }
   fill(1);
   if (m_next != m_end || !good()) return;
-  if (moveStream()) m_stream.peek();
+  if (seekStream()) m_stream.peek();
   m_state |= m_stream.rdstate() & (std::ios::eofbit | std::ios::badbit);
 }
 
-bool StreamWindow::moveStream() {
-  if (m_mustMove) {
+bool StreamWindow::seekStream() {
+  if (m_mustSeek) {
     m_stream.clear();
     m_stream.seekg(m_streamPosition);
-    m_mustMove = false;
+    m_mustSeek = false;
     if (!m_stream.good()) m_state |= std::ios::failbit;
   }
   return m_stream.good();
 }
 
-// Straight into the caller's memory; the window is empty.
+// Reads into the caller's memory. Requires: the window is empty.
 std::size_t StreamWindow::readStream(char* destination, std::size_t count) {
-  if (!moveStream() && !m_stream.eof()) {
+  if (!seekStream() && !m_stream.eof()) {
     m_state |= std::ios::failbit;
     return 0;
   }
   m_stream.read(destination, static_cast<std::streamsize>(count));
   const auto got = m_stream.gcount();
-  m_next = m_end = m_buffer.get();  // what is left there ends at an earlier position
+  m_next = m_end = m_buffer.get();  // the buffer no longer ends at m_streamPosition
   m_streamPosition += got;
   m_state |= m_stream.rdstate();
   return static_cast<std::size_t>(got);
 }
 
-// Refills the empty window where read-ahead pays: up to the limit, and only for less than a
-// windowful. Reaching the end of the file while reading ahead is no news for the caller yet.
+// Refills the empty window, up to the limit, unless the caller wants as much as the window holds.
+// Meeting the end of the file while reading ahead does not change the window's indicators.
 void StreamWindow::fill(std::size_t count) {
   const int64 room = m_limit > m_streamPosition ? m_limit - m_streamPosition : 0;
-  const bool hasJumped = m_mustMove && m_isFar;
-  const std::size_t most = hasJumped ? std::min(m_capacity, kReadAheadAfterJump) : m_capacity;
-  const auto want = static_cast<std::size_t>(std::min(room, static_cast<int64>(most)));
-  if (count > want || count == m_capacity || !moveStream()) return;
+  const bool hasJumped = m_mustSeek && m_isFar;
+  const std::size_t maxCount = hasJumped ? std::min(m_capacity, kReadAheadAfterJump) : m_capacity;
+  const auto want = static_cast<std::size_t>(std::min(room, static_cast<int64>(maxCount)));
+  if (count > want || count == m_capacity || !seekStream()) return;
   m_keptStart = m_keptEnd = 0;
   m_stream.read(m_buffer.get(), static_cast<std::streamsize>(want));
   const auto got = m_stream.gcount();
@@ -138,11 +138,11 @@ void StreamWindow::fill(std::size_t count) {
   m_end = m_next + got;
   m_streamPosition += got;
   if (m_stream.bad()) {
-    // A failing device: what plain small reads would still have delivered must not be lost in a
-    // large one, so go back to where this one began and read no further ahead.
+    // The device failed in a large read. Smaller reads may still deliver the bytes in front of the
+    // failure, so return to where this read began and stop reading ahead.
     m_streamPosition -= got;
     m_end = m_next;
-    m_mustMove = true;
+    m_mustSeek = true;
     m_capacity = 0;
   }
 }

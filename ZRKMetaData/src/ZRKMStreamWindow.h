@@ -1,11 +1,10 @@
-// Reads a std::istream through a window of read-ahead and keeps the position itself, so that small
-// reads and short skips cost neither a system call nor a question to the stream.
+// Reads a std::istream through a read-ahead buffer and tracks the position itself, so that small
+// reads and short skips need no system call and no call of the stream.
 //
-// A read obeys the law of std::istream::read: what is there is delivered, the rest of the
-// destination keeps its content, and coming up short sets the end-of-file and failure indicators.
-// The indicators and the position are the window's own; they are those that plain reading of the
-// same bytes would give, however far ahead the window has read. The destructor sets both on the
-// stream.
+// A read behaves like std::istream::read: it delivers the bytes that exist, leaves the rest of the
+// destination unchanged, and sets the end-of-file and failure indicators when it comes up short.
+// The window has its own indicators and position. They are those of reading the same bytes without
+// read-ahead. The destructor sets both on the stream.
 //
 // A window belongs to one thread. While it lives nobody else uses the stream, and the stream's
 // exception mask is set aside (ZRKMExceptionMaskGuard.h).
@@ -25,30 +24,30 @@ namespace ZRKMetaData {
 
 class StreamWindow {
  public:
-  /// Reads `stream` from byte `position` on, up to `capacity` bytes ahead. With capacity 0 every
-  /// read goes to the stream as it is. The stream must outlive the window.
+  /// Reads `stream` from byte `position` on, up to `capacity` bytes ahead. With capacity 0 nothing
+  /// is read ahead. The stream must outlive the window.
   StreamWindow(std::istream& stream, int64 position, std::size_t capacity);
 
-  /// Reads `stream` from where it stands, nothing ahead; positions count from there.
+  /// Reads `stream` from its current position, without read-ahead. Positions count from there.
   explicit StreamWindow(std::istream& stream);
 
-  /// Leaves the stream at the window's position, with the window's indicators.
+  /// Sets the stream to the window's position and indicators.
   ~StreamWindow();
 
   StreamWindow(const StreamWindow&) = delete;
   StreamWindow& operator=(const StreamWindow&) = delete;
 
-  /// The byte that the next read delivers first.
+  /// The position in bytes of the next read.
   int64 position() const { return m_streamPosition - (m_end - m_next); }
 
   bool good() const { return m_state == std::ios::goodbit; }
   bool eof() const { return (m_state & std::ios::eofbit) != 0; }
   bool bad() const { return (m_state & std::ios::badbit) != 0; }
 
-  /// Read-ahead stops at byte `limit`; a read that asks for bytes beyond it fetches just those.
+  /// Ends read-ahead at byte `limit`. A read beyond it fetches only the bytes asked for.
   void limitReadAhead(int64 limit) { m_limit = limit; }
 
-  /// Delivers up to `count` bytes and returns how many.
+  /// Reads up to `count` bytes and returns how many it read.
   std::size_t read(void* destination, std::size_t count) {
     if (count > static_cast<std::size_t>(m_end - m_next)) return readPastWindow(destination, count);
     std::copy_n(m_next, count, static_cast<char*>(destination));
@@ -56,16 +55,16 @@ class StreamWindow {
     return count;
   }
 
-  /// The next `count` bytes where they stand in the window, or null when they are not all there.
-  /// Good until the next operation.
+  /// Consumes the next `count` bytes and returns a pointer to them in the buffer, or returns null
+  /// and consumes nothing when they are not all there. The next operation invalidates the pointer.
   const char* take(std::size_t count) {
     if (count > static_cast<std::size_t>(m_end - m_next)) return nullptr;
     return std::exchange(m_next, m_next + count);
   }
 
-  /// Makes `position` the next byte to read. Inside the window this only moves a pointer; outside,
-  /// the stream is sought when the next read needs it, and a failure shows there. Who seeks back
-  /// before such a read finds the window as it was.
+  /// Makes `position` the position of the next read. Inside the buffer this only moves a pointer.
+  /// Outside, the next read seeks the stream, and fails if that fails. The buffer keeps its bytes
+  /// until then, so seeking back costs nothing.
   void seek(int64 position);
 
   /// Sets the end-of-file indicator when no byte follows. Consumes nothing.
@@ -73,13 +72,13 @@ class StreamWindow {
     if (m_next == m_end) peekPastWindow();
   }
 
-  /// Bytes from the position to the end of the stream, none when that cannot be told.
+  /// The bytes from the position to the end of the stream, 0 if the stream does not report them.
   uint64 bytesLeft();
 
  private:
   std::size_t readPastWindow(void* destination, std::size_t count);
   void peekPastWindow();
-  bool moveStream();
+  bool seekStream();
   std::size_t readStream(char* destination, std::size_t count);
   void fill(std::size_t count);
 
@@ -87,13 +86,13 @@ class StreamWindow {
   std::istream& m_stream;
   const std::unique_ptr<char[]> m_buffer;
   std::size_t m_capacity;
-  const char* m_next;  // [m_next, m_end) is read ahead; m_end stands at m_streamPosition
+  const char* m_next;  // [m_next, m_end) is read ahead; m_end is at m_streamPosition
   const char* m_end;
   int64 m_streamPosition;
-  int64 m_keptStart = 0;  // [m_keptStart, m_keptEnd) is in the buffer though the window was left
+  int64 m_keptStart = 0;  // [m_keptStart, m_keptEnd) is still in the buffer after a seek
   int64 m_keptEnd = 0;
-  bool m_isFar = false;  // from what was read before, so that little of what is here may be wanted
-  bool m_mustMove;       // the stream does not stand at m_streamPosition yet
+  bool m_isFar = false;  // the last seek was a long jump
+  bool m_mustSeek;       // the stream is not at m_streamPosition yet
   int64 m_limit = std::numeric_limits<int64>::max();
   std::ios::iostate m_state;
 };

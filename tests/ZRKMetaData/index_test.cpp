@@ -436,18 +436,18 @@ TEST(RawData, IsCopiedFromTheEntryHeaderOn) {
 }
 
 TEST(RawData, IsZeroWhereTheFileEndsAndRefusesWhatNoFileCouldHold) {
-  constexpr uint32 kMostMissing = 64U << 20U;
+  constexpr uint32 kMaxMissing = 64U << 20U;
   const auto blockAnnouncing = [](uint32 size) {
     return "ZRKM" + littleEndian(size) + "DATA" + littleEndian(size) + entryBytes(kEntryF0);
   };
   std::map<boost::uuids::uuid, std::string> data;
-  std::istringstream cut(blockAnnouncing(37 + kMostMissing));
+  std::istringstream cut(blockAnnouncing(37 + kMaxMissing));
   cut.exceptions(std::ios::eofbit | std::ios::failbit);
   Parser(MetaDataParser::createForStream(cut, Riff))->readRawData(&data);
-  ASSERT_EQ(data[streamId(0xF0)].size(), 37 + kMostMissing);
+  ASSERT_EQ(data[streamId(0xF0)].size(), 37 + kMaxMissing);
   EXPECT_EQ(data[streamId(0xF0)].substr(0, 40), entryBytes(kEntryF0) + Bytes(3, '\0'));
 
-  std::istringstream hostile(blockAnnouncing(37 + kMostMissing + 1));
+  std::istringstream hostile(blockAnnouncing(37 + kMaxMissing + 1));
   const Parser parser(MetaDataParser::createForStream(hostile, Riff));
   EXPECT_THROW(parser->readRawData(&data), std::length_error);
 }

@@ -318,12 +318,12 @@ TEST(StringLists, AreDecodedAndLeaveTheTimeAlone) {
 // A size field and how much of it the file has: at the limit, one byte over it, and as large as the
 // field goes.
 TEST(AnnouncedLengths, AreRefusedWhenTheFileLacksOver64MiB) {
-  constexpr uint32 kMostMissing = 64U << 20U;
+  constexpr uint32 kMaxMissing = 64U << 20U;
   struct Row {
     uint32 size;
     bool isRefused;
   };
-  for (const Row& row : {Row{8 + 3 + kMostMissing, false}, Row{8 + 3 + kMostMissing + 1, true},
+  for (const Row& row : {Row{8 + 3 + kMaxMissing, false}, Row{8 + 3 + kMaxMissing + 1, true},
                          Row{0xFFFFFFFF, true}, Row{8, false}, Row{7, true}, Row{0, true}}) {
     std::istringstream in(
         entryBytes({streamId(0xF9), recording::stringRecord(1, "kept") + littleEndian(row.size) +
@@ -345,7 +345,7 @@ TEST(AnnouncedLengths, AreRefusedWhenTheFileLacksOver64MiB) {
   std::istringstream image(entryBytes(
       {streamId(0xF1), recording::cursorReferenceRecord(1, 1) + littleEndian(uint32{0}) +
                            littleEndian(2.0) + littleEndian(uint64{2}) +
-                           littleEndian(uint32{8 + kMostMissing + 1}) + littleEndian(uint64{0})}));
+                           littleEndian(uint32{8 + kMaxMissing + 1}) + littleEndian(uint64{0})}));
   Collector<CursorImage> observer;
   EXPECT_THROW(MetaDataReader<CursorImage>().parseFile(observer, image, 0, 1 << 20),
                std::length_error);
