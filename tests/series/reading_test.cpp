@@ -1,0 +1,137 @@
+// The table of record types, reading, and time ranges.
+#include <cmath>
+#include <cstdint>
+#include <memory>
+#include <numeric>
+#include <sstream>
+
+#include "ZRKMetaData/src/MetaDataUUID.h"
+#include "tests/support/Streams.h"
+#include "tools/recording/Container.h"
+#include "tools/series/RecordStream.h"
+
+namespace {
+
+using namespace testing_support;
+using series::TimeRange;
+
+const auto kId = recording::streamId(0xF0);
+
+struct Opened {
+  explicit Opened(const recording::Bytes& records)
+      : stream(recording::entryBytes({kId, records})),
+        parser(ZRKMetaData::MetaDataParser::createForStream(stream, ZRKMetaData::Raw)) {}
+  std::istringstream stream;
+  std::unique_ptr<ZRKMetaData::MetaDataParser> parser;
+};
+
+// What an output format sees of a record.
+struct FieldNames {
+  template <class Value>
+  void field(const char* name, const Value&) {
+    names.emplace_back(name);
+  }
+  template <class Numbers>
+  void numbers(const char*, const char* const (&columns)[4], const Numbers&) {
+    names.insert(names.end(), columns, columns + 4);
+  }
+  void image(const char* name, const ZRKMetaData::CursorImage&) { names.emplace_back(name); }
+  std::vector<std::string> names;
+};
+
+template <class T>
+class Reading : public testing::Test {};
+TYPED_TEST_SUITE(Reading, RecordTypes);
+
+TYPED_TEST(Reading, DeliversTheRangeAndNamesTheFieldsOfTheTable) {
+  const auto type = series::recordTypeOf<TypeParam>();
+  const auto& info = series::infoOf(type);
+  EXPECT_EQ(series::recordTypeNamed(info.name), type);
+  Opened opened(filledRecords<TypeParam>(9));
+  std::vector<std::pair<double, std::string>> records;
+  FieldNames row;
+  series::forEachRecord<TypeParam>(*opened.parser, kId, TimeRange::between(3, 6),
+                                   [&](double seconds, const TypeParam& record) {
+                                     records.emplace_back(seconds, shown(record));
+                                     row.names.clear();
+                                     series::describeTimed(row, seconds, record);
+                                   });
+  const auto all = filledTexts<TypeParam>(9);
+  EXPECT_EQ(records, decltype(records)(all.begin() + 2, all.begin() + 5));
+  std::vector<std::string> names = {"time"};
+  for (const series::Field& field : info) names.emplace_back(field.name);
+  EXPECT_EQ(row.names, names);
+}
+
+TYPED_TEST(Reading, ReportsTheByteOfTheRecordThatIsDamaged) {
+  const auto whole = filledRecords<TypeParam>(3);
+  Opened opened(whole + "abc");  // too few for any leading field
+  int count = 0;
+  try {
+    series::forEachRecord(*opened.parser, kId, series::recordTypeOf<TypeParam>(), TimeRange(),
+                          [&](double, const auto&) { ++count; });
+    FAIL() << "no error";
+  } catch (const series::DamagedStream& error) {
+    EXPECT_EQ(error.byteOffset(), 24 + static_cast<long long>(whole.size()));
+    EXPECT_EQ(error.message("a.dat"), "a.dat: stream 2b7b6af0-7a1f-11e2-83d0-0017f200be7f: byte " +
+                                          std::to_string(24 + whole.size()) +
+                                          ": invalid meta data entry");
+  }
+  EXPECT_EQ(count, 3);
+}
+
+TEST(ReadingOfOneStream, StopsWhenTheVisitorSaysSoAndPassesOnWhatItThrows) {
+  Opened opened(filledRecords<int>(9));
+  int count = 0;
+  series::forEachRecord<int>(*opened.parser, kId, TimeRange(),
+                             [&](double, int) { return ++count < 4; });
+  EXPECT_EQ(count, 4);
+  EXPECT_THROW(series::forEachRecord<int>(*opened.parser, kId, TimeRange(),
+                                          [](double, int) { throw std::out_of_range("mine"); }),
+               std::out_of_range);
+}
+
+TEST(TimeText, IsExact) {
+  const struct {
+    const char* text;
+    long long numerator, denominator;
+  } cases[] = {{"12.5", 25, 2},
+               {"12.5s", 25, 2},
+               {"-0.1", -1, 10},
+               {"01:02:03.004", 930751, 250},
+               {"1:30", 90, 1},
+               {"100:00:00", 360000, 1},
+               {"1001/30", 1001, 30},
+               {"75f", 5005, 2000},
+               {"9223372036854775807", INT64_MAX, 1}};
+  for (const auto& row : cases) {
+    const auto time = series::parseTime(row.text, series::FrameRate(30000, 1001));
+    EXPECT_EQ(time.numerator * (row.denominator / std::gcd(row.numerator, row.denominator)),
+              row.numerator / std::gcd(row.numerator, row.denominator) * time.denominator)
+        << row.text;
+  }
+  for (const char* const text :
+       {"", "-", "s", "f", "1.", ".5", "1e3", "--1", "1/0", "1/", "1:60", "1:60:00", "0x10", "nan",
+        "9223372036854775808", " 1", "1.0000000000000000001"}) {
+    EXPECT_THROW(series::parseTime(text, series::FrameRate(25)), std::invalid_argument) << text;
+  }
+  EXPECT_THROW(series::parseTime("75f", {}), std::invalid_argument);
+}
+
+TEST(TimeRange, ComparesDoublesWithFractionsExactly) {
+  // The double 0.1 is above 1/10, the double 0.3 is below 3/10.
+  const TimeRange range(series::ExactSeconds{1, 10}, series::ExactSeconds{3, 10});
+  EXPECT_TRUE(range.contains(0.1));
+  EXPECT_FALSE(range.contains(std::nextafter(0.1, 0)));
+  EXPECT_TRUE(range.contains(0.3));
+  EXPECT_FALSE(range.contains(std::nextafter(0.3, 1)));
+  EXPECT_FALSE(range.contains(NAN));
+  EXPECT_TRUE(TimeRange().contains(NAN));
+  EXPECT_EQ(series::leastDoubleFrom({INT64_MAX, 1}), 0x1p63);
+  EXPECT_EQ(series::leastDoubleFrom({-INT64_MAX, 1}), -0x1.fffffffffffffp62);
+  EXPECT_EQ(series::leastDoubleFrom({1, INT64_MAX}), std::nextafter(0x1p-63, 1));
+  EXPECT_THROW(TimeRange(series::ExactSeconds{1, 1}, series::ExactSeconds{1, 2}),
+               std::invalid_argument);
+}
+
+}  // namespace

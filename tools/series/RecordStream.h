@@ -1,0 +1,123 @@
+// Reads the records of one stream, the one way in which tools do.
+//
+// Records are handed to the caller one by one; memory does not grow with the length of the stream.
+// A parser and its streams are used by one thread at a time; separate parsers are independent.
+//
+// Messages of the parser (a refused version, an unregistered identifier) go to std::cout, as in the
+// module. A caller that writes results there sends them elsewhere while it reads.
+#pragma once
+
+#include <boost/uuid/uuid.hpp>
+#include <exception>
+#include <new>
+#include <stdexcept>
+#include <string>
+#include <type_traits>
+#include <utility>
+
+#include "ZRKMetaData/src/MetaDataUUID.h"
+#include "ZRKMetaData/src/ZRKMMetaDataParser.h"
+#include "ZRKMetaData/src/ZRKMMetaDataReader.h"
+#include "tools/series/RecordTypes.h"
+#include "tools/series/TimeRange.h"
+
+namespace series {
+
+/// A stream whose records cannot be read to their end. The records before the damage were
+/// delivered.
+class DamagedStream : public std::runtime_error {
+ public:
+  /// `reason` is the text of the reader's own exception.
+  DamagedStream(const boost::uuids::uuid& stream, ZRKMetaData::int64 byteOffset,
+                const std::string& reason);
+
+  const boost::uuids::uuid& stream() const { return m_stream; }
+
+  /// Where the record that could not be read begins, in bytes from the start of the recording.
+  ZRKMetaData::int64 byteOffset() const { return m_byteOffset; }
+
+  /// The reader's text as it stands; `what` adds the stream and the byte offset.
+  const std::string& reason() const { return m_reason; }
+
+  /// One line for people: file, stream, byte offset and reason.
+  std::string message(const std::string& file) const { return file + ": " + what(); }
+
+ private:
+  boost::uuids::uuid m_stream;
+  ZRKMetaData::int64 m_byteOffset;
+  std::string m_reason;
+};
+
+namespace detail {
+
+template <class Record, class Visitor>
+class VisitingObserver final : public ZRKMetaData::DataStreamObserver<Record> {
+ public:
+  VisitingObserver(Visitor& visitor, const TimeRange& range, ZRKMetaData::int64 position)
+      : m_visitor(visitor), m_range(range), m_position(position) {}
+
+  bool onData(double seconds, const Record& record) override {
+    m_position += static_cast<ZRKMetaData::int64>(byteCountOf(record));
+    if (!m_range.contains(seconds)) return true;
+    m_isInVisitor = true;
+    bool goesOn = true;
+    if constexpr (std::is_void_v<std::invoke_result_t<Visitor&, double, const Record&>>) {
+      m_visitor(seconds, record);
+    } else {
+      goesOn = m_visitor(seconds, record);
+    }
+    m_isInVisitor = false;
+    return goesOn;
+  }
+
+  /// After an exception: whether the visitor threw it, and not the reader.
+  bool isInVisitor() const { return m_isInVisitor; }
+
+  ZRKMetaData::int64 position() const { return m_position; }
+
+ private:
+  Visitor& m_visitor;
+  const TimeRange m_range;
+  ZRKMetaData::int64 m_position;
+  bool m_isInVisitor = false;
+};
+
+}  // namespace detail
+
+/// Calls `visitor(seconds, record)` for each record of stream `id` whose time is in `range`, in
+/// file order. A visitor that returns bool ends the reading by returning false; one that returns
+/// void sees every record. Times may fall in a stream, so that all of it is read whatever the
+/// range.
+///
+/// A stream that is not indexed, or whose version is refused, has no records. Throws DamagedStream
+/// where the reader fails, and whatever the visitor throws, unchanged. The record is valid during
+/// the call.
+template <class Record, class Visitor>
+void forEachRecord(ZRKMetaData::MetaDataParser& parser, const boost::uuids::uuid& id,
+                   const TimeRange& range, Visitor&& visitor) {
+  const auto found = parser.locations().find(id);
+  if (found == parser.locations().end()) return;
+  const auto [offset, size] = found->second;
+  detail::VisitingObserver<Record, std::remove_reference_t<Visitor>> observer(
+      visitor, range, offset + ZRKMetaData::MetaDataHeader::kByteCount);
+  try {
+    ZRKMetaData::MetaDataReader<Record>().parseFile(observer, parser.stream(), offset, size);
+  } catch (const std::bad_alloc&) {
+    throw;  // the machine's, not the recording's
+  } catch (const std::exception& error) {
+    if (observer.isInVisitor()) throw;
+    throw DamagedStream(id, observer.position(), error.what());
+  }
+}
+
+/// The same where the type is known at run time: `visitor` is called with the type's own records,
+/// so that its second parameter is `const auto&`.
+template <class Visitor>
+void forEachRecord(ZRKMetaData::MetaDataParser& parser, const boost::uuids::uuid& id,
+                   RecordType type, const TimeRange& range, Visitor&& visitor) {
+  visitRecordType(type, [&](const auto& row) {
+    forEachRecord<typename std::decay_t<decltype(row)>::type>(parser, id, range, visitor);
+  });
+}
+
+}  // namespace series
