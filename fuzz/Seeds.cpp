@@ -49,12 +49,15 @@ void writeSeeds(const std::filesystem::path& root) {
   index.write(Bytes(1, 1) + laneWalkedAgain());
 
   Folder records(root, "records");
+  Folder guess(root, "guess");
   static constexpr const char* kTypes[] = {"ints",       "doubles", "int64s", "strings",
                                            "keystrokes", "points",  "rects",  "cursor-images"};
   char number = 0;  // by which the target chooses the type
   for (const char* const type : kTypes) {
     records.write(Bytes(1, number++) + recording::littleEndian(10000) +
                   recording::sampleEntry(type, 0.2, 1).records);
+    guess.write(Bytes(1, number) + recording::littleEndian(500) +
+                recording::sampleEntry(type, 3, 1).records);
   }
 
   Folder movie(root, "movie");
