@@ -2,30 +2,46 @@
 
 #include <boost/filesystem/path.hpp>
 #include <boost/filesystem/path_traits.hpp>
+#include <boost/system/system_error.hpp>
 #include <codecvt>
 #include <locale>
+
+#include "text/Utf8.h"
 
 namespace names {
 
 namespace {
 
-using Converter = std::codecvt_utf8_utf16<wchar_t>;
+// The base class of std::codecvt_utf8_utf16, whose vtable, destructor and conversions are symbols
+// of libstdc++ and stay loaded when the module does not. Those of the derived template would be
+// emitted in the module. The constructor of the base class is protected; this file is compiled
+// without access control. (Boost's own UTF-8 facet truncates characters above U+FFFF on Windows and
+// accepts overlong forms.)
+using Converter = std::__codecvt_utf8_utf16_base<wchar_t>;
 using Facet = std::codecvt<wchar_t, char, std::mbstate_t>;
 
-// Boost's own UTF-8 facet cuts characters above U+FFFF and lets overlong forms pass.
-std::locale utf8Locale() {
-  return {std::locale(), new Converter};
+// Built on the classic locale, because the facets of the global one may be code that is unloaded.
+const std::locale& utf8Locale() {
+  constexpr unsigned long kMaxCodePoint = 0x10FFFF;
+  static const std::locale locale(std::locale::classic(),
+                                  new Converter(kMaxCodePoint, std::codecvt_mode{}, 0));
+  return locale;
 }
 
 const Facet& converter() {
-  static const std::locale locale = utf8Locale();
-  return std::use_facet<Facet>(locale);
+  return std::use_facet<Facet>(utf8Locale());
 }
 
 class PathLocale {
  public:
   PathLocale() : m_before(boost::filesystem::path::imbue(utf8Locale())) {}
-  ~PathLocale() { boost::filesystem::path::imbue(m_before); }
+
+  // The present locale can be read only by replacing it.
+  ~PathLocale() {
+    const std::locale present = boost::filesystem::path::imbue(m_before);
+    if (present != utf8Locale()) boost::filesystem::path::imbue(present);
+  }
+
   PathLocale(const PathLocale&) = delete;
   PathLocale& operator=(const PathLocale&) = delete;
 
@@ -42,6 +58,12 @@ std::wstring toUtf16(const std::string& name) {
   std::wstring wide;
   boost::filesystem::path_traits::convert(name.data(), name.data() + name.size(), wide,
                                           converter());
+  // libstdc++ lets encoded surrogates pass.
+  if (!text::isWellFormedUtf8(name)) {
+    throw boost::system::system_error(std::codecvt_base::error,
+                                      boost::filesystem::codecvt_error_category(),
+                                      "boost::filesystem::path codecvt to wstring");
+  }
   return wide;
 }
 

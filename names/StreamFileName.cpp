@@ -1,5 +1,6 @@
 #include "names/StreamFileName.h"
 
+#include <locale>
 #include <sstream>
 
 #include "names/WindowsPath.h"
@@ -10,6 +11,7 @@ StreamPath splitStreamPath(const std::string& filename) {
   const WindowsPath path(filename);
   StreamPath result{path.parentPath(), std::nullopt};
   std::istringstream text(path.filename());
+  text.imbue(std::locale::classic());  // the global one may have other white space
   boost::uuids::uuid id{};
   if (text >> id) result.streamId = id;
   return result;

@@ -96,12 +96,12 @@ void Parameter<T>::setUiHints(const boost::shared_ptr<UiHints>& hints) {
 // Without listeners the time, which may lie in a keyframe long out of the cache, is not looked at.
 template <class T>
 void Parameter<T>::announceAdded(const RationalTime& time) {
-  if (!m_keyFrameListeners.empty()) announce(&KeyFrameListener::keyFrameAdded, time);
+  if (hasKeyFrameListeners()) announce(&KeyFrameListener::keyFrameAdded, time);
 }
 
 template <class T>
 void Parameter<T>::announceRemoved(const RationalTime& time) {
-  if (!m_keyFrameListeners.empty()) announce(&KeyFrameListener::keyFrameRemoved, time);
+  if (hasKeyFrameListeners()) announce(&KeyFrameListener::keyFrameRemoved, time);
 }
 
 // The time is a copy: a listener may free the keyframe that it came from.

@@ -22,6 +22,11 @@ class KeyFrameListener;
 /// KeyFrameException carries the time in question and the parameter's name; nothing is changed
 /// before a check fails.
 ///
+/// An observer or listener may drop the last reference to the parameter. The operation that calls
+/// it holds its own reference: it completes, calls the others, and the parameter is destroyed when
+/// the operation returns. Requires: a parameter that no shared pointer owns, or whose observer
+/// another thread attached meanwhile, is not destroyed during an operation.
+///
 /// Placement of keyframes: a time is taken when a keyframe has it, or when it lies strictly inside
 /// the lead-in of the next keyframe; a lead-in may reach back to the time of the previous keyframe,
 /// not past it.
@@ -134,6 +139,8 @@ class Parameter : public ParameterInterface,
 
   /// A copy shares bounds and hints and has no listeners.
   Parameter(const Parameter& other);
+
+  bool hasKeyFrameListeners() const { return !m_keyFrameListeners.empty(); }
 
   /// Tell the listeners. Without any, the parameter need not be owned by a shared pointer.
   void announceAdded(const RationalTime& time);

@@ -113,6 +113,9 @@ class ParameterImpl : public Parameter<T> {
   using Entry = typename KeyFrameMap<T>::const_iterator;
   using Place = typename KeyFrameMap<T>::Place;
 
+  template <class... Called>
+  boost::shared_ptr<Parameter<T>> keptAlive(const Called&... called);
+
   [[noreturn]] void refuse(const RationalTime& time) const;
   Entry lookUp(const RationalTime& time) const;
   Entry existing(const RationalTime& time) const;

@@ -20,22 +20,57 @@ constexpr int kBitsPerSample = 16;
 constexpr int kVideoKind = 0;
 constexpr int kAudioKind = 1;
 
-std::vector<std::string> streamFileNames(const std::string& filename) {
-  const std::unique_ptr<ZRKMetaData::MetaDataParser> parser(
-      ZRKMetaData::MetaDataParser::createForFile(filename));
-  std::vector<std::string> streamNames;
-  for (const auto& id : parser->streamIds()) {
-    streamNames.push_back(names::streamFileName(filename, id));
+// The stream file names of one recording, for one screen track after the other.
+class StreamNames {
+ public:
+  explicit StreamNames(const std::string& filename) : m_filename(filename) {}
+
+  // The names for the screen track at `index`.
+  const std::vector<std::string>& forTrack(int index) {
+    if (m_scans < kMaxScans) {
+      scan(index);
+      ++m_scans;
+    } else {
+      count(m_names.size(), index);
+    }
+    return m_names;
   }
-  return streamNames;
-}
+
+ private:
+  // Recordings have one screen track. A hostile file of a few megabytes could have many thousands
+  // of tracks, each of which would cost a scan and list every stream of the file.
+  static constexpr int kMaxScans = 16;
+  static constexpr std::size_t kMaxNames = 262'144;  // about 30 MB with a path of usual length
+
+  void scan(int index) {
+    const std::unique_ptr<ZRKMetaData::MetaDataParser> parser(
+        ZRKMetaData::MetaDataParser::createForFile(m_filename));
+    const auto ids = parser->streamIds();
+    count(ids.size(), index);
+    m_names.clear();
+    for (const auto& id : ids) m_names.push_back(names::streamFileName(m_filename, id));
+  }
+
+  void count(std::size_t more, int index) {
+    m_count += more;
+    if (m_count <= kMaxNames) return;
+    throw Kestova::KestovaException(m_filename + ": track " + std::to_string(index) +
+                                    " would bring the stream names to " + std::to_string(m_count) +
+                                    "; the maximum is " + std::to_string(kMaxNames));
+  }
+
+  const std::string& m_filename;
+  std::vector<std::string> m_names;
+  std::size_t m_count = 0;
+  int m_scans = 0;
+};
 
 Kestova::Rect<int> frame(unsigned int width, unsigned int height) {
   return {0, 0, static_cast<int>(width), static_cast<int>(height)};
 }
 
 MediaFileStats::TrackStats statsOf(const VOXA::MP4TrackReader& track, int index,
-                                   const std::string& filename) {
+                                   StreamNames& streamNames) {
   MediaFileStats::TrackStats stats;
   stats.range = {0, track.length()};
   stats.rate = track.rate();
@@ -45,7 +80,7 @@ MediaFileStats::TrackStats statsOf(const VOXA::MP4TrackReader& track, int index,
   if (track.kind() == kVideoKind) {
     stats.type = MediaFileStats::VideoType;
     if (stats.tag == MediaFileStats::ScreenTrack) {
-      stats.metaDataFilenames = streamFileNames(filename);
+      stats.metaDataFilenames = streamNames.forTrack(index);
     }
   } else if (track.kind() == kAudioKind) {
     stats.type = MediaFileStats::AudioType;
@@ -77,9 +112,10 @@ void VOXAStatsLoader::loadStats(const std::string& filename, MediaFileStats* sta
   }
   stats->setFilename(filename);
   stats->setRect(frame(reader->maxWidth(), reader->maxHeight()));
+  StreamNames streamNames(filename);
   int index = 0;
   for (const auto& track : reader->tracks()) {
-    stats->addTrackStats(statsOf(*track, index, filename));
+    stats->addTrackStats(statsOf(*track, index, streamNames));
     ++index;
   }
 }

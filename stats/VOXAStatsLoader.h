@@ -20,8 +20,13 @@ class KESTOVA_VOXA_SUPPORT_TYPE VOXAStatsLoader : public Kestova::StatsLoader {
   /// metadata, in ascending order of the identifiers. Audio is described as what the reader was
   /// asked to deliver: 44100 samples a second, one channel, 16 bits.
   ///
-  /// Throws Kestova::KestovaException, having written nothing, when the recording cannot be read.
-  /// What the reader, the parser or `stats` itself throws passes through; what was written stays.
+  /// The file is scanned for each of the first 16 screen tracks; later ones list the names that the
+  /// last scan found.
+  ///
+  /// Throws Kestova::KestovaException, having written nothing, when the recording cannot be read,
+  /// and when its screen tracks list more than 262,144 stream names together: before the track that
+  /// exceeds this maximum is added, with both numbers. What the reader, the parser or `stats`
+  /// itself throws passes through. Tracks that were added before a failure stay.
   KESTOVA_VOXA_SUPPORT_API void loadStats(const std::string& filename,
                                           Kestova::MediaFileStats* stats) override;
 

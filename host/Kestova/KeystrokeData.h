@@ -3,6 +3,8 @@
 
 #include <ostream>
 
+#include "host/Kestova/NumberText.h"
+
 namespace Kestova {
 
 class KeystrokeData {
@@ -24,9 +26,9 @@ inline bool operator!=(const KeystrokeData& left, const KeystrokeData& right) {
   return !(left == right);
 }
 
-/// Writes "(character,eventFlags)".
+/// Writes "(character,eventFlags)" in decimal, whatever the locale and format of the stream.
 inline std::ostream& operator<<(std::ostream& out, const KeystrokeData& data) {
-  return out << '(' << data.character() << ',' << data.eventFlags() << ')';
+  return out << '(' << NumberText(data.character()) << ',' << NumberText(data.eventFlags()) << ')';
 }
 
 }  // namespace Kestova

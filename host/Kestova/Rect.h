@@ -4,6 +4,7 @@
 #include <ostream>
 
 #include "host/Kestova/KvObject.h"
+#include "host/Kestova/NumberText.h"
 
 namespace Kestova {
 
@@ -30,10 +31,17 @@ bool operator!=(const Rect<T>& left, const Rect<T>& right) {
   return !(left == right);
 }
 
-/// Writes "(x,y,width,height)" in the stream's own number format.
-template <class T>
-std::ostream& operator<<(std::ostream& out, const Rect<T>& rect) {
-  return out << '(' << rect.x << ',' << rect.y << ',' << rect.width << ',' << rect.height << ')';
+/// Writes "(x,y,width,height)": floats with at most six significant digits, as printf's %g writes
+/// them. Neither the locale nor the number format of the stream changes the text.
+inline std::ostream& operator<<(std::ostream& out, const Rect<float>& rect) {
+  constexpr int kDigits = 6;
+  const auto text = [](float number) { return NumberText(double{number}, kDigits); };
+  return out << '(' << text(rect.x) << ',' << text(rect.y) << ',' << text(rect.width) << ','
+             << text(rect.height) << ')';
+}
+inline std::ostream& operator<<(std::ostream& out, const Rect<int>& rect) {
+  return out << '(' << NumberText(rect.x) << ',' << NumberText(rect.y) << ','
+             << NumberText(rect.width) << ',' << NumberText(rect.height) << ')';
 }
 
 }  // namespace Kestova

@@ -1,6 +1,7 @@
 #include "host/Kestova/Subject.h"
 
-#include <memory>
+#include <boost/smart_ptr/intrusive_ptr.hpp>
+#include <boost/smart_ptr/intrusive_ref_counter.hpp>
 #include <mutex>
 
 #include "host/Kestova/CallList.h"
@@ -8,7 +9,8 @@
 
 namespace Kestova {
 
-struct Subject::State {
+// Shared by the subject and its deliveries under way, during which the subject may be destroyed.
+struct Subject::State : boost::intrusive_ref_counter<Subject::State> {
   enum class To { All, Undelayed, Delayed };
 
   struct Attached {
@@ -57,14 +59,17 @@ Subject::Subject(const boost::weak_ptr<const ThreadSafe>& owner) : m_owner(owner
 Subject::Subject(const Subject& other) : Observable(other), m_owner(other.m_owner) {}
 
 Subject::~Subject() {
-  delete m_state.load();
+  const StatePointer last(m_state.load(), false);
+  if (!last) return;
+  const std::lock_guard<std::mutex> lock(last->mutex);
+  last->observers = {};  // ends the deliveries under way
 }
 
 Subject::State& Subject::state() {
   State* present = m_state.load(std::memory_order_acquire);
   if (present == nullptr) {
-    auto made = std::make_unique<State>();
-    if (m_state.compare_exchange_strong(present, made.get())) present = made.release();
+    StatePointer made(new State);
+    if (m_state.compare_exchange_strong(present, made.get())) present = made.detach();
   }
   return *present;
 }
@@ -85,7 +90,7 @@ void Subject::detach(Observer* observer) {
 }
 
 void Subject::notify() {
-  if (State* const present = m_state.load(std::memory_order_acquire)) present->notify();
+  if (const StatePointer present = m_state.load(std::memory_order_acquire)) present->notify();
 }
 
 Subject::NotifyDisabler Subject::disableNotifies() {
@@ -111,7 +116,8 @@ void Subject::NotifyDisabler::release() {
   if (m_subject == nullptr) return;
   Subject* const subject = m_subject;
   m_subject = nullptr;
-  subject->state().enable();
+  const StatePointer state(&subject->state());
+  state->enable();
 }
 
 }  // namespace Kestova

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <atomic>
+#include <boost/smart_ptr/intrusive_ptr.hpp>
 #include <boost/smart_ptr/weak_ptr.hpp>
 
 #include "host/Kestova/Export.h"
@@ -14,8 +15,8 @@ class ThreadSafe;
 
 /// attach and detach may be called from any thread. notify runs its calls in the calling thread and
 /// holds no lock of the subject during them; an observer that another thread detaches may still be
-/// in a call when detach returns, unless both threads hold the project's lock. The subject must
-/// outlive its own notify.
+/// in a call when detach returns, unless both threads hold the project's lock. An observer may
+/// destroy the subject during its call; the observers behind it are then not called.
 class KESTOVA_API Subject : public Observable {
  public:
   /// Holds back the notifications of a subject while it lives. Guards nest; the release of the
@@ -55,11 +56,15 @@ class KESTOVA_API Subject : public Observable {
 
   NotifyDisabler disableNotifies();
 
+  /// True until the first attach or disableNotifies: notify calls nobody.
+  bool isIdle() const { return m_state.load(std::memory_order_relaxed) == nullptr; }
+
  protected:
   const boost::weak_ptr<const ThreadSafe>& owner() const { return m_owner; }
 
  private:
   struct State;
+  using StatePointer = boost::intrusive_ptr<State>;
   State& state();
 
   const boost::weak_ptr<const ThreadSafe> m_owner;

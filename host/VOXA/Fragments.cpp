@@ -20,6 +20,7 @@ constexpr std::uint32_t kPerSampleFields[] = {kHasDurations, 0x200, 0x400, 0x800
 struct FragmentedTrack {
   Track* track;
   std::uint64_t defaultDuration;
+  std::uint64_t end;  // of the fragments so far, in units of the track's timescale
 };
 using FragmentedTracks = std::map<std::uint32_t, FragmentedTrack>;
 
@@ -52,7 +53,8 @@ void applyTrackFragment(MovieFile& file, const Atom& traf, FragmentedTracks& tra
   const std::uint32_t flags = file.big32(tfhd, 0);
   const auto found = tracks.find(file.big32(tfhd, 4));
   if (found == tracks.end()) return;
-  auto [track, defaultDuration] = found->second;
+  FragmentedTrack& track = found->second;
+  std::uint64_t defaultDuration = track.defaultDuration;
   if ((flags & kHasDefaultDuration) != 0) {
     std::uint64_t offset = 8;
     if ((flags & kHasBaseOffset) != 0) offset += 8;
@@ -60,7 +62,7 @@ void applyTrackFragment(MovieFile& file, const Atom& traf, FragmentedTracks& tra
     defaultDuration = file.big32(tfhd, offset);
   }
 
-  std::uint64_t end = track->duration;  // a fragment follows the one before, unless it says where
+  std::uint64_t end = track.end;  // without "tfdt", a fragment follows those before it
   Atom tfdt;
   if (file.find(traf, atomType("tfdt"), tfdt)) {
     end = file.big32(tfdt, 0) >> 24U != 0 ? file.big64(tfdt, 4) : file.big32(tfdt, 4);
@@ -70,7 +72,7 @@ void applyTrackFragment(MovieFile& file, const Atom& traf, FragmentedTracks& tra
   while (file.take(rest, child)) {
     if (child.type == atomType("trun")) add(end, runDuration(file, child, defaultDuration));
   }
-  track->duration = std::max(track->duration, end);
+  track.end = std::max(track.end, end);
 }
 
 // The next atom at top level. One that the end of the file cuts off, as in a recording that was
@@ -87,7 +89,7 @@ bool takeWhole(MovieFile& file, Atom& rest, Atom& next) {
 
 void applyFragments(MovieFile& file, const Atom& mvex, std::vector<Track>& tracks) {
   FragmentedTracks fragmented;
-  for (Track& track : tracks) fragmented.try_emplace(track.id, FragmentedTrack{&track, 0});
+  for (Track& track : tracks) fragmented.try_emplace(track.id, FragmentedTrack{&track, 0, 0});
   Atom rest = mvex;
   Atom child;
   while (file.take(rest, child)) {
@@ -104,6 +106,9 @@ void applyFragments(MovieFile& file, const Atom& mvex, std::vector<Track>& track
     while (file.take(fragments, traf)) {
       if (traf.type == atomType("traf")) applyTrackFragment(file, traf, fragmented);
     }
+  }
+  for (const auto& [id, found] : fragmented) {
+    found.track->duration = std::max(found.track->duration, found.end);
   }
 }
 

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <thread>
 #include <utility>
@@ -172,6 +173,25 @@ TEST_F(Subjects, LetAnyThreadAttachAndDetach) {
   other.join();
   EXPECT_EQ(told(), "a");
   EXPECT_EQ(own, "m");
+}
+
+// In a notify and in the release of a batch.
+TEST_F(Subjects, MayBeDestroyedByAnObserver) {
+  for (const bool isBatch : {false, true}) {
+    log.clear();
+    auto mortal = std::make_unique<Subject>(boost::weak_ptr<const ThreadSafe>());
+    Named killer(log, 'k', [&] { mortal.reset(); });
+    for (Named* const observer : {&a, &killer, &b}) mortal->attach(observer);
+    if (isBatch) {
+      auto batch = mortal->disableNotifies();
+      mortal->notify();
+      batch.release();
+    } else {
+      mortal->notify();
+    }
+    EXPECT_EQ(log, "ak");
+    EXPECT_EQ(mortal, nullptr);
+  }
 }
 
 }  // namespace

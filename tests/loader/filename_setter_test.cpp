@@ -81,7 +81,9 @@ TEST_F(Filing, LeavesOtherNamesAlone) {
 }
 
 TEST_F(Filing, PassesOnWhatIsThrown) {
-  EXPECT_THROW(filed("\xFF/2b7b6af0-7a1f-11e2-83d0-0017f200be7f"), boost::system::system_error);
+  for (const std::string bad : {"\xFF", "\xED\xA0\x80", "\xED\xBF\xBF", "\xE0\x80\xAF"}) {
+    EXPECT_THROW(filed(bad + "/2b7b6af0-7a1f-11e2-83d0-0017f200be7f"), boost::system::system_error);
+  }
   EXPECT_TRUE(slots.isEmpty());
   EXPECT_THROW(filed("x/2b7b6af2-7a1f-11e2-83d0-0017f200be7f"), std::domain_error);
 }

@@ -175,6 +175,29 @@ TEST_F(Threads, LoadDifferentStreamsOfOneRecordingAtOnce) {
   for (std::thread& thread : threads) thread.join();
 }
 
+// One loader object serves all threads, while others load streams of the same recording.
+TEST_F(Threads, LoadStatisticsOfOneRecordingAtOnce) {
+  const auto streams = filedStreams();
+  const std::size_t streamCount = recording::sampleTypes().size();
+  VOXAStatsLoader statsLoader;
+  std::vector<std::thread> threads;
+  for (int n = 0; n < 4; ++n) {
+    threads.emplace_back([&] {
+      for (int round = 0; round < 10; ++round) {
+        Kestova::MediaFileStats stats;
+        EXPECT_TRUE(statsLoader.canOpenFile(recording));
+        statsLoader.loadStats(recording, &stats);
+        EXPECT_EQ(stats.trackStats().at(0).metaDataFilenames.size(), streamCount);
+        EXPECT_EQ(filedStreams(), streams);
+        EXPECT_GT(load("F0", streams.at("F0"))->numKeyFrames(), 1U);
+        EXPECT_THROW(statsLoader.loadStats(folder.name("absent.voxa"), &stats),
+                     Kestova::KestovaException);
+      }
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+}
+
 // Readers evaluate, search, copy and write, others watch, and one changes all the while.
 TEST_F(Threads, UseAParameterWhileAWriterChanges) {
   const auto points =

@@ -1,19 +1,31 @@
-// Loads the module, unloads it many times, and ends well.
+// Loads and unloads the module and a copy of it in both orders, many times, and ends well:
+// unload MODULE COPY. COPY is where the copy is put, in the folder of the module, where its own
+// libraries are found.
 #include <windows.h>
 
 #include <cstdio>
+#include <string>
 
 int main(int argc, char** argv) {
-  if (argc != 2) return 2;
+  if (argc != 3) return 2;
+  if (CopyFileA(argv[1], argv[2], FALSE) == 0) return 1;
   for (int round = 0; round < 50; ++round) {
-    const HMODULE module = LoadLibraryA(argv[1]);
-    if (module == nullptr) {
-      std::fprintf(stderr, "not loaded: %lu\n", GetLastError());
-      return 1;
+    HMODULE modules[2] = {};
+    for (int which = 0; which < 2; ++which) {
+      modules[which] = LoadLibraryA(argv[1 + which]);
+      if (modules[which] == nullptr) {
+        std::fprintf(stderr, "not loaded: %lu\n", GetLastError());
+        return 1;
+      }
+      if (GetProcAddress(modules[which], "_ZTV15VOXAStatsLoader") == nullptr) return 1;
     }
-    if (GetProcAddress(module, "_ZTV15VOXAStatsLoader") == nullptr) return 1;
-    FreeLibrary(module);
-    if (GetModuleHandleA("KestovaVOXASupport.dll") != nullptr) return 1;
+    if (modules[0] == modules[1]) return 1;
+    const int first = round % 2;
+    FreeLibrary(modules[first]);
+    FreeLibrary(modules[1 - first]);
+    for (const char* const file : {argv[1], argv[2]}) {
+      if (GetModuleHandleA(file) != nullptr) return 1;
+    }
   }
   return 0;
 }

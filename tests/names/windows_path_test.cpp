@@ -32,7 +32,12 @@ TEST(WindowsPath, RefusesNamesThatAreNotUtf8) {
   for (const Row& row :
        {Row{"a\xFF", "boost::filesystem::path codecvt to wstring: error"},
         Row{"\xC0\xAF", "boost::filesystem::path codecvt to wstring: error"},
+        Row{"\xE0\x80\xAF", "boost::filesystem::path codecvt to wstring: error"},
+        Row{"\xF0\x80\x80\xAF", "boost::filesystem::path codecvt to wstring: error"},
         Row{"\xF4\x90\x80\x80", "boost::filesystem::path codecvt to wstring: error"},
+        Row{"a/\xED\xA0\x80", "boost::filesystem::path codecvt to wstring: error"},
+        Row{"\xED\xBF\xBF/a", "boost::filesystem::path codecvt to wstring: error"},
+        Row{"\xED\xA0\xBD\xED\xB8\x80", "boost::filesystem::path codecvt to wstring: error"},
         Row{"a/\xE2\x82", "boost::filesystem::path codecvt to wstring: partial"}}) {
     try {
       const WindowsPath path(row.name);

@@ -137,5 +137,74 @@ TEST_F(Listeners, ThatThrowEndTheRoundAfterTheChange) {
   EXPECT_TRUE(shared->keyFrameExists(T(1)));
 }
 
+// Resets a pointer when it is called for the first time.
+class Dropper final : public Observer, public KeyFrameListener {
+ public:
+  explicit Dropper(boost::shared_ptr<LeftParameter<int>>& dropped) : m_dropped(dropped) {}
+  void changed() override { m_dropped.reset(); }
+  void keyFrameAdded(const boost::shared_ptr<ParameterInterface>&, const RationalTime&) override {
+    changed();
+  }
+  void keyFrameRemoved(const boost::shared_ptr<ParameterInterface>&, const RationalTime&) override {
+    changed();
+  }
+
+ private:
+  boost::shared_ptr<LeftParameter<int>>& m_dropped;
+};
+
+// Every operation that calls somebody, and everybody it calls in turn as the one that drops the
+// last reference to the parameter. (The sanitizers see a use of what was freed.)
+TEST_F(Listeners, AndObserversMayDropTheLastReferenceToTheParameter) {
+  using Target = LeftParameter<int>;
+  const auto made = [this](int64 time) {
+    return boost::make_shared<KeyFrame<int>>(project, T(time), 7, T(1));
+  };
+  const auto replacement = made(99);
+  struct Row {
+    const char* operation;
+    std::function<void(Target&)> run;
+    const char* callers;  // 'o'bserver, 'l'istener, 'k'eyframe's observer
+  };
+  for (const Row& row : {
+           Row{"add", [&](Target& on) { on.addKeyFrame(T(30), 1, T(0)); }, "ol"},
+           Row{"add made", [&](Target& on) { on.addKeyFrame(made(30)); }, "ol"},
+           Row{"replace", [&](Target& on) { on.replaceKeyFrame(T(20), replacement); }, "olk"},
+           Row{"set value at", [](Target& on) { EXPECT_EQ(on.setKeyFrameValue(T(20), 7), 20); },
+               "ok"},
+           Row{"set value of",
+               [](Target& on) { EXPECT_EQ(on.setKeyFrameValue(on.keyFrameAt(T(20)), 7), 20); },
+               "ok"},
+           Row{"set value", [](Target& on) { EXPECT_EQ(on.setValue(7, T(25)), 20); }, "ok"},
+           Row{"set lead-in",
+               [](Target& on) { EXPECT_EQ(on.setKeyFrameLeadInLength(T(20), T(3)), T(0)); }, "ok"},
+           Row{"remove", [](Target& on) { EXPECT_EQ(on.removeKeyFrame(T(20))->value(), 20); },
+               "ol"},
+           Row{"move", [](Target& on) { on.moveKeyFrame(T(20), T(21)); }, "ok"},
+           Row{"shift",
+               [](Target& on) { on.shiftKeyFrames(T(1), [](const auto&) { return true; }); }, "ol"},
+           Row{"notify", [](Target& on) { on.notify(); }, "o"},
+       }) {
+    for (const char caller : std::string(row.callers)) {
+      auto parameter = boost::make_shared<Target>(project, "name", nullptr);
+      const boost::weak_ptr<Target> alive = parameter;
+      for (const int time : {10, 20}) parameter->addKeyFrame(T(time), time, T(0));
+      replacement->setTime(T(99));
+      Dropper dropper(parameter);
+      Counter behind;
+      const auto& keyFrame =
+          row.operation == std::string("replace") ? replacement : parameter->keyFrameAt(T(20));
+      if (caller == 'o') parameter->attach(&dropper);
+      if (caller == 'k') keyFrame->attach(&dropper);
+      if (caller == 'l') parameter->addKeyFrameListener(&dropper);
+      if (caller != 'k') parameter->attach(&behind);
+      row.run(*parameter);
+      keyFrame->detach(&dropper);
+      EXPECT_TRUE(alive.expired()) << row.operation << " " << caller;
+      EXPECT_EQ(behind.count > 0, caller != 'k') << row.operation << " " << caller;
+    }
+  }
+}
+
 }  // namespace
 }  // namespace Kestova

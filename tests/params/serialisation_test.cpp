@@ -1,6 +1,8 @@
 #include <boost/property_tree/ptree.hpp>
 #include <boost/property_tree/xml_parser.hpp>
 #include <cmath>
+#include <iomanip>
+#include <locale>
 #include <sstream>
 
 #include "params/ValueTraits.h"
@@ -75,17 +77,58 @@ class Serialisation : public Fixture<Value> {
 };
 TYPED_TEST_SUITE(Serialisation, ValueTypes, );
 
-TYPED_TEST(Serialisation, IsTheDocumentOfTheType) {
-  auto& parameter = *this->shared;
-  const std::string name = std::string("serialised/") + ValueTraits<TypeParam>::kTypeName;
+template <class Value>
+void expectDocuments(Parameter<Value>& parameter) {
+  const std::string name = std::string("serialised/") + ValueTraits<Value>::kTypeName;
   const std::string xml = xmlOf(parameter, 1);
   EXPECT_EQ(xml, testing_support::dataFile(name + ".xml"));
 
-  const auto values = tellingValues<TypeParam>();
-  parameter.setValueBounds(boost::make_shared<ValueBounds<TypeParam>>(
-      ValueBounds<TypeParam>{values[0], values[1], values[2]}));
+  const auto values = tellingValues<Value>();
+  parameter.setValueBounds(
+      boost::make_shared<ValueBounds<Value>>(ValueBounds<Value>{values[0], values[1], values[2]}));
   parameter.setUiHints(boost::make_shared<UiHints>(UiHints{3, -4}));
   EXPECT_EQ(jsonOf(parameter, 1, ",\n", "screen."), testing_support::dataFile(name + ".json"));
+}
+
+// While it lives, new streams write 1234.5 as "1.234,5".
+class GroupingLocale {
+ public:
+  GroupingLocale()
+      : m_before(std::locale::global(std::locale(std::locale::classic(), new Grouping))) {}
+  ~GroupingLocale() { std::locale::global(m_before); }
+  GroupingLocale(const GroupingLocale&) = delete;
+  GroupingLocale& operator=(const GroupingLocale&) = delete;
+
+ private:
+  class Grouping final : public std::numpunct<char> {
+    char do_decimal_point() const override { return ','; }
+    char do_thousands_sep() const override { return '.'; }
+    std::string do_grouping() const override { return "\3"; }
+  };
+  const std::locale m_before;
+};
+
+TYPED_TEST(Serialisation, IsTheDocumentOfTheType) {
+  expectDocuments(*this->shared);
+}
+
+TYPED_TEST(Serialisation, DoesNotFollowTheGlobalLocale) {
+  const GroupingLocale locale;
+  expectDocuments(*this->shared);
+}
+
+TEST(ValueText, DoesNotFollowTheStream) {
+  const GroupingLocale locale;
+  KeystrokeData key;
+  key.setCharacter(0x1F600);
+  key.setEventFlags(-1234567);
+  std::ostringstream out;
+  out << std::hex << std::showpos << std::fixed << std::setprecision(2);
+  out << Rect<float>(1234.5F, 1e7F, -0.0F, 1234567) << Rect<int>(1234, -5678, 0, 1 << 30) << key
+      << Point(1234.5, 0.25, 1e22) << RationalTime(12345, 2);
+  EXPECT_EQ(out.str(),
+            "(1234.5,1e+07,-0,1.23457e+06)(1234,-5678,0,1073741824)(128512,-1234567)"
+            "(1234.5,0.25,1e+22)12345/2");
 }
 
 TYPED_TEST(Serialisation, IsReadByAnXmlParser) {

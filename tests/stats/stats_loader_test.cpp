@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <boost/uuid/uuid_io.hpp>
+#include <functional>
 #include <stdexcept>
 
 #include "host/Kestova/KestovaException.h"
@@ -45,7 +46,8 @@ TEST_F(Stats, AreForRecordingsWithTheirExactExtension) {
         Row{"a.b/c.voxa", true}, Row{"a.voxa:stream.voxa", true}, Row{"a.VOXA", false},
         Row{"a.voxa.bak", false}, Row{"a.mp4", false}, Row{"avoxa", false}, Row{"", false},
         Row{"dir.voxa/", false}, Row{"dir.voxa\\", false}, Row{"dir.voxa/a", false},
-        Row{"a.voxa:stream", false}, Row{"\xFF.voxa", false}}) {
+        Row{"a.voxa:stream", false}, Row{"\xFF.voxa", false}, Row{"\xED\xA0\x80.voxa", false},
+        Row{"\xC0\xAF.voxa", false}}) {
     EXPECT_EQ(loader.canOpenFile(row.name), row.isOurs) << row.name;
   }
 }
@@ -111,6 +113,68 @@ TEST_F(Stats, AskForTheKindAgainWhenItIsNoVideo) {
   EXPECT_EQ(loadedTrack({1, 1, {1, kOther}, 1, 1, 0}).type, 3);
   EXPECT_EQ(loadedTrack({1, 1, {kOther, 1}, 1, 1, 0}).type, 2);
   EXPECT_EQ(loadedTrack({1, 1, {kOther, 0}, 1, 1, 0}).type, 3);
+}
+
+// Writes `count` streams of different identifiers into the recording.
+class ScreenStats : public Stats {
+ protected:
+  void writeStreams(unsigned count) const {
+    std::vector<recording::Entry> entries;
+    for (unsigned number = 0; number < count; ++number) {
+      boost::uuids::uuid id{};
+      id.data[0] = static_cast<std::uint8_t>(number >> 8U);
+      id.data[1] = static_cast<std::uint8_t>(number);
+      entries.push_back({id, ""});
+    }
+    folder.file("take.voxa", recording::atomBlock(entries));
+  }
+
+  static void showScreens(std::size_t count) {
+    script().tracks.assign(count, {640, 480, {0}, 600, 1200, 100});
+  }
+};
+
+TEST_F(ScreenStats, ScanForTheFirstSixteenScreenTracks) {
+  // Changes the recording after each track, so that every scan finds another number of streams.
+  class Changing final : public MediaFileStats {
+   public:
+    explicit Changing(std::function<void(unsigned)> writeStreams)
+        : m_writeStreams(std::move(writeStreams)) {}
+    void addTrackStats(const TrackStats& track) override {
+      counts.push_back(track.metaDataFilenames.size());
+      m_writeStreams(static_cast<unsigned>(counts.size()) + 1);
+    }
+    std::vector<std::size_t> counts;
+
+   private:
+    const std::function<void(unsigned)> m_writeStreams;
+  } changing([this](unsigned count) { writeStreams(count); });
+  showScreens(18);
+  writeStreams(1);
+  loader.loadStats(recording, &changing);
+  EXPECT_EQ(changing.counts, (std::vector<std::size_t>{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13,
+                                                       14, 15, 16, 16, 16}));
+}
+
+TEST_F(ScreenStats, AreLimitedInTheirStreamNames) {
+  constexpr unsigned kStreams = 16384;  // of which 16 tracks list the maximum, 262,144
+  writeStreams(kStreams);
+  showScreens(16);
+  loader.loadStats(recording, &stats);
+  EXPECT_EQ(stats.trackStats().size(), 16U);
+  EXPECT_EQ(stats.trackStats().back().metaDataFilenames.size(), kStreams);
+  MediaFileStats limited;
+  showScreens(18);
+  try {
+    loader.loadStats(recording, &limited);
+    ADD_FAILURE() << "was loaded";
+  } catch (const Kestova::KestovaException& error) {
+    EXPECT_EQ(error.what(), recording +
+                                ": track 16 would bring the stream names to 278528; "
+                                "the maximum is 262144");
+  }
+  EXPECT_EQ(limited.filename(), recording);
+  EXPECT_EQ(limited.trackStats().size(), 16U);
 }
 
 TEST_F(Stats, KeepARateOfZero) {
