@@ -52,6 +52,8 @@ if(NOT WIN32)
     DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
   install(FILES tools/voxa/completion/_voxa
     DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions)
+  install(FILES tools/voxa/completion/voxa.fish
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d)
 endif()
 install(FILES README.md CHANGELOG.md SECURITY.md docs/format.md docs/robustness.md docs/serialisation.md
   DESTINATION ${CMAKE_INSTALL_DOCDIR})

@@ -4,8 +4,6 @@ namespace text {
 
 namespace {
 
-constexpr std::string_view kEncodedReplacement = "\xEF\xBF\xBD";
-
 // What a first byte announces: the number of bytes that follow, and the range of the first of them,
 // which excludes overlong forms, surrogates and code points above U+10FFFF.
 struct Lead {
@@ -60,7 +58,8 @@ std::string wellFormedUtf8(std::string_view bytes) {
   result.reserve(bytes.size());
   while (!bytes.empty()) {
     const Utf8Character character = firstCharacter(bytes);
-    result += character.isWellFormed ? bytes.substr(0, character.length) : kEncodedReplacement;
+    result +=
+        character.isWellFormed ? bytes.substr(0, character.length) : kEncodedReplacementCharacter;
     bytes.remove_prefix(character.length);
   }
   return result;

@@ -12,6 +12,7 @@ namespace text {
 
 /// U+FFFD, which stands for malformed bytes.
 constexpr char32_t kReplacementCharacter = U'\uFFFD';
+constexpr std::string_view kEncodedReplacementCharacter = "\xEF\xBF\xBD";
 
 /// The first character of a text.
 struct Utf8Character {

@@ -3,31 +3,11 @@
 #include <cmath>
 
 #include "host/Kestova/NumberText.h"
-#include "text/Utf8.h"
+#include "text/JsonText.h"
 
 namespace Kestova {
 
 namespace {
-
-void appendEscaped(std::string& json, char character) {
-  static constexpr char kDigits[] = "0123456789abcdef";
-  static constexpr std::string_view kShortForms = "\"\"\\\\\bb\ff\nn\rr\tt";
-  for (std::size_t form = 0; form < kShortForms.size(); form += 2) {
-    if (kShortForms[form] == character) {
-      json += '\\';
-      json += kShortForms[form + 1];
-      return;
-    }
-  }
-  const auto byte = static_cast<unsigned char>(character);
-  if (byte >= 0x20) {
-    json += character;
-  } else {
-    json += "\\u00";
-    json += kDigits[byte >> 4U];
-    json += kDigits[byte & 0xFU];
-  }
-}
 
 template <class Number>
 std::string shortestText(Number number) {
@@ -37,10 +17,7 @@ std::string shortestText(Number number) {
 }  // namespace
 
 std::string json_representation(const std::string& value) {
-  std::string json = "\"";
-  for (const char character : text::wellFormedUtf8(value)) appendEscaped(json, character);
-  json += '"';
-  return json;
+  return text::jsonString(value);
 }
 
 std::string json_representation(double number) {

@@ -1,12 +1,15 @@
 #include <gtest/gtest.h>
 
 #include <sstream>
+#include <utility>
+#include <vector>
 
 #include "host/Kestova/Json.h"
 #include "host/Kestova/KvObject.h"
 #include "host/Kestova/Range.h"
 #include "host/Kestova/TextBlock.h"
 #include "host/Kestova/XMLable.h"
+#include "text/Printable.h"
 #include "text/Utf8.h"
 
 namespace Kestova {
@@ -36,6 +39,24 @@ TEST(Utf8, ReplacesWhatIsNotWellFormed) {
            Row{"a lead where a continuation should be", "\xE2\x82\xC3\xA9", FFFD "\xC3\xA9"},
        }) {
     EXPECT_EQ(text::wellFormedUtf8(row.text), row.result) << row.why;
+  }
+}
+
+// Beside each limit of what is escaped stands the neighbour that is not.
+TEST(Printable, EscapesWhatCouldChangeATerminal) {
+  for (const auto& [bytes, shown] : std::vector<std::pair<std::string, std::string>>{
+           {std::string("\0\x1F \t\n~\x7F\\", 8), R"(\x00\x1f \x09\x0a~\x7f\)"},
+           {"\xC2\x80\xC2\x9F\u00A0", "\\u0080\\u009f\u00A0"},
+           {"\u061B\u061C\u061D", "\u061B\\u061c\u061D"},
+           {"\u200D\u200E\u200F\u2010", "\u200D\\u200e\\u200f\u2010"},
+           {"\u2027\u2028\u202E\u202F", "\u2027\\u2028\\u202e\u202F"},
+           {"\u2065\u2066\u2069\u206A", "\u2065\\u2066\\u2069\u206A"},
+           {"\xC3\xA9\xE2\x82z\xED\xA0\x80\xFF",
+            "\xC3\xA9"
+            R"(\xe2\x82z\xed\xa0\x80\xff)"},
+       }) {
+    EXPECT_EQ(text::printable(bytes), shown);
+    EXPECT_EQ(text::printable(shown), shown) << "twice changes nothing";
   }
 }
 

@@ -39,7 +39,7 @@ TEST(Samples, HoldAStreamOfEveryTypeInEveryContainer) {
     EXPECT_EQ(loadedPoints(folder.name(leaf)), 600U) << leaf;
   }
   for (const std::string& type : recording::sampleTypes()) {
-    ASSERT_EQ(voxa({"sample", folder.name("a.dat"), "--stream", type}).status, 0);
+    ASSERT_EQ(voxa({"sample", folder.name("a.dat"), "--type", type, "--force"}).status, 0);
     const json streams = streamsOf(folder.name("a.dat"));
     ASSERT_EQ(streams.size(), 1U);
     const Result result =
@@ -65,7 +65,7 @@ TEST(Samples, ArePaddedBehindAnOddChunk) {
   const Bytes odd = recording::chunk("RIFF", "odd");
   for (const Bytes& media : {odd, odd.substr(0, odd.size() - 1)}) {  // with and without its pad
     const std::string file = folder.file("odd.wav", media);
-    ASSERT_EQ(voxa({"sample", folder.name("out.wav"), "--onto", file}).status, 0);
+    ASSERT_EQ(voxa({"sample", folder.name("out.wav"), "--onto", file, "--force"}).status, 0);
     EXPECT_EQ(loadedPoints(folder.name("out.wav")), 600U);
     EXPECT_EQ(bytesOfFile(folder.name("out.wav")).substr(0, odd.size()), odd);
   }
@@ -75,9 +75,10 @@ TEST(Samples, AreNotWrittenOntoThemselves) {
   const TempFolder folder;
   const Bytes media = recording::atom("ftyp", "isom");
   const std::string file = folder.file("a.mp4", media);
-  const Result result = voxa({"sample", file, "--onto", file});
+  const Result result = voxa({"sample", file, "--onto", file, "--force"});
   EXPECT_EQ(result.status, 1);
-  EXPECT_EQ(result.error, "voxa: " + file + ": is the file to be copied\n");
+  EXPECT_EQ(result.error,
+            "voxa: " + file + ": is the file that --onto names; write to another one\n");
   EXPECT_EQ(bytesOfFile(file), media);
 }
 
@@ -147,7 +148,7 @@ TEST(Samples, SayWhyTracksAreLeftUntagged) {
         Row{head + recording::atom("moov", recording::bigEndian(99U) + "trak"),
             "in the movie header 'trak' at byte 0 announces more bytes than the file holds"}}) {
     const std::string media = folder.file("m.mp4", row.media);
-    const Result result = voxa({"sample", folder.name("o.mp4"), "--onto", media});
+    const Result result = voxa({"sample", folder.name("o.mp4"), "--onto", media, "--force"});
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(result.error, "voxa: " + folder.name("o.mp4") +
                                 ": the tracks are not tagged: " + row.reason + "\n");

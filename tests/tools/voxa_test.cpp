@@ -94,16 +94,32 @@ TEST(Statistics, AreShownAsTheHostSeesThem) {
 }
 
 TEST(Help, IsThereOnEveryLevelWithAnExample) {
-  for (const char* const command :
-       {"--version", "--help", "streams", "records", "load", "stats", "slots", "sample"}) {
-    const bool isOption = command[0] == '-';
-    const Result result = voxa(isOption ? std::vector<std::string>{command}
-                                        : std::vector<std::string>{command, "--help"});
+  for (const char* const command : {"streams", "records", "load", "stats", "slots", "sample"}) {
+    const Result result = voxa({command, "--help"});
     EXPECT_EQ(result.status, 0);
-    EXPECT_NE(result.out.find(command == std::string("--version") ? "voxa " : "Example: voxa "),
-              std::string::npos)
-        << result.out;
+    EXPECT_NE(result.out.find("Example: voxa "), std::string::npos) << result.out;
+    EXPECT_EQ(voxa({"help", command}).out, result.out);
   }
+  const Result result = voxa({"--help"});
+  EXPECT_NE(result.out.find("Example: voxa "), std::string::npos) << result.out;
+  for (const Result& same : {voxa({}), voxa({"help"})}) {
+    EXPECT_EQ(same.out, result.out);
+    EXPECT_EQ(same.status, 0);
+  }
+  EXPECT_EQ(voxa({"--version"}).out.find("voxa "), 0U);
+}
+
+TEST(Rates, AreThoseOfTheScreenTrackForATimeInSeconds) {
+  const TempFolder folder;
+  const std::string file = folder.file("a.voxa", testing_support::dataFile("sample.voxa"));
+  const std::vector<std::string> load = {"load",   file,   "F0",   "--as",
+                                         "points", "--at", "1.5s", "--format=csv"};
+  std::vector<std::string> withRate = load;
+  withRate.push_back("--rate=600");
+  const Result result = voxa(load);
+  EXPECT_EQ(result.out, voxa(withRate).out);
+  EXPECT_EQ(result.out.find("frame,x,y\n900,"), 0U) << result.out;
+  EXPECT_EQ(result.error, "voxa: " + file + ": --rate is that of the screen track: 600/1\n");
 }
 
 }  // namespace

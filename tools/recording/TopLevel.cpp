@@ -6,12 +6,11 @@
 #include <optional>
 #include <stdexcept>
 
+#include "text/Printable.h"
 #include "tools/recording/Container.h"
 #include "tools/recording/Movie.h"
 
 namespace recording {
-
-namespace fs = std::filesystem;
 
 namespace {
 
@@ -87,13 +86,14 @@ std::uint64_t sizeOf(std::istream& media) {
 }
 
 [[noreturn]] void refuse(const std::string& type, std::uint64_t place, const std::string& why) {
-  throw std::runtime_error("'" + type + "' at byte " + std::to_string(place) + " " + why);
+  throw std::runtime_error("'" + text::printable(type) + "' at byte " + std::to_string(place) +
+                           " " + why);
 }
 
 // What is done to the copy of a media file before the block.
 struct Plan {
   Bytes append;
-  std::optional<std::uint64_t> freedAtom;  // where it starts
+  std::optional<std::uint64_t> freedType;  // byte position of the type of the old movie header
   std::string whyUntagged;
 };
 
@@ -117,7 +117,7 @@ Plan planForAtoms(std::istream& media) {
   try {
     const Bytes payload = readPayload(media, *moov);
     if (isFragmented(payload)) return {{}, {}, "the movie is fragmented"};
-    return {atom("moov", taggedMovieHeader(payload)), moov->start, {}};
+    return {atom("moov", taggedMovieHeader(payload)), moov->start + kTypeOffset, {}};
   } catch (const std::runtime_error& error) {
     return {{}, {}, std::string("in the movie header ") + error.what()};
   }
@@ -130,17 +130,21 @@ Plan planForChunks(std::istream& media) {
   return {Bytes(lacksPadByte ? 1 : 0, '\0'), {}, {}};
 }
 
-// In the place of what is there. (The library's own option to overwrite is not everywhere.)
-void copyFile(const fs::path& from, const fs::path& to) {
-  std::error_code failure;
-  if (fs::exists(to)) {
-    if (fs::equivalent(from, to, failure)) {
-      throw std::runtime_error(to.u8string() + ": is the file to be copied");
+// Writes the file with "free" in place of the four bytes at `freedType`.
+void copy(std::istream& media, std::optional<std::uint64_t> freedType, const Write& write) {
+  constexpr std::string_view kFree = "free";
+  constexpr std::size_t kPiece = 1U << 20U;
+  Bytes piece(kPiece, '\0');
+  media.clear();
+  media.seekg(0);
+  for (std::uint64_t start = 0; media; start += kPiece) {
+    media.read(piece.data(), static_cast<std::streamsize>(kPiece));
+    const auto count = static_cast<std::size_t>(media.gcount());
+    for (std::size_t index = 0; freedType && index < kFree.size(); ++index) {
+      const std::uint64_t place = *freedType + index;
+      if (place >= start && place - start < count) piece[place - start] = kFree[index];
     }
-    fs::remove(to, failure);
-  }
-  if (!fs::copy_file(from, to, failure)) {
-    throw std::runtime_error(to.u8string() + ": " + failure.message());
+    write(std::string_view(piece).substr(0, count));
   }
 }
 
@@ -178,29 +182,20 @@ void eachAtom(std::string_view bytes, const Visit& visit) {
   walk(bytes.size(), Layout::Atoms, headerAt, visit);
 }
 
-std::string writeOnto(const std::string& media, const std::string& out, Layout layout,
-                      const Bytes& block) {
-  const fs::path from = fs::u8path(media);
-  const fs::path to = fs::u8path(out);
+std::string writeOnto(const std::string& media, Layout layout, const Bytes& block,
+                      const Write& write) {
+  std::ifstream file(std::filesystem::u8path(media), std::ios::binary);
+  if (!file) throw std::runtime_error(media + ": cannot be opened");
   Plan plan;
-  {
-    std::ifstream file(from, std::ios::binary);
-    if (!file) throw std::runtime_error(media + ": cannot be opened");
-    try {
-      plan = layout == Layout::Atoms ? planForAtoms(file) : planForChunks(file);
-    } catch (const std::runtime_error& error) {
-      throw std::runtime_error(media + ": " + error.what());
-    }
+  try {
+    plan = layout == Layout::Atoms ? planForAtoms(file) : planForChunks(file);
+  } catch (const std::runtime_error& error) {
+    throw std::runtime_error(media + ": " + error.what());
   }
-  copyFile(from, to);
-  std::fstream copy(to, std::ios::binary | std::ios::in | std::ios::out);
-  copy.seekp(0, std::ios::end);
-  copy << plan.append << block;
-  if (plan.freedAtom) {
-    copy.seekp(static_cast<std::streamoff>(*plan.freedAtom + kTypeOffset));
-    copy << "free";
-  }
-  if (!copy.flush()) throw std::runtime_error(out + ": cannot be written");
+  copy(file, plan.freedType, write);
+  if (file.bad()) throw std::runtime_error(media + ": cannot be read");
+  write(plan.append);
+  write(block);
   return plan.whyUntagged;
 }
 

@@ -31,13 +31,16 @@ void eachStructure(std::istream& media, Layout layout, const Visit& visit);
 /// The same of the atoms in `bytes`.
 void eachAtom(std::string_view bytes, const Visit& visit);
 
-/// Copies the file `media` to `out` and appends `block` to the copy at top level. Names are UTF-8.
-/// Among atoms the movie header is appended as well, with its video tracks tagged (Movie.h), and
-/// the old one becomes free space, so that no media moves; one of over 8 MiB stays as it is.
-/// Returns why the tracks were left untagged, empty when they were not. Throws std::runtime_error,
-/// naming the file and the place, when nothing can stand behind the last structure or a file cannot
-/// be read or written; `out` is not made in the first case.
-std::string writeOnto(const std::string& media, const std::string& out, Layout layout,
-                      const Bytes& block);
+/// Takes the next bytes of a file.
+using Write = std::function<void(std::string_view)>;
+
+/// Writes a copy of the file with the UTF-8 name `media`, with `block` appended at top level. In a
+/// file of atoms a movie header of at most 8 MiB is appended as well, with its video tracks tagged
+/// (Movie.h), and the old one becomes free space, so that no media moves. Returns why the tracks
+/// were left untagged, empty when they were tagged. Throws std::runtime_error, naming the file and
+/// the place, when nothing can follow the last structure, in which case nothing was written, and
+/// when the file cannot be read. What `write` throws passes through.
+std::string writeOnto(const std::string& media, Layout layout, const Bytes& block,
+                      const Write& write);
 
 }  // namespace recording

@@ -48,8 +48,8 @@ struct LoadOptions {
   std::string file;
   std::string stream;
   std::string type;
-  std::string rate;
-  std::string at;  ///< empty for the whole parameter
+  std::string rate;  ///< empty for that of the screen track, if `at` is in seconds
+  std::string at;    ///< empty for the whole parameter
   Format format = Format::Table;
 };
 
@@ -60,12 +60,13 @@ void loadParameter(const LoadOptions& options);
 struct SampleOptions {
   std::string out;
   double seconds = 10;
-  std::string onto;    ///< empty for a file of metadata alone
-  std::string stream;  ///< empty for all types
+  std::string onto;  ///< empty for a file of metadata alone
+  std::string type;  ///< empty for all types
   std::uint64_t seed = 1;
+  bool force = false;  ///< replace an existing file
 };
 
-/// Writes a made-up recording.
+/// Writes a made-up recording. The file is there complete or not at all.
 void writeSample(const SampleOptions& options);
 
 }  // namespace voxa

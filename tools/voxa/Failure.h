@@ -4,6 +4,8 @@
 #include <stdexcept>
 #include <string>
 
+#include "text/Printable.h"
+
 namespace voxa {
 
 /// Exit statuses of the program.
@@ -16,11 +18,12 @@ enum class Status {
   CannotOpen = 5,
 };
 
-/// One line that says the file, what and where.
+/// One line that says which file, what is wrong, where, and what to do. `what` is printable: a NUL
+/// of a recording does not cut it short.
 class Failure : public std::runtime_error {
  public:
   Failure(Status status, const std::string& message)
-      : std::runtime_error(message), m_status(status) {}
+      : std::runtime_error(text::printable(message)), m_status(status) {}
 
   Status status() const { return m_status; }
 

@@ -4,14 +4,18 @@
 #include <exception>
 #include <sstream>
 
+#include "host/Kestova/KestovaException.h"
 #include "host/Kestova/KeyFrameException.h"
+#include "host/Kestova/MediaFileStats.h"
 #include "host/Kestova/NumberText.h"
 #include "host/Kestova/ThreadSafe.h"
 #include "loader/VOXAScreenMetaDataLoader.h"
 #include "params/Parameter.h"
 #include "params/ParameterIterator.h"
+#include "stats/VOXAStatsLoader.h"
 #include "tools/voxa/Commands.h"
 #include "tools/voxa/Describe.h"
+#include "tools/voxa/Messages.h"
 #include "tools/voxa/QuietModule.h"
 #include "tools/voxa/Rates.h"
 #include "tools/voxa/Recording.h"
@@ -108,6 +112,22 @@ void printRows(const Request& request, const Parameter<T>& parameter, RowWriter&
   }
 }
 
+boost::rational<unsigned int> screenTrackRate(const std::string& file) {
+  Kestova::MediaFileStats stats;
+  try {
+    const QuietModule quiet;
+    VOXAStatsLoader().loadStats(file, &stats);
+  } catch (const Kestova::KestovaException&) {  // no tracks, then
+  }
+  for (const auto& track : stats.trackStats()) {
+    if (track.tag != Kestova::MediaFileStats::ScreenTrack || track.rate.numerator() == 0) continue;
+    say(fmt::format("{}: --rate is that of the screen track: {}/{}", file, track.rate.numerator(),
+                    track.rate.denominator()));
+    return track.rate;
+  }
+  throw Failure(Status::WrongUse, file + ": no screen track to take the rate from; use --rate");
+}
+
 bool isHostForm(Format format) {
   return format == Format::HostXml || format == Format::HostJson;
 }
@@ -174,11 +194,18 @@ void loadAs(const std::string& type, const Request& request) {
 
 void loadParameter(const LoadOptions& options) {
   if (isHostForm(options.format) && !options.at.empty()) {
-    throw Failure(Status::WrongUse, "--at gives one value, which has no host form");
+    throw Failure(Status::WrongUse, "--at prints one value, which has no host form; omit one");
   }
-  Request request{options, parseRate(options.rate), {}, {}};
+  if (options.rate.empty() && !isInSeconds(options.at)) {
+    throw Failure(Status::WrongUse, "--rate is required, except with --at in seconds");
+  }
+  Request request{options, parseRate(options.rate.empty() ? "1" : options.rate), {}, {}};
   if (!options.at.empty()) parseTime(options.at, request.rate);
-  const auto parser = openRecording(options.file, std::nullopt);
+  const auto parser = openForModule(options.file);
+  if (options.rate.empty()) {
+    request.rate = screenTrackRate(options.file);
+    parseTime(options.at, request.rate);
+  }
   std::exception_ptr absent;
   try {
     request.identifier = boost::uuids::to_string(findStream(*parser, options.file, options.stream));

@@ -28,6 +28,18 @@ void appendNumber(fmt::memory_buffer& out, Number number) {
   }
 }
 
+/// Appends a number to a table: 7 significant digits, but from 10^6 to 10^21 all that stand before
+/// the point, since whole numbers are not written with an exponent there.
+inline void appendReadable(fmt::memory_buffer& out, double number) {
+  const double size = std::abs(number);
+  if (size >= 1e6 && size < 1e21) {
+    const int decimals = number == std::trunc(number) ? 0 : 1;
+    fmt::format_to(fmt::appender(out), "{:>12.{}f}", number, decimals);
+  } else {
+    fmt::format_to(fmt::appender(out), "{:>12.7g}", number);
+  }
+}
+
 /// A JSON number, or "NaN", "Infinity", "-Infinity" as a JSON string; of a truth value its word.
 template <class Number>
 std::string jsonNumber(Number number) {

@@ -26,10 +26,10 @@ class Output {
     settle();
   }
 
-  // Text of a recording, which may be anything and of any length: it is made well-formed UTF-8 and
-  // written out as it comes, so that memory does not grow with it.
+  // Text of a recording, which may be any bytes and of any length. It is written as well-formed
+  // UTF-8 and piece by piece, so that memory does not grow with it.
 
-  /// On one line of a terminal: control characters as escapes.
+  /// For a table: unprintable characters are escaped (text/Printable.h).
   void writePrintable(std::string_view text);
 
   /// As a CSV field (RFC 4180), in quotes where it must be.
@@ -42,8 +42,6 @@ class Output {
   void flush();
 
  private:
-  void writeEscape(std::string_view prefix, unsigned char byte);
-
   static constexpr std::size_t kLarge = 64U << 10U;
 
   fmt::memory_buffer m_buffer;

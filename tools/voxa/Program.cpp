@@ -1,12 +1,16 @@
 #include "tools/voxa/Program.h"
 
 #include <CLI/CLI.hpp>
-#include <algorithm>
+#include <charconv>
 #include <iostream>
 #include <map>
+#include <new>
 
 #include "tools/recording/Sample.h"
 #include "tools/voxa/Commands.h"
+#include "tools/voxa/Messages.h"
+#include "tools/voxa/Output.h"
+#include "tools/voxa/Suggestion.h"
 #include "tools/voxa/Version.h"
 
 namespace voxa {
@@ -37,7 +41,8 @@ class CommandLine {
     m_app.set_version_flag("--version", kVersion);
     m_app.require_subcommand(1);
     m_app.allow_windows_style_options(false);  // "/a/b" is a file name there too
-    m_app.footer("Example: voxa streams take1.voxa");
+    m_app.footer(
+        "voxa help COMMAND shows the options of a command.\nExample: voxa streams take1.voxa");
     addStreams();
     addRecords();
     addLoad();
@@ -46,19 +51,93 @@ class CommandLine {
     addSample();
   }
 
-  int run(std::vector<std::string> arguments) {
-    std::reverse(arguments.begin(), arguments.end());  // as CLI11 takes them
-    try {
-      m_app.parse(std::move(arguments));
-    } catch (const CLI::Success& wish) {  // --help, --version
-      return m_app.exit(wish);
-    } catch (const CLI::ParseError& error) {
-      throw Failure(Status::WrongUse, error.what());
+  void run(std::vector<std::string> arguments) {
+    if (arguments.empty()) arguments = {"--help"};
+    if (arguments.front() == "help") {
+      arguments.erase(arguments.begin());
+      arguments.insert(arguments.end(), "--help");
     }
-    return 0;
+    const std::string& command = arguments.front();
+    if (!isOption(command) && commandNamed(command) == nullptr) {
+      wrongUse("unknown command '" + command + "'" + suggestion(command, commands()), m_app);
+    }
+    parse(arguments);
   }
 
  private:
+  void parse(const std::vector<std::string>& arguments) {
+    try {
+      // CLI11 wants them in reverse.
+      m_app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
+    } catch (const CLI::CallForHelp&) {
+      print(m_app.help());
+    } catch (const CLI::CallForVersion&) {
+      print(m_app.version() + "\n");
+    } catch (const CLI::ParseError& error) {
+      const CLI::App* const command = commandNamed(arguments.front());
+      const CLI::App& used = command == nullptr ? m_app : *command;
+      const std::string option = unknownOption(used, arguments);
+      if (option.empty()) wrongUse(error.what(), used);
+      wrongUse("unknown option " + option + suggestion(option, optionsOf(used)), used);
+    }
+  }
+
+  static void print(const std::string& text) {
+    Output out;
+    out.write(text);
+    out.flush();
+  }
+
+  [[noreturn]] void wrongUse(const std::string& message, const CLI::App& used) const {
+    const std::string command = &used == &m_app ? "" : used.get_name() + " ";
+    throw Failure(Status::WrongUse, message + " (see voxa " + command + "--help)");
+  }
+
+  static bool isOption(const std::string& argument) {
+    return argument.size() > 1 && argument[0] == '-' &&
+           std::isdigit(static_cast<unsigned char>(argument[1])) == 0;
+  }
+
+  // The first option that the command does not have, empty for none.
+  static std::string unknownOption(const CLI::App& command,
+                                   const std::vector<std::string>& arguments) {
+    for (std::size_t place = 0; place < arguments.size(); ++place) {
+      if (arguments[place] == "--") break;
+      if (!isOption(arguments[place])) continue;
+      const auto equals = arguments[place].find('=');
+      std::string name = arguments[place].substr(0, equals);
+      const CLI::Option* const option = command.get_option_no_throw(name);
+      if (option == nullptr) return name;
+      const bool isValueNext = equals == std::string::npos && option->get_items_expected_max() > 0;
+      if (isValueNext) ++place;
+    }
+    return {};
+  }
+
+  // Null when there is none.
+  const CLI::App* commandNamed(const std::string& name) const {
+    for (const CLI::App* command : m_app.get_subcommands(nullptr)) {
+      if (command->get_name() == name) return command;
+    }
+    return nullptr;
+  }
+
+  std::vector<std::string> commands() const {
+    std::vector<std::string> names = {"help"};
+    for (const CLI::App* command : m_app.get_subcommands(nullptr)) {
+      names.push_back(command->get_name());
+    }
+    return names;
+  }
+
+  static std::vector<std::string> optionsOf(const CLI::App& command) {
+    std::vector<std::string> names;
+    for (const CLI::Option* option : command.get_options()) {
+      for (const std::string& name : option->get_lnames()) names.push_back("--" + name);
+    }
+    return names;
+  }
+
   CLI::App* add(const char* name, const char* description, const char* example) {
     CLI::App* const command = m_app.add_subcommand(name, description);
     command->footer(std::string("Example: ") + example);
@@ -82,8 +161,28 @@ class CommandLine {
         ->add_option_function<std::string>(
             "--container",
             [&options](const std::string& name) { options.container = containers().at(name); },
-            "Read the file as this container, whatever its name says")
-        ->check(CLI::IsMember(containers()));
+            "Read the file as this container, whatever its extension")
+        ->transform(CLI::IsMember(containers(), CLI::ignore_case));
+  }
+
+  // CLI11's own range check lets NaN pass.
+  static std::string checkLength(const std::string& text) {
+    constexpr double kLongest = 1e6;
+    double seconds = 0;
+    const bool isInRange =
+        CLI::detail::lexical_cast(text, seconds) && seconds >= 0 && seconds <= kLongest;
+    return isInRange ? "" : text + " is not a number of seconds from 0 to 1000000";
+  }
+
+  // CLI11 wraps a negative number round.
+  static std::uint64_t parseSeed(const std::string& text) {
+    std::uint64_t seed = 0;
+    const char* const end = text.data() + text.size();
+    const auto [rest, error] = std::from_chars(text.data(), end, seed);
+    if (error != std::errc() || rest != end) {
+      throw CLI::ValidationError("--seed", text + " is not a whole number from 0 to 2^64 - 1");
+    }
+    return seed;
   }
 
   void addStreams() {
@@ -119,8 +218,9 @@ class CommandLine {
     command->add_option("--as", m_load.type, "Type of the values")
         ->required()
         ->check(CLI::IsMember(types));
-    command->add_option("--rate", m_load.rate, "Edit rate in frames per second: N or N/D")
-        ->required();
+    command->add_option("--rate", m_load.rate,
+                        "Edit rate in frames per second: N or N/D (default with --at in seconds: "
+                        "that of the screen track)");
     command->add_option("--at", m_load.at,
                         "Only the value at this frame, or at these seconds: 75 or 2.5s");
     addFormat(command, m_load, {"table", "csv", "json", "host-xml", "host-json"});
@@ -150,11 +250,17 @@ class CommandLine {
     command->add_option("OUT", m_sample.out, "The new file: .voxa .mp4 .mov .avi .wav or .dat")
         ->required();
     command->add_option("--seconds", m_sample.seconds, "Length (default 10)")
-        ->check(CLI::Range(0.0, 1e6));
+        ->check(CLI::Validator(checkLength, "NUMBER"));
     command->add_option("--onto", m_sample.onto, "A media file to copy and append to");
-    command->add_option("--stream", m_sample.stream, "Only the stream of this type")
-        ->check(CLI::IsMember(recording::sampleTypes()));
-    command->add_option("--seed", m_sample.seed, "Same seed, same bytes (default 1)");
+    const CLI::IsMember isType(recording::sampleTypes());
+    command->add_option("--type", m_sample.type, "Only the stream of this type")->check(isType);
+    command->add_option("--stream", m_sample.type)->check(isType)->group("");  // its old name
+    command
+        ->add_option_function<std::string>(
+            "--seed", [this](const std::string& text) { m_sample.seed = parseSeed(text); },
+            "Same seed, same bytes (default 1)")
+        ->type_name("NUMBER");
+    command->add_flag("--force", m_sample.force, "Replace OUT if it exists");
     command->callback([this] { writeSample(m_sample); });
   }
 
@@ -167,23 +273,27 @@ class CommandLine {
   SampleOptions m_sample;
 };
 
-int complain(Status status, const std::string& message) {
-  std::cerr << "voxa: " << message << std::endl;
+int fail(Status status, const std::string& message) {
+  say(message);
   return static_cast<int>(status);
 }
 
 }  // namespace
 
 int run(std::vector<std::string> arguments) {
-  // What the module says of each of a million records is then written in large pieces, behind the
-  // reports of assertions where both are said of one record.
+  // The module's messages are then written in large pieces and in the order in which they are made,
+  // even a million of them.
   std::ios::sync_with_stdio(false);
+  const EscapedErrors escaped;
   try {
-    return CommandLine().run(std::move(arguments));
+    CommandLine().run(std::move(arguments));
+    return static_cast<int>(Status::Done);
   } catch (const Failure& failure) {
-    return complain(failure.status(), failure.what());
+    return fail(failure.status(), failure.what());
+  } catch (const std::bad_alloc&) {
+    return fail(Status::Failed, "out of memory");
   } catch (const std::exception& error) {
-    return complain(Status::Failed, error.what());
+    return fail(Status::Failed, error.what());
   }
 }
 

@@ -5,7 +5,8 @@
 
 namespace voxa {
 
-/// While it lives, what the module writes to standard output goes to standard error.
+/// While it lives, what the module writes to standard output goes to standard error, escaped
+/// (Messages.h).
 class QuietModule {
  public:
   QuietModule() : m_before(std::cout.rdbuf(std::cerr.rdbuf())) {}

@@ -1,6 +1,8 @@
 #include "tools/voxa/Rates.h"
 
 #include <charconv>
+#include <cmath>
+#include <limits>
 #include <optional>
 #include <string_view>
 
@@ -9,6 +11,8 @@
 namespace voxa {
 
 namespace {
+
+constexpr Kestova::int64 kMostRate = std::numeric_limits<unsigned int>::max();
 
 template <class Number>
 std::optional<Number> parseWhole(std::string_view text) {
@@ -40,6 +44,21 @@ std::optional<Kestova::Ratio> parseDecimal(std::string_view text) {
   return Kestova::Ratio{*number, unit};
 }
 
+// "; use 30000/1001" for 29.97, empty where no rate is meant.
+std::string rateSuggestion(std::string_view text) {
+  const auto decimal = parseDecimal(text);
+  if (!decimal || decimal->numerator <= 0) return {};
+  const double rate =
+      static_cast<double>(decimal->numerator) / static_cast<double>(decimal->denominator);
+  for (const int whole : {24, 30, 48, 60, 120}) {  // the NTSC rates, commonly cut to two decimals
+    const bool isNear = std::abs(rate - whole * 1000 / 1001.0) < 0.006;
+    if (isNear) return "; use " + std::to_string(whole) + "000/1001";
+  }
+  const Kestova::Ratio exact = Kestova::reduced(decimal->numerator, decimal->denominator);
+  if (exact.numerator > kMostRate || exact.denominator > kMostRate) return {};
+  return "; use " + std::to_string(exact.numerator) + "/" + std::to_string(exact.denominator);
+}
+
 }  // namespace
 
 boost::rational<unsigned int> parseRate(const std::string& text) {
@@ -50,7 +69,7 @@ boost::rational<unsigned int> parseRate(const std::string& text) {
                                ? std::optional<unsigned int>(1)
                                : parseWhole<unsigned int>(view.substr(slash + 1));
   if (numerator.value_or(0) == 0 || denominator.value_or(0) == 0) {
-    wrongUse("--rate takes N or N/D, whole numbers above 0: " + text);
+    wrongUse("--rate takes N or N/D, whole numbers above 0: " + text + rateSuggestion(view));
   }
   return {*numerator, *denominator};
 }
@@ -58,7 +77,7 @@ boost::rational<unsigned int> parseRate(const std::string& text) {
 Kestova::RationalTime parseTime(const std::string& text,
                                 const boost::rational<unsigned int>& rate) {
   const std::string_view view = text;
-  if (!view.empty() && view.back() == 's') {
+  if (isInSeconds(text)) {
     if (const auto seconds = parseDecimal(view.substr(0, view.size() - 1))) {
       try {
         const auto frames =

@@ -8,12 +8,13 @@
 #include <cctype>
 #include <filesystem>
 #include <fstream>
-#include <iostream>
 #include <vector>
 
 #include "ZRKMetaData/src/MetaDataUUID.h"
 #include "ZRKMetaData/src/ZRKMPlatform.h"
+#include "text/Utf8.h"
 #include "tools/voxa/Failure.h"
+#include "tools/voxa/Messages.h"
 #include "tools/voxa/QuietModule.h"
 
 namespace voxa {
@@ -27,8 +28,8 @@ std::string whyClosed(const std::string& file) {
   std::error_code error;
   const auto status = std::filesystem::status(std::filesystem::u8path(file), error);
   if (error) return error.message();
-  if (std::filesystem::is_directory(status)) return "it is a directory";
-  if (!std::filesystem::is_regular_file(status)) return "it is no regular file";
+  if (std::filesystem::is_directory(status)) return "it is a folder";
+  if (!std::filesystem::is_regular_file(status)) return "it is not a regular file";
   return "permission denied";
 }
 
@@ -71,9 +72,19 @@ boost::uuids::uuid parseIdentifier(const std::string& text) {
   } catch (const std::runtime_error&) {  // said below
   }
   throw Failure(Status::WrongUse,
-                "STREAM is neither a 36-character identifier nor a two-digit "
-                "key: " +
-                    text);
+                "STREAM is neither a 36-character identifier nor a two-digit key: " + text);
+}
+
+std::unique_ptr<MetaDataParser> open(const std::string& file,
+                                     std::optional<ZRKMetaData::ContainerKind> kind,
+                                     const char* remedy) {
+  requireOpens(file);
+  const auto used = kind.value_or(ZRKMetaData::containerKindOfFileName(file));
+  if (used == ZRKMetaData::None) {
+    say(file + ": unknown extension, nothing was scanned; " + remedy);
+  }
+  const QuietModule quiet;
+  return std::unique_ptr<MetaDataParser>(MetaDataParser::createForFile(file, used));
 }
 
 }  // namespace
@@ -88,14 +99,15 @@ void requireOpens(const std::string& file) {
 
 std::unique_ptr<MetaDataParser> openRecording(const std::string& file,
                                               std::optional<ZRKMetaData::ContainerKind> kind) {
-  requireOpens(file);
-  const auto used = kind.value_or(ZRKMetaData::containerKindOfFileName(file));
-  if (used == ZRKMetaData::None) {
-    std::cerr << "voxa: " << file
-              << ": nothing was scanned: the name says no container (--container does)\n";
+  return open(file, kind, "use --container");
+}
+
+std::unique_ptr<MetaDataParser> openForModule(const std::string& file) {
+  auto parser = open(file, std::nullopt, "rename it to .voxa, .mp4, .mov, .avi, .wav or .dat");
+  if (!text::isWellFormedUtf8(file)) {
+    throw Failure(Status::Failed, file + ": the file name is not valid UTF-8; rename the file");
   }
-  const QuietModule quiet;
-  return std::unique_ptr<MetaDataParser>(MetaDataParser::createForFile(file, used));
+  return parser;
 }
 
 boost::uuids::uuid findStream(const MetaDataParser& parser, const std::string& file,

@@ -13,10 +13,15 @@ namespace voxa {
 /// Throws Failure (CannotOpen), with the reason, unless the file with this UTF-8 name can be read.
 void requireOpens(const std::string& file);
 
-/// Opens and indexes the recording with this UTF-8 name, as `kind` where that is given. A name that
-/// implies no container is said on standard error. Throws as `requireOpens` does.
+/// Opens and indexes the recording with this UTF-8 name, as `kind` where that is given. Says on
+/// standard error when nothing was scanned because the extension is unknown. Throws as
+/// `requireOpens` does.
 std::unique_ptr<ZRKMetaData::MetaDataParser> openRecording(
     const std::string& file, std::optional<ZRKMetaData::ContainerKind> kind);
+
+/// The same for a command that passes the name to the module, which goes by the extension alone.
+/// Throws Failure for a name that is not UTF-8 too, since the module refuses it.
+std::unique_ptr<ZRKMetaData::MetaDataParser> openForModule(const std::string& file);
 
 /// The identifier that `text` means in this recording: 36 characters, or the two digits of a short
 /// key. Of several indexed identifiers with one key the registered one is meant. Throws Failure:

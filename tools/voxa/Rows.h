@@ -90,7 +90,7 @@ class LineRow {
     if (m_format == Format::Csv) {
       appendNumber(m_out.buffer(), value);
     } else if constexpr (std::is_floating_point_v<Number>) {
-      fmt::format_to(fmt::appender(m_out.buffer()), "{:>12.7g}", value);  // for the eye
+      appendReadable(m_out.buffer(), value);
     } else {
       fmt::format_to(fmt::appender(m_out.buffer()), "{:>12}", value);
     }

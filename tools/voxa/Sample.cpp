@@ -1,11 +1,11 @@
 #include <filesystem>
-#include <fstream>
-#include <iostream>
 
+#include "tools/files/OutputFile.h"
 #include "tools/recording/Movie.h"
 #include "tools/recording/Sample.h"
 #include "tools/recording/TopLevel.h"
 #include "tools/voxa/Commands.h"
+#include "tools/voxa/Messages.h"
 #include "tools/voxa/Recording.h"
 
 namespace voxa {
@@ -17,8 +17,8 @@ using ZRKMetaData::ContainerKind;
 namespace {
 
 std::vector<Entry> entriesOf(const SampleOptions& options, ContainerKind kind) {
-  if (!options.stream.empty()) {
-    return {recording::sampleEntry(options.stream, options.seconds, options.seed)};
+  if (!options.type.empty()) {
+    return {recording::sampleEntry(options.type, options.seconds, options.seed)};
   }
   if (kind == ZRKMetaData::Raw) {
     return {recording::sampleEntry("points", options.seconds, options.seed)};
@@ -32,10 +32,12 @@ Bytes blockOf(const std::vector<Entry>& entries, ContainerKind kind) {
   return recording::atomBlock(entries);
 }
 
-void writeFile(const std::string& name, const Bytes& bytes) {
-  std::ofstream file(std::filesystem::u8path(name), std::ios::binary | std::ios::trunc);
-  if (!file) throw Failure(Status::Failed, name + ": cannot be written");
-  if (!(file << bytes).flush()) throw Failure(Status::Failed, name + ": cannot be written whole");
+void requireOtherFile(const std::string& out, const std::string& media) {
+  std::error_code absent;  // then they differ
+  if (std::filesystem::equivalent(std::filesystem::u8path(media), std::filesystem::u8path(out),
+                                  absent)) {
+    throw Failure(Status::Failed, out + ": is the file that --onto names; write to another one");
+  }
 }
 
 }  // namespace
@@ -44,24 +46,31 @@ void writeSample(const SampleOptions& options) {
   const ContainerKind kind = ZRKMetaData::containerKindOfFileName(options.out);
   if (kind == ZRKMetaData::None) {
     throw Failure(Status::WrongUse,
-                  options.out + ": the name must end in .voxa, .mp4, .mov, .avi, .wav or .dat");
+                  options.out + ": unknown extension; use .voxa, .mp4, .mov, .avi, .wav or .dat");
   }
   if (kind == ZRKMetaData::Raw && !options.onto.empty()) {
-    throw Failure(Status::WrongUse, options.out + ": a .dat file holds one stream and no media");
+    throw Failure(Status::WrongUse,
+                  options.out + ": a .dat file holds one stream and no media; omit --onto");
   }
-  if (!options.onto.empty()) requireOpens(options.onto);
+  if (!options.onto.empty()) {
+    requireOpens(options.onto);
+    requireOtherFile(options.out, options.onto);
+  }
+  files::OutputFile out(options.out,
+                        options.force ? files::Existing::Replace : files::Existing::Refuse);
   const Bytes block = blockOf(entriesOf(options, kind), kind);
+  std::string whyUntagged;
   if (options.onto.empty()) {
-    const bool hasTracks = kind == ZRKMetaData::Atoms;
-    writeFile(options.out, (hasTracks ? recording::sampleMovie(options.seconds) : Bytes()) + block);
-    return;
+    if (kind == ZRKMetaData::Atoms) out.write(recording::sampleMovie(options.seconds));
+    out.write(block);
+  } else {
+    whyUntagged = recording::writeOnto(
+        options.onto,
+        kind == ZRKMetaData::Riff ? recording::Layout::Chunks : recording::Layout::Atoms, block,
+        [&out](std::string_view bytes) { out.write(bytes); });
   }
-  const std::string whyUntagged = recording::writeOnto(
-      options.onto, options.out,
-      kind == ZRKMetaData::Riff ? recording::Layout::Chunks : recording::Layout::Atoms, block);
-  if (!whyUntagged.empty()) {
-    std::cerr << "voxa: " << options.out << ": the tracks are not tagged: " << whyUntagged << "\n";
-  }
+  out.commit();
+  if (!whyUntagged.empty()) say(options.out + ": the tracks are not tagged: " + whyUntagged);
 }
 
 }  // namespace voxa

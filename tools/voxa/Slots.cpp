@@ -87,7 +87,7 @@ void writeTable(Output& out, const std::string& file, const MetaDataLocations& s
 }  // namespace
 
 void showSlots(const FileOptions& options) {
-  const auto parser = openRecording(options.file, std::nullopt);
+  const auto parser = openForModule(options.file);
   const std::unique_ptr<Kestova::ScreenMetaDataFilenameSetter> setter(
       VOXAScreenMetaDataFilenameSetter::create());
   Output out;

@@ -1,6 +1,10 @@
 #include "stats/VOXAStatsLoader.h"
 
+#include <filesystem>
+#include <fstream>
+
 #include "host/Kestova/KestovaException.h"
+#include "tools/recording/TopLevel.h"
 #include "tools/voxa/Commands.h"
 #include "tools/voxa/Output.h"
 #include "tools/voxa/QuietModule.h"
@@ -13,6 +17,24 @@ using Kestova::MediaFileStats;
 
 namespace {
 
+// The module's reader says only that it failed.
+std::string whyUnreadable(const std::string& file) {
+  std::ifstream media(std::filesystem::u8path(file), std::ios::binary);
+  bool hasAtoms = false;
+  bool hasMovie = false;
+  std::string damage;
+  try {
+    recording::eachStructure(media, recording::Layout::Atoms, [&](const auto& atom) {
+      hasAtoms = true;
+      hasMovie = hasMovie || atom.type == "moov";
+    });
+  } catch (const std::runtime_error& error) {
+    if (hasAtoms) damage = std::string(" (") + error.what() + ")";
+  }
+  if (hasMovie) return "the movie header is damaged" + damage;
+  return "no movie header; stats reads MP4 and MOV" + damage;
+}
+
 void load(VOXAStatsLoader& loader, const std::string& file, MediaFileStats& stats) {
   const QuietModule quiet;
   try {
@@ -20,7 +42,7 @@ void load(VOXAStatsLoader& loader, const std::string& file, MediaFileStats& stat
   } catch (const Kestova::KestovaException& error) {
     std::string message = error.what();  // which ends its own line
     message.erase(message.find_last_not_of('\n') + 1);
-    throw Failure(Status::Failed, message);
+    throw Failure(Status::Failed, message + ": " + whyUnreadable(file));
   }
 }
 

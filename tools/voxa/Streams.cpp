@@ -2,6 +2,7 @@
 
 #include "ZRKMetaData/src/MetaDataUUID.h"
 #include "tools/voxa/Commands.h"
+#include "tools/voxa/Messages.h"
 #include "tools/voxa/Output.h"
 #include "tools/voxa/Recording.h"
 #include "tools/voxa/Rows.h"
@@ -11,6 +12,9 @@ namespace voxa {
 using ZRKMetaData::MetaDataUUID;
 
 namespace {
+
+// Above it an announced size is no place in any file, and sums may overflow.
+constexpr ZRKMetaData::int64 kLargestSize = ZRKMetaData::int64{1} << 62U;
 
 const char* containerName(ZRKMetaData::ContainerKind kind) {
   switch (kind) {
@@ -60,6 +64,45 @@ void writeTable(Output& out, const std::string& file, ZRKMetaData::MetaDataParse
   }
 }
 
+// How many bytes of the entry at `location` the file does not have. The indexed size of an atom
+// whose own header has 8 bytes is 8 short.
+ZRKMetaData::int64 missingBytes(std::istream& stream, ZRKMetaData::ContainerKind kind,
+                                const ZRKMetaData::MetaDataLocation& location,
+                                ZRKMetaData::int64 fileSize) {
+  constexpr int kAtomHeaderSize = 8;
+  const bool isMeasured = location.size >= 0 && location.size <= kLargestSize && fileSize >= 0;
+  if (!isMeasured) return 0;
+  const ZRKMetaData::int64 missing = location.offset + location.size - fileSize;
+  if (kind != ZRKMetaData::Atoms || missing + kAtomHeaderSize <= 0) return missing;
+  char type[4] = {};
+  stream.clear();
+  stream.seekg(location.offset - static_cast<int>(sizeof type));
+  stream.read(type, sizeof type);
+  return std::string_view(type, sizeof type) == "DATA" ? missing + kAtomHeaderSize : missing;
+}
+
+// Says how many entries announce more than the file holds, which happens when a file is cut.
+void sayWhatIsMissing(const std::string& file, ZRKMetaData::MetaDataParser& parser) {
+  std::istream& stream = parser.stream();
+  stream.clear();
+  stream.seekg(0, std::ios::end);
+  const ZRKMetaData::int64 fileSize = stream.tellg();
+  int count = 0;
+  std::string first;
+  for (const auto& [id, location] : parser.locations()) {
+    const auto missing = missingBytes(stream, parser.containerKind(), location, fileSize);
+    if (missing <= 0) continue;
+    if (++count == 1) {
+      first = fmt::format("stream {} by {} bytes", boost::uuids::to_string(id), missing);
+    }
+  }
+  if (count == 1) say(fmt::format("{}: 1 entry runs beyond the end of the file: {}", file, first));
+  if (count > 1) {
+    say(fmt::format("{}: {} entries run beyond the end of the file, the first: {}", file, count,
+                    first));
+  }
+}
+
 }  // namespace
 
 void listStreams(const StreamsOptions& options) {
@@ -71,6 +114,7 @@ void listStreams(const StreamsOptions& options) {
     writeTable(out, options.file, *parser);
   }
   out.flush();
+  sayWhatIsMissing(options.file, *parser);
 }
 
 }  // namespace voxa
