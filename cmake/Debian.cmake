@@ -1,0 +1,27 @@
+# What the Debian package has beyond the installed files. A test runs lintian on it; the tags that it
+# does not apply are in debian/overrides, with the reasons.
+
+set(CPACK_DEBIAN_PACKAGE_NAME kestova-voxa-support)
+set(CPACK_DEBIAN_PACKAGE_SECTION libs)
+set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
+"KestovaVOXASupport reads the cursor, keystrokes, rectangles and series that
+screen recordings carry in .voxa, .mp4, .mov, .avi, .wav and .dat files.
+
+The package has the module and its headers, and voxa, which prints the
+streams and the statistics of a recording.")
+# Compiling against the installed headers needs those of Boost; running anything does not.
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS libboost${Boost_VERSION_MAJOR}.${Boost_VERSION_MINOR}-dev)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_LIBRARY_OUTPUT_DIRECTORY})
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
+set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA ${PROJECT_SOURCE_DIR}/cmake/debian/triggers)
+set(CPACK_STRIP_FILES ON)
+set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
+  OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
+
+set(package_doc ${CMAKE_INSTALL_DATADIR}/doc/${CPACK_DEBIAN_PACKAGE_NAME})
+configure_file(cmake/debian/changelog ${PROJECT_BINARY_DIR}/changelog @ONLY)
+compressed(${PROJECT_BINARY_DIR}/changelog ${package_doc})
+install(FILES cmake/debian/copyright DESTINATION ${package_doc})
+install(FILES cmake/debian/overrides DESTINATION ${CMAKE_INSTALL_DATADIR}/lintian/overrides
+  RENAME ${CPACK_DEBIAN_PACKAGE_NAME})
