@@ -64,6 +64,22 @@ void writeSeeds(const std::filesystem::path& root) {
   movie.write(recording::sampleMovie(3));
   movie.write(recording::movie({}) + recording::atom("mdat", "media"));
 
+  Folder whole(root, "recording");
+  const Bytes screens = recording::sampleMovie(1);
+  for (const auto& entry : entries) {  // with the container and the edit rate in front
+    whole.write(Bytes(2, 0) + screens + recording::atomBlock({entry}));
+    whole.write(Bytes(1, 2) + Bytes(1, 1) + recording::entryBytes(entry));
+  }
+  whole.write(Bytes(2, 1) + recording::chunkBlock(entries));
+
+  Folder onto(root, "onto");
+  onto.write(Bytes(1, 0) + screens + recording::atom("mdat", "media"));
+  onto.write(Bytes(1, 0) +
+             recording::movie({{true, 25, 50, 64, 48, 0}, {true, 25, 50, 32, 24, 0}}));
+  onto.write(Bytes(1, 0) + screens + recording::wideAtom("free", "") +
+             recording::atomBlock(entries));
+  onto.write(Bytes(1, 1) + recording::chunk("RIFF", "odd") + recording::chunk("LIST", "even"));
+
   Folder names(root, "names");
   for (const char* const name :
        {"C:\\rec\\a.voxa/2b7b6af0-7a1f-11e2-83d0-0017f200be7f", "\\\\srv\\share\\x", "a:b",

@@ -1,20 +1,9 @@
 // The reader of track tables. The input is the file.
-#include <filesystem>
-#include <fstream>
-#include <random>
-
 #include "fuzz/Fuzz.h"
+#include "fuzz/TempFile.h"
 #include "host/VOXA/Reader.h"
 
 namespace {
-
-// One file that every input is written to in turn.
-const std::string& fileName() {
-  static const std::string name = (std::filesystem::temp_directory_path() /
-                                   ("kestova-fuzz-" + std::to_string(std::random_device()())))
-                                      .u8string();
-  return name;
-}
 
 std::string shown(const boost::shared_ptr<VOXA::Reader>& reader) {
   if (!reader) return "none";
@@ -33,10 +22,10 @@ std::string shown(const boost::shared_ptr<VOXA::Reader>& reader) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  std::ofstream(std::filesystem::u8path(fileName()), std::ios::binary)
-      .write(reinterpret_cast<const char*>(data), static_cast<std::streamsize>(size));
+  static const fuzz::TempFile file;
+  file.write(std::string(reinterpret_cast<const char*>(data), size));
   const auto read = [] {
-    return VOXA::Reader::create(fileName(),
+    return VOXA::Reader::create(file.name(),
                                 VOXA::AudioFormat::create16BitSignedInterleaved(44100, 1), nullptr);
   };
   const auto reader = read();
@@ -44,6 +33,5 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   constexpr std::size_t kSmallestTrack = 100;
   fuzz::require(!reader || reader->tracks().size() <= size / kSmallestTrack,
                 "there are no more tracks than the file has room for");
-  std::filesystem::remove(std::filesystem::u8path(fileName()));
   return 0;
 }
