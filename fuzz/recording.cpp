@@ -29,8 +29,8 @@ using ZRKMetaData::isReadableVersion;
 using ZRKMetaData::MetaDataParser;
 using ZRKMetaData::readHeaderAt;
 
-constexpr std::size_t kMostStreamNames = 262144;
-constexpr int kMostStreams = 3;  // of a file that are loaded
+constexpr std::size_t kMaxStreamNames = 262144;
+constexpr int kMaxStreams = 3;  // of a file that are loaded
 
 class Rate final : public Kestova::ProjectEditRate {
  public:
@@ -66,7 +66,7 @@ std::string valueOf(const Kestova::KeystrokeData& value, const std::string&) {
   return bytesOf(value.character()) + bytesOf(value.eventFlags());
 }
 std::string valueOf(const ZRKMetaData::KeyStroke& value, const std::string&) {
-  return bytesOf(value.character) + bytesOf(value.eventFlags);
+  return bytesOf(int{value.character}) + bytesOf(long{value.eventFlags});
 }
 std::string valueOf(const Kestova::Point& value, const std::string&) {
   return bytesOf(value.x) + bytesOf(value.y);
@@ -215,7 +215,7 @@ void checkStats(const std::string& file, const std::vector<std::string>& streams
                   "a screen track names the streams of the index, other tracks none");
     names += each.metaDataFilenames.size();
   }
-  fuzz::require(names <= kMostStreamNames, "the number of stream names is bounded");
+  fuzz::require(names <= kMaxStreamNames, "the number of stream names is bounded");
 }
 
 }  // namespace
@@ -236,7 +236,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::unique_ptr<MetaDataParser> parser(MetaDataParser::createForFile(file.name()));
   for (const auto& id : parser->streamIds()) {
     names.push_back(file.name() + "/" + to_string(id));
-    if (loaded++ < kMostStreams) recording.loadAll(to_string(id));
+    if (loaded++ < kMaxStreams) recording.loadAll(to_string(id));
   }
   if (names.empty()) recording.loadAll("2b7b6af0-7a1f-11e2-83d0-0017f200be7f");
   checkStats(file.name(), names);
