@@ -27,12 +27,12 @@ install(FILES
   loader/VOXAScreenMetaDataFilenameSetter.h loader/VOXAScreenMetaDataLoader.h
   DESTINATION ${include_folder}/loader)
 install(FILES stats/VOXAStatsLoader.h DESTINATION ${include_folder}/stats)
-install(FILES names/ModuleExport.h DESTINATION ${include_folder}/names)
+install(FILES module/Export.h DESTINATION ${include_folder}/module)
 
 set(config_folder ${CMAKE_INSTALL_LIBDIR}/cmake/KestovaVOXASupport)
 install(EXPORT KestovaVOXASupport NAMESPACE KestovaVOXASupport::
   FILE KestovaVOXASupportTargets.cmake DESTINATION ${config_folder})
-configure_package_config_file(cmake/KestovaVOXASupportConfig.cmake.in
+configure_package_config_file(module/KestovaVOXASupportConfig.cmake.in
   ${PROJECT_BINARY_DIR}/KestovaVOXASupportConfig.cmake INSTALL_DESTINATION ${config_folder})
 write_basic_package_version_file(
   ${PROJECT_BINARY_DIR}/KestovaVOXASupportConfigVersion.cmake COMPATIBILITY SameMajorVersion)
@@ -42,7 +42,7 @@ install(FILES
   DESTINATION ${config_folder})
 
 file(RELATIVE_PATH prefix_from_pkgconfig /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
-configure_file(cmake/KestovaVOXASupport.pc.in ${PROJECT_BINARY_DIR}/KestovaVOXASupport.pc @ONLY)
+configure_file(module/KestovaVOXASupport.pc.in ${PROJECT_BINARY_DIR}/KestovaVOXASupport.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/KestovaVOXASupport.pc
   DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 

@@ -2,7 +2,7 @@
 #include <boost/system/system_error.hpp>
 
 #include "fuzz/Fuzz.h"
-#include "names/PathLocale.h"
+#include "names/Utf16.h"
 #include "names/StreamFileName.h"
 #include "names/WindowsPath.h"
 

@@ -2,26 +2,25 @@
 #pragma once
 
 #include "host/Kestova/ScreenMetaDataFilenameSetter.h"
-#include "names/ModuleExport.h"
+#include "module/Export.h"
 
 /// There is no state: one object serves any number of threads.
-class KESTOVA_VOXA_SUPPORT_TYPE VOXAScreenMetaDataFilenameSetter
+class KESTOVA_VOXA_SUPPORT_API VOXAScreenMetaDataFilenameSetter
     : public Kestova::ScreenMetaDataFilenameSetter {
  public:
-  KESTOVA_VOXA_SUPPORT_API VOXAScreenMetaDataFilenameSetter();
-  KESTOVA_VOXA_SUPPORT_API ~VOXAScreenMetaDataFilenameSetter() override;
+  VOXAScreenMetaDataFilenameSetter();
+  ~VOXAScreenMetaDataFilenameSetter() override;
 
   /// A new setter. The caller owns it.
-  KESTOVA_VOXA_SUPPORT_API static Kestova::ScreenMetaDataFilenameSetter* create();
+  static Kestova::ScreenMetaDataFilenameSetter* create();
 
   /// Does nothing; the argument may be null.
-  KESTOVA_VOXA_SUPPORT_API void initScreenMetaData(Kestova::ScreenMetaData* metaData) override;
+  void initScreenMetaData(Kestova::ScreenMetaData* metaData) override;
 
   /// Hands the whole of `filename` to the slot of `metaData` whose stream its last component names,
   /// in exactly the lower-case text of the identifier. Names of other streams, of no stream or in
   /// another spelling are left alone. `metaData` is not null when there is a slot. Throws
   /// boost::system::system_error for a name that is not UTF-8, having called no slot, and what the
   /// slot throws.
-  KESTOVA_VOXA_SUPPORT_API void setScreenMetaData(Kestova::ScreenMetaData* metaData,
-                                                  const std::string& filename) override;
+  void setScreenMetaData(Kestova::ScreenMetaData* metaData, const std::string& filename) override;
 };

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "host/Kestova/ScreenMetaDataLoader.h"
-#include "names/ModuleExport.h"
+#include "module/Export.h"
 
 /// Every load operation opens the recording that the stream file name names, indexes it, decodes
 /// the one stream and returns it as a Kestova::LeftParameter whose times are frame numbers at the
@@ -15,55 +15,54 @@
 /// Kestova::KestovaException when the edit rate has gone. Nothing half-loaded is returned.
 ///
 /// There is no state: one object serves any number of threads.
-class KESTOVA_VOXA_SUPPORT_TYPE VOXAScreenMetaDataLoader : public Kestova::ScreenMetaDataLoader {
+class KESTOVA_VOXA_SUPPORT_API VOXAScreenMetaDataLoader : public Kestova::ScreenMetaDataLoader {
  public:
-  KESTOVA_VOXA_SUPPORT_API VOXAScreenMetaDataLoader();
-  KESTOVA_VOXA_SUPPORT_API ~VOXAScreenMetaDataLoader() override;
+  VOXAScreenMetaDataLoader();
+  ~VOXAScreenMetaDataLoader() override;
 
-  KESTOVA_VOXA_SUPPORT_API boost::shared_ptr<Kestova::Parameter<Kestova::Rect<float>>> loadRects(
+  boost::shared_ptr<Kestova::Parameter<Kestova::Rect<float>>> loadRects(
       const std::string& filename, const std::string& identifier,
       const boost::weak_ptr<const Kestova::ThreadSafe>& owner,
       const boost::weak_ptr<const Kestova::ProjectEditRate>& editRate) const override;
-  KESTOVA_VOXA_SUPPORT_API boost::shared_ptr<Kestova::Parameter<Kestova::Point>> loadPoints(
+  boost::shared_ptr<Kestova::Parameter<Kestova::Point>> loadPoints(
       const std::string& filename, const std::string& identifier,
       const boost::weak_ptr<const Kestova::ThreadSafe>& owner,
       const boost::weak_ptr<const Kestova::ProjectEditRate>& editRate) const override;
-  KESTOVA_VOXA_SUPPORT_API boost::shared_ptr<Kestova::Parameter<Kestova::KeystrokeData>>
-  loadKeystrokeData(const std::string& filename, const std::string& identifier,
-                    const boost::weak_ptr<const Kestova::ThreadSafe>& owner,
-                    const boost::weak_ptr<const Kestova::ProjectEditRate>& editRate) const override;
-  KESTOVA_VOXA_SUPPORT_API boost::shared_ptr<Kestova::Parameter<int>> loadInts(
+  boost::shared_ptr<Kestova::Parameter<Kestova::KeystrokeData>> loadKeystrokeData(
+      const std::string& filename, const std::string& identifier,
+      const boost::weak_ptr<const Kestova::ThreadSafe>& owner,
+      const boost::weak_ptr<const Kestova::ProjectEditRate>& editRate) const override;
+  boost::shared_ptr<Kestova::Parameter<int>> loadInts(
       const std::string& filename, const std::string& identifier,
       const boost::weak_ptr<const Kestova::ThreadSafe>& owner,
       const boost::weak_ptr<const Kestova::ProjectEditRate>& editRate) const override;
 
   /// No stream holds rectangle lists: an empty parameter, no file opened, no edit rate read.
-  KESTOVA_VOXA_SUPPORT_API boost::shared_ptr<Kestova::Parameter<std::list<Kestova::Rect<float>>>>
-  loadRectCollection(
+  boost::shared_ptr<Kestova::Parameter<std::list<Kestova::Rect<float>>>> loadRectCollection(
       const std::string& filename, const std::string& identifier,
       const boost::weak_ptr<const Kestova::ThreadSafe>& owner,
       const boost::weak_ptr<const Kestova::ProjectEditRate>& editRate) const override;
-  KESTOVA_VOXA_SUPPORT_API boost::shared_ptr<Kestova::Parameter<double>> loadDoubles(
+  boost::shared_ptr<Kestova::Parameter<double>> loadDoubles(
       const std::string& filename, const std::string& identifier,
       const boost::weak_ptr<const Kestova::ThreadSafe>& owner,
       const boost::weak_ptr<const Kestova::ProjectEditRate>& editRate) const override;
-  KESTOVA_VOXA_SUPPORT_API boost::shared_ptr<Kestova::Parameter<std::string>> loadStrings(
+  boost::shared_ptr<Kestova::Parameter<std::string>> loadStrings(
       const std::string& filename, const std::string& identifier,
       const boost::weak_ptr<const Kestova::ThreadSafe>& owner,
       const boost::weak_ptr<const Kestova::ProjectEditRate>& editRate) const override;
 
   /// The values are references, stream identifier "/" image identifier; images are not kept.
-  KESTOVA_VOXA_SUPPORT_API boost::shared_ptr<Kestova::Parameter<std::string>> loadCursorImagePaths(
+  boost::shared_ptr<Kestova::Parameter<std::string>> loadCursorImagePaths(
       const std::string& filename, const std::string& identifier,
       const boost::weak_ptr<const Kestova::ThreadSafe>& owner,
       const boost::weak_ptr<const Kestova::ProjectEditRate>& editRate) const override;
 
   /// `loadDoubles`, through the table of operations: who overrides that one changes this one too.
-  KESTOVA_VOXA_SUPPORT_API boost::shared_ptr<Kestova::Parameter<double>> loadCursorOpacity(
+  boost::shared_ptr<Kestova::Parameter<double>> loadCursorOpacity(
       const std::string& filename, const std::string& identifier,
       const boost::weak_ptr<const Kestova::ThreadSafe>& owner,
       const boost::weak_ptr<const Kestova::ProjectEditRate>& editRate) const override;
-  KESTOVA_VOXA_SUPPORT_API boost::shared_ptr<Kestova::Parameter<Kestova::int64>> loadInt64(
+  boost::shared_ptr<Kestova::Parameter<Kestova::int64>> loadInt64(
       const std::string& filename, const std::string& identifier,
       const boost::weak_ptr<const Kestova::ThreadSafe>& owner,
       const boost::weak_ptr<const Kestova::ProjectEditRate>& editRate) const override;
@@ -71,5 +70,5 @@ class KESTOVA_VOXA_SUPPORT_TYPE VOXAScreenMetaDataLoader : public Kestova::Scree
   /// True when anything, a directory included, stands at the recording path of a stream file name;
   /// false for the empty name. Throws boost::filesystem::filesystem_error when the system cannot
   /// tell, boost::system::system_error for a name that is not UTF-8.
-  KESTOVA_VOXA_SUPPORT_API bool fileExists(const std::string& filename) const override;
+  bool fileExists(const std::string& filename) const override;
 };

@@ -1,7 +1,7 @@
 // On Windows the rules are the platform's own, and Boost.Filesystem knows them.
 #include <boost/filesystem/path.hpp>
 
-#include "names/PathLocale.h"
+#include "names/Utf16.h"
 #include "names/WindowsPath.h"
 
 namespace names {

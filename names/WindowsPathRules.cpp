@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <boost/filesystem/path.hpp>
 
-#include "names/PathLocale.h"
+#include "names/Utf16.h"
 #include "names/WindowsPath.h"
 
 namespace names {

@@ -3,17 +3,17 @@
 
 #include "host/Kestova/MediaFileStats.h"
 #include "host/Kestova/StatsLoader.h"
-#include "names/ModuleExport.h"
+#include "module/Export.h"
 
 /// There is no state: one object serves any number of threads. The host deletes it through the
 /// base.
-class KESTOVA_VOXA_SUPPORT_TYPE VOXAStatsLoader : public Kestova::StatsLoader {
+class KESTOVA_VOXA_SUPPORT_API VOXAStatsLoader : public Kestova::StatsLoader {
  public:
-  KESTOVA_VOXA_SUPPORT_API VOXAStatsLoader();
+  VOXAStatsLoader();
 
   /// True for names whose last component ends in ".voxa", in just these letters. Never throws for a
   /// name: one that is not UTF-8 is refused like any other.
-  KESTOVA_VOXA_SUPPORT_API bool canOpenFile(const std::string& filename) override;
+  bool canOpenFile(const std::string& filename) override;
 
   /// Fills `stats`, which is not null: the name as it is, the largest frame, one entry a track in
   /// file order. Video tracks that show the screen list the stream file names of the recording's
@@ -27,11 +27,9 @@ class KESTOVA_VOXA_SUPPORT_TYPE VOXAStatsLoader : public Kestova::StatsLoader {
   /// and when its screen tracks list more than 262,144 stream names together: before the track that
   /// exceeds this maximum is added, with both numbers. What the reader, the parser or `stats`
   /// itself throws passes through. Tracks that were added before a failure stay.
-  KESTOVA_VOXA_SUPPORT_API void loadStats(const std::string& filename,
-                                          Kestova::MediaFileStats* stats) override;
+  void loadStats(const std::string& filename, Kestova::MediaFileStats* stats) override;
 
   /// The host's tag for the tag that a track carries in the file: 100, 101, 102, 103 are 1, 2, 4, 3
   /// (the last two cross); anything else is 0.
-  KESTOVA_VOXA_SUPPORT_API static Kestova::MediaFileStats::TrackTag trackTagFromVOXATrackTag(
-      unsigned int tag);
+  static Kestova::MediaFileStats::TrackTag trackTagFromVOXATrackTag(unsigned int tag);
 };

@@ -96,8 +96,8 @@ class Host : public testing::Test {
 
   testing_support::TempFolder folder;
   const std::string recording =
-      folder.file("take.voxa", recording::sampleMovie(20) +
-                                   recording::atomBlock(recording::sampleEntries(20, 1)));
+      folder.file("t\xC3\xA9ke.voxa", recording::sampleMovie(20) +
+                                          recording::atomBlock(recording::sampleEntries(20, 1)));
   boost::shared_ptr<Kestova::ThreadSafe> project = boost::make_shared<Kestova::ThreadSafe>();
   boost::shared_ptr<Kestova::ProjectEditRate> rate = boost::make_shared<Thirty>();
 

@@ -1,10 +1,9 @@
 #include <gtest/gtest.h>
 
-#include <boost/filesystem/path.hpp>
 #include <boost/system/system_error.hpp>
 #include <nlohmann/json.hpp>
 
-#include "names/PathLocale.h"
+#include "names/Utf16.h"
 #include "names/WindowsPath.h"
 #include "tests/support/Hex.h"
 
@@ -49,18 +48,13 @@ TEST(WindowsPath, RefusesNamesThatAreNotUtf8) {
   }
 }
 
-TEST(PathLocale, ConvertsCharactersAboveTheBasicPlane) {
+TEST(Utf16, ConvertsCharactersAboveTheBasicPlane) {
   const std::string name = "a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80";
   const std::wstring wide = toUtf16(name);
   EXPECT_EQ(wide, (std::wstring{L'a', 0xE9, 0x20AC, wchar_t{0xD83D}, wchar_t{0xDE00}}));
   EXPECT_EQ(toUtf8(wide), name);
   EXPECT_EQ(toUtf8(toUtf16("")), "");
   EXPECT_THROW(toUtf8({wchar_t{0xDE00}}), boost::system::system_error);
-}
-
-TEST(PathLocale, IsThePathLocaleOfBoost) {
-  const boost::filesystem::path path(std::wstring{L'a', 0x20AC});
-  EXPECT_EQ(path.string(), "a\xE2\x82\xAC");
 }
 
 }  // namespace

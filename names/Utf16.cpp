@@ -1,4 +1,4 @@
-#include "names/PathLocale.h"
+#include "names/Utf16.h"
 
 #include <boost/filesystem/path.hpp>
 #include <boost/filesystem/path_traits.hpp>
@@ -20,6 +20,12 @@ namespace {
 using Converter = std::__codecvt_utf8_utf16_base<wchar_t>;
 using Facet = std::codecvt<wchar_t, char, std::mbstate_t>;
 
+const Facet& converter() {
+  return std::use_facet<Facet>(utf8Locale());
+}
+
+}  // namespace
+
 // Built on the classic locale, because the facets of the global one may be code that is unloaded.
 const std::locale& utf8Locale() {
   constexpr unsigned long kMaxCodePoint = 0x10FFFF;
@@ -27,32 +33,6 @@ const std::locale& utf8Locale() {
                                   new Converter(kMaxCodePoint, std::codecvt_mode{}, 0));
   return locale;
 }
-
-const Facet& converter() {
-  return std::use_facet<Facet>(utf8Locale());
-}
-
-class PathLocale {
- public:
-  PathLocale() : m_before(boost::filesystem::path::imbue(utf8Locale())) {}
-
-  // The present locale can be read only by replacing it.
-  ~PathLocale() {
-    const std::locale present = boost::filesystem::path::imbue(m_before);
-    if (present != utf8Locale()) boost::filesystem::path::imbue(present);
-  }
-
-  PathLocale(const PathLocale&) = delete;
-  PathLocale& operator=(const PathLocale&) = delete;
-
- private:
-  const std::locale m_before;
-};
-
-// NOLINTNEXTLINE(cert-err58-cpp): without memory for a locale the module cannot be loaded
-const PathLocale g_pathLocale;
-
-}  // namespace
 
 std::wstring toUtf16(const std::string& name) {
   std::wstring wide;
