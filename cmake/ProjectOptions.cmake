@@ -1,4 +1,4 @@
-# What every target of ours is built with.
+# The compile and link options of every target: the target `project_options`.
 
 include_guard(GLOBAL)
 
@@ -18,14 +18,16 @@ if(CCACHE_PROGRAM)
 endif()
 
 set(KESTOVA_SANITIZERS "" CACHE STRING "Sanitizers to build with, as -fsanitize takes them")
+option(KESTOVA_WERROR "Treat compiler warnings as errors" OFF)
 
 include(${CMAKE_CURRENT_LIST_DIR}/Hardening.cmake)
 
 add_library(project_options INTERFACE)
 target_link_libraries(project_options INTERFACE hardening)
 target_compile_options(project_options INTERFACE
-  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Woverloaded-virtual -Werror
-  # Frame numbers are decided by plain double arithmetic in the stated order.
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Woverloaded-virtual
+  $<$<BOOL:${KESTOVA_WERROR}>:-Werror>
+  # Frame numbers are defined by double arithmetic without fused multiply-add.
   -ffp-contract=off)
 if(KESTOVA_SANITIZERS)
   target_compile_options(project_options INTERFACE
@@ -34,8 +36,8 @@ if(KESTOVA_SANITIZERS)
 endif()
 target_include_directories(project_options INTERFACE ${PROJECT_SOURCE_DIR})
 
-# A library that hosts link: `shared_library(NAME SOURCES...)`. What it is built with stays here; what
-# its users need is the include folder.
+# Adds a library that hosts link: `shared_library(NAME SOURCES...)`. Its users get the include folder
+# but none of the options above.
 function(shared_library name)
   add_library(${name} SHARED ${ARGN})
   target_link_libraries(${name} PRIVATE project_options)
