@@ -1,4 +1,4 @@
-// Times in seconds on the frame grid of a project.
+// Converts times in seconds to frame numbers.
 #pragma once
 
 #include <boost/rational.hpp>
@@ -8,18 +8,18 @@
 
 namespace loader {
 
-/// The frame nearest to `seconds` at `framesPerSecond`, which is an edit rate's numerator /
-/// denominator: their product + 0.5, in plain doubles and in this order, truncated toward zero.
-/// Halves go up; a negative time is truncated after the 0.5, so that -0.7 frames is frame 0 and
-/// -1.6 is -1. Nothing for NaN and for a sum outside the signed 64-bit numbers.
+/// Returns the frame number of `seconds` at `framesPerSecond`: their product plus 0.5, computed in
+/// doubles in this order and truncated toward zero. Halves round up. Because the sum is truncated,
+/// -0.7 frames is frame 0 and -1.6 frames is frame -1. Returns nothing when the sum is NaN or
+/// outside the range of int64.
 inline std::optional<Kestova::int64> frameNumber(double framesPerSecond, double seconds) {
   const double sum = framesPerSecond * seconds + 0.5;
-  constexpr double kBeyond = 0x1p63;
-  if (!(sum >= -kBeyond && sum < kBeyond)) return std::nullopt;
+  constexpr double kLimit = 0x1p63;  // the first double above the range
+  if (!(sum >= -kLimit && sum < kLimit)) return std::nullopt;
   return static_cast<Kestova::int64>(sum);
 }
 
-/// `editRate` as one double, for `frameNumber`.
+/// Returns `editRate`, in frames per second, as one double.
 inline double framesPerSecond(const boost::rational<unsigned int>& editRate) {
   return static_cast<double>(editRate.numerator()) / static_cast<double>(editRate.denominator());
 }

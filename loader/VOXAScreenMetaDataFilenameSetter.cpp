@@ -1,6 +1,8 @@
 #include "loader/VOXAScreenMetaDataFilenameSetter.h"
 
 #include <boost/uuid/uuid_io.hpp>
+#include <cstddef>
+#include <string>
 
 #include "ZRKMetaData/src/MetaDataUUID.h"
 #include "host/Kestova/ScreenMetaData.h"
@@ -11,11 +13,11 @@ using Kestova::ScreenMetaData;
 namespace {
 
 struct Slot {
-  unsigned char key;  // of the stream's identifier
+  unsigned char key;  // the short key of the stream
   void (ScreenMetaData::*setFilename)(const std::string&);
 };
 
-// The registry's other identifiers (EF, FC, 00, 02, 03, 04) have no slot on purpose.
+// The host has no slots for the other registered identifiers (EF, FC, 00, 02, 03, 04).
 constexpr Slot kSlots[] = {
     {0xF7, &ScreenMetaData::setF7Filename}, {0xF8, &ScreenMetaData::setF8Filename},
     {0xF9, &ScreenMetaData::setF9Filename}, {0xFA, &ScreenMetaData::setFAFilename},
@@ -25,14 +27,14 @@ constexpr Slot kSlots[] = {
     {0xF5, &ScreenMetaData::setF5Filename}, {0x01, &ScreenMetaData::set01Filename},
 };
 
-// Two digits of an identifier's text are its key; everything else is the same in all that have
-// slots.
-constexpr std::size_t kKeyPlace = 6;
+// The offset of the two hexadecimal digits of the key in the text of an identifier. The other
+// characters are the same in all identifiers that have slots.
+constexpr std::size_t kKeyOffset = 6;
 
 void setKey(std::string& text, unsigned char key) {
   static constexpr char kDigits[] = "0123456789abcdef";
-  text[kKeyPlace] = kDigits[key >> 4U];
-  text[kKeyPlace + 1] = kDigits[key & 0xFU];
+  text[kKeyOffset] = kDigits[key >> 4U];
+  text[kKeyOffset + 1] = kDigits[key & 0xFU];
 }
 
 }  // namespace

@@ -1,7 +1,9 @@
 #include "loader/VOXAScreenMetaDataLoader.h"
 
 #include <boost/filesystem/operations.hpp>
+#include <boost/rational.hpp>
 #include <boost/smart_ptr/make_shared.hpp>
+#include <list>
 #include <memory>
 #include <string>
 #include <utility>
@@ -25,14 +27,14 @@ using Kestova::ThreadSafe;
 
 namespace {
 
-// Names an image by its stream and its identifier, as in
-// 2b7b6af7-7a1f-11e2-83d0-0017f200be7f/42: the last component of the stream file name as it was
-// written, "/", the identifier. Throws as names::WindowsPath does.
+// Returns the last component of the stream file name as written, "/", and the identifier of the
+// image, as in 2b7b6af7-7a1f-11e2-83d0-0017f200be7f/42. Throws the exceptions of
+// names::WindowsPath.
 std::string cursorImageReference(const std::string& filename, ZRKMetaData::uint64 imageId) {
   return names::WindowsPath(filename).filename() + '/' + std::to_string(imageId);
 }
 
-// The value of a keyframe made from a record. Only cursor images need the stream's file name.
+// Returns the value of a keyframe for a record. Only cursor images use the stream file name.
 template <class Value>
 const Value& keyFrameValue(const Value& record, const std::string& /*filename*/) {
   return record;
@@ -58,11 +60,12 @@ std::string keyFrameValue(const ZRKMetaData::CursorImage& record, const std::str
 template <class Src, class Target>
 class ParamSetter;
 
-/// Lives for one load call. It takes no lock: nobody else can see the parameter yet.
+/// Adds a keyframe per record to a parameter. Takes no lock, because no other thread can access the
+/// parameter before the load operation returns it.
 template <class Src, class Dst>
 class ParamSetter<Src, Parameter<Dst>> final : public ZRKMetaData::DataStreamObserver<Src> {
  public:
-  /// `editRate` in frames per second; the setter holds a share of `parameter`.
+  /// `editRate` is in frames per second. The setter shares ownership of `parameter`.
   ParamSetter(const boost::rational<unsigned int>& editRate,
               boost::shared_ptr<Parameter<Dst>> parameter, std::string filename)
       : m_framesPerSecond(loader::framesPerSecond(editRate)),
@@ -70,14 +73,13 @@ class ParamSetter<Src, Parameter<Dst>> final : public ZRKMetaData::DataStreamObs
         m_filename(std::move(filename)) {}
   virtual ~ParamSetter() = default;
 
-  /// Adds a keyframe with lead-in 0 at the frame nearest to `seconds`, in the place of one that is
-  /// there: the later record of a frame wins. A time that has no frame number is left out. Always
-  /// true.
+  /// Adds a keyframe with lead-in 0 at the frame of `seconds`; a keyframe that is already there is
+  /// replaced. A record whose time has no frame number is skipped. Returns true.
   bool onData(double seconds, const Src& record) override {
     const auto frame = loader::frameNumber(m_framesPerSecond, seconds);
     if (!frame) return true;
     const RationalTime time(*frame);
-    if (time > m_latest) {  // as it mostly is; then nothing is there yet
+    if (time > m_latest) {  // the usual case, which needs no look-up
       m_latest = time;
     } else if (m_parameter->keyFrameExists(time)) {
       m_parameter->removeKeyFrame(time);
@@ -99,7 +101,7 @@ boost::shared_ptr<Parameter<T>> makeParameter(const std::string& identifier,
   return boost::make_shared<LeftParameter<T>>(owner, identifier, nullptr);
 }
 
-// The whole road of one stream, from its name to its parameter.
+// The common implementation of the load operations.
 template <class Src, class Dst>
 boost::shared_ptr<Parameter<Dst>> loadParameter(
     const std::string& filename, const std::string& identifier,

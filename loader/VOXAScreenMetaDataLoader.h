@@ -1,20 +1,27 @@
 // Loads one stream of a recording as a keyframed parameter.
 #pragma once
 
+#include <boost/smart_ptr/shared_ptr.hpp>
+#include <boost/smart_ptr/weak_ptr.hpp>
+#include <list>
+#include <string>
+
 #include "host/Kestova/ScreenMetaDataLoader.h"
 #include "module/Export.h"
 
-/// Every load operation opens the recording that the stream file name names, indexes it, decodes
-/// the one stream and returns it as a Kestova::LeftParameter whose times are frame numbers at the
-/// edit rate, one keyframe a frame, the later record of a frame winning. The parameter is the
-/// caller's alone. It is empty when the recording does not hold the stream, cannot be opened, or
-/// has another format version, which is said on standard output.
+/// Each load operation opens the recording that `filename`, a stream file name, refers to, indexes
+/// it, decodes the one stream and returns a Kestova::LeftParameter named `identifier`. Its times
+/// are frame numbers at `editRate`. Each frame has at most one keyframe; the last record of a frame
+/// wins. The caller owns the parameter, which belongs to the project `owner`.
 ///
-/// Throws: what the reader throws for a damaged stream (std::runtime_error "invalid meta data
-/// entry", std::length_error), boost::system::system_error for a name that is not UTF-8, and
-/// Kestova::KestovaException when the edit rate has gone. Nothing half-loaded is returned.
+/// The parameter is empty when the recording does not hold the stream, when it cannot be opened,
+/// and when the stream has another format version; the last is reported on standard output.
 ///
-/// There is no state: one object serves any number of threads.
+/// Throws std::runtime_error "invalid meta data entry" or std::length_error for a damaged stream,
+/// boost::system::system_error for a name that is not UTF-8, and Kestova::KestovaException when
+/// `editRate` has expired. No partly loaded parameter is returned.
+///
+/// Stateless: several threads may use one object.
 class KESTOVA_VOXA_SUPPORT_API VOXAScreenMetaDataLoader : public Kestova::ScreenMetaDataLoader {
  public:
   VOXAScreenMetaDataLoader();
@@ -37,7 +44,8 @@ class KESTOVA_VOXA_SUPPORT_API VOXAScreenMetaDataLoader : public Kestova::Screen
       const boost::weak_ptr<const Kestova::ThreadSafe>& owner,
       const boost::weak_ptr<const Kestova::ProjectEditRate>& editRate) const override;
 
-  /// No stream holds rectangle lists: an empty parameter, no file opened, no edit rate read.
+  /// Returns an empty parameter, because no stream holds lists of rectangles. Opens no file and
+  /// does not use `editRate`.
   boost::shared_ptr<Kestova::Parameter<std::list<Kestova::Rect<float>>>> loadRectCollection(
       const std::string& filename, const std::string& identifier,
       const boost::weak_ptr<const Kestova::ThreadSafe>& owner,
@@ -51,13 +59,14 @@ class KESTOVA_VOXA_SUPPORT_API VOXAScreenMetaDataLoader : public Kestova::Screen
       const boost::weak_ptr<const Kestova::ThreadSafe>& owner,
       const boost::weak_ptr<const Kestova::ProjectEditRate>& editRate) const override;
 
-  /// The values are references, stream identifier "/" image identifier; images are not kept.
+  /// Each value is a reference to an image: stream identifier, "/", image identifier. The images
+  /// themselves are discarded.
   boost::shared_ptr<Kestova::Parameter<std::string>> loadCursorImagePaths(
       const std::string& filename, const std::string& identifier,
       const boost::weak_ptr<const Kestova::ThreadSafe>& owner,
       const boost::weak_ptr<const Kestova::ProjectEditRate>& editRate) const override;
 
-  /// `loadDoubles`, through the table of operations: who overrides that one changes this one too.
+  /// Calls the virtual `loadDoubles`, so overriding it affects this too.
   boost::shared_ptr<Kestova::Parameter<double>> loadCursorOpacity(
       const std::string& filename, const std::string& identifier,
       const boost::weak_ptr<const Kestova::ThreadSafe>& owner,
@@ -67,8 +76,8 @@ class KESTOVA_VOXA_SUPPORT_API VOXAScreenMetaDataLoader : public Kestova::Screen
       const boost::weak_ptr<const Kestova::ThreadSafe>& owner,
       const boost::weak_ptr<const Kestova::ProjectEditRate>& editRate) const override;
 
-  /// True when anything, a directory included, stands at the recording path of a stream file name;
-  /// false for the empty name. Throws boost::filesystem::filesystem_error when the system cannot
-  /// tell, boost::system::system_error for a name that is not UTF-8.
+  /// Returns true when a file or a directory exists at the recording path of a stream file name,
+  /// and false for an empty name. Throws boost::filesystem::filesystem_error when the system cannot
+  /// tell, and boost::system::system_error for a name that is not UTF-8.
   bool fileExists(const std::string& filename) const override;
 };

@@ -1,7 +1,11 @@
 #include "names/StreamFileName.h"
 
+#include <boost/uuid/uuid.hpp>
+#include <boost/uuid/uuid_io.hpp>
 #include <locale>
+#include <optional>
 #include <sstream>
+#include <string>
 
 #include "names/WindowsPath.h"
 
@@ -11,7 +15,7 @@ StreamPath splitStreamPath(const std::string& filename) {
   const WindowsPath path(filename);
   StreamPath result{path.parentPath(), std::nullopt};
   std::istringstream text(path.filename());
-  text.imbue(std::locale::classic());  // the global one may have other white space
+  text.imbue(std::locale::classic());  // the global locale may define other white space
   boost::uuids::uuid id{};
   if (text >> id) result.streamId = id;
   return result;

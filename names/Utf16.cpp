@@ -4,7 +4,9 @@
 #include <boost/filesystem/path_traits.hpp>
 #include <boost/system/system_error.hpp>
 #include <codecvt>
+#include <cwchar>
 #include <locale>
+#include <string>
 
 #include "text/Utf8.h"
 
@@ -26,7 +28,7 @@ const Facet& converter() {
 
 }  // namespace
 
-// Built on the classic locale, because the facets of the global one may be code that is unloaded.
+// Based on the classic locale, because the code of the global locale's facets may be unloaded.
 const std::locale& utf8Locale() {
   constexpr unsigned long kMaxCodePoint = 0x10FFFF;
   static const std::locale locale(std::locale::classic(),

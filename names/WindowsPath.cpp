@@ -1,5 +1,7 @@
 #include "names/WindowsPath.h"
 
+#include <string>
+
 namespace names {
 
 std::string WindowsPath::extension() const {

@@ -1,10 +1,10 @@
-// The parts of a path name under Windows rules, whatever the platform: recordings are named by
-// hosts on Windows, and a name means the same everywhere.
+// The components of a path name under Windows rules, on every platform: hosts on Windows name the
+// recordings, and a name must mean the same everywhere.
 //
-// "/" and "\" both separate and stay as they were written; a drive ("C:") or share ("\\server\")
-// is split off; a trailing separator makes the last component ".". On Windows Boost.Filesystem
-// answers, elsewhere our own rules do (WindowsPathRules.cpp); tests/data/windows-paths.json holds
-// both to the same answers.
+// "/" and "\" both separate components and stay as written. A drive ("C:") or share ("\\server\")
+// is split off. A trailing separator makes the last component ".". Boost.Filesystem implements the
+// rules on Windows, WindowsPathRules.cpp on other platforms. tests/data/windows-paths.json tests
+// both.
 #pragma once
 
 #include <cstddef>
@@ -12,20 +12,20 @@
 
 namespace names {
 
-/// A name taken apart. A plain value.
+/// A name, split into its components. A value type.
 class WindowsPath {
  public:
   /// Throws boost::system::system_error "boost::filesystem::path codecvt to wstring: ..." for a
   /// name that is not UTF-8.
   explicit WindowsPath(const std::string& name);
 
-  /// The last component, "." behind a trailing separator.
+  /// The last component; "." when the name ends with a separator.
   const std::string& filename() const { return m_filename; }
 
-  /// What stands before the last component, without the separator in front of it.
+  /// The part before the last component, without the separator between them.
   const std::string& parentPath() const { return m_parentPath; }
 
-  /// The last component from its last dot on; empty for none, for "." and for "..".
+  /// The last component from its last dot on. Empty when it has no dot, and for "." and "..".
   std::string extension() const;
 
  private:

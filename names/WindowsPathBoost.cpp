@@ -1,5 +1,6 @@
-// On Windows the rules are the platform's own, and Boost.Filesystem knows them.
+// On Windows, Boost.Filesystem applies the rules of the platform.
 #include <boost/filesystem/path.hpp>
+#include <string>
 
 #include "names/Utf16.h"
 #include "names/WindowsPath.h"

@@ -1,7 +1,10 @@
 #include "stats/VOXAStatsLoader.h"
 
 #include <boost/system/system_error.hpp>
+#include <cstddef>
 #include <memory>
+#include <string>
+#include <vector>
 
 #include "ZRKMetaData/src/ZRKMMetaDataParser.h"
 #include "host/Kestova/KestovaException.h"
@@ -20,12 +23,12 @@ constexpr int kBitsPerSample = 16;
 constexpr int kVideoKind = 0;
 constexpr int kAudioKind = 1;
 
-// The stream file names of one recording, for one screen track after the other.
+// The stream file names of a recording, with limits on the cost of hostile files.
 class StreamNames {
  public:
   explicit StreamNames(const std::string& filename) : m_filename(filename) {}
 
-  // The names for the screen track at `index`.
+  // Returns the names for the screen track at `index`. The reference is valid until the next call.
   const std::vector<std::string>& forTrack(int index) {
     if (m_scans < kMaxScans) {
       scan(index);

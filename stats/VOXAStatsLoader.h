@@ -1,35 +1,37 @@
-// Statistics of recordings for the host.
+// Reads the statistics of recordings.
 #pragma once
+
+#include <string>
 
 #include "host/Kestova/MediaFileStats.h"
 #include "host/Kestova/StatsLoader.h"
 #include "module/Export.h"
 
-/// There is no state: one object serves any number of threads. The host deletes it through the
-/// base.
+/// Stateless: several threads may use one object. The host deletes it through its base class.
 class KESTOVA_VOXA_SUPPORT_API VOXAStatsLoader : public Kestova::StatsLoader {
  public:
   VOXAStatsLoader();
 
-  /// True for names whose last component ends in ".voxa", in just these letters. Never throws for a
-  /// name: one that is not UTF-8 is refused like any other.
+  /// Returns true when the extension of `filename` is ".voxa", in lower case. Returns false for a
+  /// name that is not UTF-8.
   bool canOpenFile(const std::string& filename) override;
 
-  /// Fills `stats`, which is not null: the name as it is, the largest frame, one entry a track in
-  /// file order. Video tracks that show the screen list the stream file names of the recording's
-  /// metadata, in ascending order of the identifiers. Audio is described as what the reader was
-  /// asked to deliver: 44100 samples a second, one channel, 16 bits.
+  /// Fills `stats` with the file name, the largest frame size and one entry per track, in file
+  /// order. Video tracks that show the screen list the stream file names of the recording's
+  /// metadata, in ascending order of the identifiers. Audio tracks are described in the format that
+  /// is requested from the reader: 44,100 samples per second, one channel, 16 bits. Requires:
+  /// `stats` is not null.
   ///
-  /// The file is scanned for each of the first 16 screen tracks; later ones list the names that the
-  /// last scan found.
+  /// The file is scanned for each of the first 16 screen tracks. Later screen tracks list the names
+  /// that the last scan found.
   ///
-  /// Throws Kestova::KestovaException, having written nothing, when the recording cannot be read,
-  /// and when its screen tracks list more than 262,144 stream names together: before the track that
-  /// exceeds this maximum is added, with both numbers. What the reader, the parser or `stats`
-  /// itself throws passes through. Tracks that were added before a failure stay.
+  /// Throws Kestova::KestovaException, before anything is written, when the recording cannot be
+  /// read. Throws it with both numbers when the screen tracks list more than 262,144 stream names
+  /// in total, before the track that exceeds this maximum is added. Exceptions of the reader, the
+  /// parser and `stats` pass through. Tracks that were added before a failure stay.
   void loadStats(const std::string& filename, Kestova::MediaFileStats* stats) override;
 
-  /// The host's tag for the tag that a track carries in the file: 100, 101, 102, 103 are 1, 2, 4, 3
-  /// (the last two cross); anything else is 0.
+  /// Returns the host's tag for the tag of a track in the file: 1, 2, 4, 3 for 100, 101, 102, 103,
+  /// in this order, and 0 for any other.
   static Kestova::MediaFileStats::TrackTag trackTagFromVOXATrackTag(unsigned int tag);
 };

@@ -1,14 +1,15 @@
-// The form in which a reader is to deliver audio.
+// The format in which a reader delivers audio.
 #pragma once
 
 #include "host/VOXA/Export.h"
 
 namespace VOXA {
 
-/// A plain value.
+/// A value type.
 class VOXA_API AudioFormat {
  public:
-  /// 16-bit signed samples, the channels interleaved. `sampleRate` is in samples per second.
+  /// Returns a format of signed 16-bit samples with interleaved channels. `sampleRate` is in
+  /// samples per second.
   static AudioFormat create16BitSignedInterleaved(int sampleRate, int channelCount);
 
   int sampleRate() const { return m_sampleRate; }

@@ -1,5 +1,5 @@
-// Marks what the recording reader library hands to other binaries. Whoever builds the library
-// defines VOXA_BUILD.
+// Marks the classes that the recording reader library exports. VOXA_BUILD is defined while the
+// library is compiled.
 #pragma once
 
 #if !defined(_WIN32)

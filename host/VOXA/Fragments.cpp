@@ -1,14 +1,16 @@
 #include "host/VOXA/Fragments.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <limits>
 #include <map>
+#include <vector>
 
 namespace VOXA {
 
 namespace {
 
-// Flags of "tfhd" and "trun" that say which fields are there.
+// Flags of "tfhd" and "trun" that state which optional fields are present.
 constexpr std::uint32_t kHasBaseOffset = 0x1;
 constexpr std::uint32_t kHasDescriptionIndex = 0x2;
 constexpr std::uint32_t kHasDefaultDuration = 0x8;
@@ -20,12 +22,13 @@ constexpr std::uint32_t kPerSampleFields[] = {kHasDurations, 0x200, 0x400, 0x800
 struct FragmentedTrack {
   Track* track;
   std::uint64_t defaultDuration;
-  std::uint64_t end;  // of the fragments so far, in units of the track's timescale
+  std::uint64_t end;  // the end of the fragments read so far, in units of the timescale
 };
 using FragmentedTracks = std::map<std::uint32_t, FragmentedTrack>;
 
 void add(std::uint64_t& sum, std::uint64_t more) {
-  if (more > std::numeric_limits<std::uint64_t>::max() - sum) throw Malformed("endless track");
+  if (more > std::numeric_limits<std::uint64_t>::max() - sum)
+    throw Malformed("track duration exceeds 2^64 - 1");
   sum += more;
 }
 
@@ -75,8 +78,8 @@ void applyTrackFragment(MovieFile& file, const Atom& traf, FragmentedTracks& tra
   track.end = std::max(track.end, end);
 }
 
-// The next atom at top level. One that the end of the file cuts off, as in a recording that was
-// interrupted, ends the walk: what was written before it counts.
+// Takes the next atom at top level. Returns false for an atom that the end of the file truncates,
+// as in an interrupted recording, so that the fragments before it count.
 bool takeWhole(MovieFile& file, Atom& rest, Atom& next) {
   try {
     return file.take(rest, next);

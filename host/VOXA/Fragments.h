@@ -1,4 +1,4 @@
-// Durations of tracks whose samples stand in movie fragments ("moof" atoms).
+// Reads the durations of tracks whose samples are in movie fragments ("moof" atoms).
 #pragma once
 
 #include <vector>
@@ -7,8 +7,8 @@
 
 namespace VOXA {
 
-/// Walks the fragments of the whole file and raises the duration of each track to the end of its
-/// fragments, if that is later. A fragment begins at its "tfdt" time; without one it follows the
+/// Reads the fragments of the whole file and raises the duration of each track to the end of its
+/// fragments if that is later. A fragment begins at its "tfdt" time; without one it follows the
 /// track's fragments before it, the first of which begins at 0, because the duration of a media
 /// header ("mdhd") may include the fragments. `mvex` is the atom of the movie header that announces
 /// fragments. Throws Malformed.

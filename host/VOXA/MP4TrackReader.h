@@ -5,7 +5,7 @@
 
 namespace VOXA {
 
-/// Constant after construction; any thread may ask.
+/// Immutable after construction: several threads may use one object.
 class VOXA_API MP4TrackReader {
  public:
   MP4TrackReader(unsigned int width, unsigned int height);
@@ -13,20 +13,20 @@ class VOXA_API MP4TrackReader {
   MP4TrackReader(const MP4TrackReader&) = delete;
   MP4TrackReader& operator=(const MP4TrackReader&) = delete;
 
-  // The size of a picture in whole pixels, 0 for a track without pictures.
+  // The frame size in pixels; 0 for a track without pictures.
   unsigned int width() const { return m_width; }
   unsigned int height() const { return m_height; }
 
-  /// 0 is a video track, 1 an audio track.
+  /// Returns 0 for a video track, 1 for an audio track and another number for any other track.
   virtual int kind() const = 0;
 
   /// Time units per second.
   virtual unsigned int rate() const = 0;
 
-  /// In time units.
+  /// The duration in time units.
   virtual long long length() const = 0;
 
-  /// What the track shows: 100 the screen, 101 the camera; 0 where nothing says so.
+  /// The contents of the track: 100 is the screen, 101 the camera; 0 when the file does not say.
   virtual unsigned int tag() const = 0;
 
  private:

@@ -1,5 +1,5 @@
-// The atoms of an MP4 or QuickTime file (ISO/IEC 14496-12, "boxes"), read a header at a time. Every
-// read and every size is checked against what encloses it.
+// Reads the atoms of an MP4 or QuickTime file (ISO/IEC 14496-12, "boxes"), one header at a time.
+// Each offset and size is checked against the enclosing atom.
 #pragma once
 
 #include <cstddef>
@@ -11,17 +11,18 @@
 
 namespace VOXA {
 
-/// A structure that does not fit into what encloses it, or lacks something it must have.
+/// Thrown for an atom that exceeds the enclosing one, for one that is missing, and for a file that
+/// cannot be read.
 class Malformed : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
 
-/// The four characters of a type as the number that the file stores.
+/// Returns the four characters of a type as the number that the file stores.
 constexpr std::uint32_t atomType(const char (&text)[5]) {
   std::uint32_t type = 0;
-  for (int place = 0; place < 4; ++place) {
-    type = type << 8U | static_cast<unsigned char>(text[place]);
+  for (int index = 0; index < 4; ++index) {
+    type = type << 8U | static_cast<unsigned char>(text[index]);
   }
   return type;
 }
@@ -33,28 +34,29 @@ struct Atom {
   std::uint64_t end = 0;
 };
 
+/// An open file. Not synchronised.
 class MovieFile {
  public:
-  /// Throws Malformed when there is no regular file with this UTF-8 name that can be read.
+  /// Opens the regular file with this UTF-8 name. Throws Malformed when it cannot be opened.
   explicit MovieFile(const std::string& filename);
 
-  /// The file as if it were one atom.
+  /// Returns the whole file as one atom.
   Atom whole() const { return {0, 0, m_size}; }
 
-  // Big-endian numbers `offset` bytes into the payload of `atom`. Throw Malformed when they do not
-  // lie in it.
+  // Return the big-endian number `offset` bytes into the payload of `atom`. They throw Malformed
+  // when it is not inside the payload.
   std::uint16_t big16(const Atom& atom, std::uint64_t offset);
   std::uint32_t big32(const Atom& atom, std::uint64_t offset);
   std::uint64_t big64(const Atom& atom, std::uint64_t offset);
 
-  /// Takes the next atom off `rest`, which becomes what follows it. False when less than a header
-  /// is left. Throws Malformed for a size that does not fit.
+  /// Removes the first atom from `rest` and stores it in `next`. Returns false when `rest` is
+  /// shorter than a header. Throws Malformed when the atom exceeds `rest`.
   bool take(Atom& rest, Atom& next);
 
-  /// The first atom of `type` in `parent`; false when there is none.
+  /// Stores the first atom of `type` in `parent` in `found`. Returns false when there is none.
   bool find(const Atom& parent, std::uint32_t type, Atom& found);
 
-  /// The same; Malformed when there is none.
+  /// Returns the first atom of `type` in `parent`. Throws Malformed when there is none.
   Atom require(const Atom& parent, std::uint32_t type);
 
  private:
@@ -62,7 +64,7 @@ class MovieFile {
 
   std::ifstream m_file;
   std::uint64_t m_size = 0;
-  std::vector<unsigned char> m_window;  // what was read last, from m_windowBegin on
+  std::vector<unsigned char> m_window;  // a buffer of the file from m_windowBegin on
   std::uint64_t m_windowBegin = 0;
 };
 

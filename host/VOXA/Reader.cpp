@@ -2,8 +2,11 @@
 
 #include <algorithm>
 #include <boost/smart_ptr/make_shared.hpp>
+#include <cstdint>
 #include <limits>
+#include <string>
 #include <utility>
+#include <vector>
 
 #include "host/VOXA/TrackTable.h"
 
@@ -28,11 +31,11 @@ class TrackReader final : public MP4TrackReader {
 template <class Measure>
 unsigned int largest(const std::vector<boost::shared_ptr<MP4TrackReader>>& tracks,
                      Measure measure) {
-  unsigned int most = 0;
+  unsigned int maximum = 0;
   for (const auto& track : tracks) {
-    if (track->kind() == 0) most = std::max(most, measure(*track));
+    if (track->kind() == 0) maximum = std::max(maximum, measure(*track));
   }
-  return most;
+  return maximum;
 }
 
 }  // namespace
@@ -44,7 +47,7 @@ boost::shared_ptr<Reader> Reader::create(const std::string& filename, const Audi
     std::vector<boost::shared_ptr<MP4TrackReader>> readers;
     for (const Track& track : readTracks(file, file.require(file.whole(), atomType("moov")))) {
       if (track.duration > static_cast<std::uint64_t>(std::numeric_limits<long long>::max())) {
-        throw Malformed("endless track");
+        throw Malformed("track duration exceeds 2^63 - 1");
       }
       readers.push_back(boost::make_shared<TrackReader>(track));
     }

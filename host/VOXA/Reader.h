@@ -1,4 +1,4 @@
-// A recording, open for reading.
+// Reads the tracks of a recording.
 #pragma once
 
 #include <boost/smart_ptr/shared_ptr.hpp>
@@ -13,13 +13,13 @@ namespace VOXA {
 
 class AACDecoderFactory;
 
-/// Holds what the headers of the file say; the file itself is closed again. Constant after
-/// construction; any thread may ask.
+/// Holds the contents of the headers; the file is closed after `create`. Immutable after
+/// construction: several threads may use one object.
 class VOXA_API Reader {
  public:
-  /// Opens the MP4 or QuickTime file with this UTF-8 name. Null when it cannot be opened or its
-  /// track tables are missing or damaged. Only headers are read, whatever the size of the file,
-  /// through a window of a few kilobytes. `decoders` is for those who decode audio; it may be null.
+  /// Reads the headers of the MP4 or QuickTime file with this UTF-8 name, through a buffer of a few
+  /// kilobytes. Returns null when the file cannot be opened and when its track tables are missing
+  /// or damaged. `format` and `decoders` are for readers that decode audio; `decoders` may be null.
   static boost::shared_ptr<Reader> create(const std::string& filename, const AudioFormat& format,
                                           AACDecoderFactory* decoders);
 
@@ -30,7 +30,7 @@ class VOXA_API Reader {
   unsigned int maxWidth() const;
   unsigned int maxHeight() const;
 
-  /// In the order of the file.
+  /// The tracks, in file order.
   std::vector<boost::shared_ptr<MP4TrackReader>> tracks() const;
 
  private:

@@ -1,6 +1,8 @@
 #include "host/VOXA/TrackTable.h"
 
+#include <cstdint>
 #include <limits>
+#include <vector>
 
 #include "host/VOXA/Fragments.h"
 
@@ -8,12 +10,12 @@ namespace VOXA {
 
 namespace {
 
-// The first byte of a "full box" is its version; 1 stands for 64-bit times.
+// The first byte of a "full box" is its version; version 1 has 64-bit times.
 bool hasWideTimes(MovieFile& file, const Atom& atom) {
   return file.big32(atom, 0) >> 24U != 0;
 }
 
-// All bits set stand for "unknown".
+// A duration with all bits set means "unknown".
 std::uint64_t durationAt(MovieFile& file, const Atom& atom, std::uint64_t offset, bool isWide) {
   if (isWide) {
     const std::uint64_t duration = file.big64(atom, offset);
@@ -42,13 +44,13 @@ int kindOfHandler(std::uint32_t handler) {
   return handler == atomType("soun") ? 1 : 2;
 }
 
-// The size of the first sample entry, for track headers that leave it at 0.
+// Reads the frame size from the first sample entry, for track headers that state 0.
 void readSampleSize(MovieFile& file, const Atom& mdia, Track& track) {
   const Atom stbl = file.require(file.require(mdia, atomType("minf")), atomType("stbl"));
   const Atom stsd = file.require(stbl, atomType("stsd"));
   Atom entries{0, stsd.begin, stsd.end};
   constexpr std::uint64_t kCountsSize = 8;
-  if (entries.end - entries.begin < kCountsSize) throw Malformed("sample table that is cut");
+  if (entries.end - entries.begin < kCountsSize) throw Malformed("truncated sample table");
   entries.begin += kCountsSize;
   Atom entry;
   if (!file.take(entries, entry)) return;
@@ -73,7 +75,7 @@ Track readTrack(MovieFile& file, const Atom& trak) {
   return track;
 }
 
-// The duration of the whole movie, fragments included, for tracks whose own is not known.
+// Sets unknown durations to the duration of the movie, which includes the fragments.
 void applyMovieDuration(MovieFile& file, const Atom& moov, const Atom& mvex,
                         std::vector<Track>& tracks) {
   Atom mehd;
@@ -87,7 +89,8 @@ void applyMovieDuration(MovieFile& file, const Atom& moov, const Atom& mvex,
     __extension__ using uint128 = unsigned __int128;
     const uint128 scaled =
         (uint128{duration} * track.timescale + movieTimescale / 2) / movieTimescale;
-    if (scaled > std::numeric_limits<std::uint64_t>::max()) throw Malformed("endless movie");
+    if (scaled > std::numeric_limits<std::uint64_t>::max())
+      throw Malformed("movie duration exceeds 2^64 - 1");
     track.duration = static_cast<std::uint64_t>(scaled);
   }
 }

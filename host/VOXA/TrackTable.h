@@ -1,4 +1,4 @@
-// What the movie header of a file says of its tracks.
+// Reads the tracks of a movie header ("moov" atom).
 #pragma once
 
 #include <cstdint>
@@ -18,9 +18,11 @@ struct Track {
   std::uint32_t tag = 0;
 };
 
-/// Reads the tracks of the movie header `moov`, in file order. In a fragmented file a duration that
-/// the header does not know comes from the fragments, which are looked for in the whole file, or,
-/// where a track has none, from the duration of the whole movie. Throws Malformed.
+/// Returns the tracks of the movie header `moov`, in file order. In a fragmented file, a duration
+/// that the header does not state comes from the fragments in the file, or, for a track without
+/// fragments, from the duration of the movie. Throws Malformed.
+///
+/// Source: ISO/IEC 14496-12, section 8 ("box structures").
 std::vector<Track> readTracks(MovieFile& file, const Atom& moov);
 
 }  // namespace VOXA
