@@ -1,52 +1,14 @@
-# What is installed, and the packages made of it.
+# Installs the program and the documents, and configures the packages. module/CMakeLists.txt installs
+# the libraries.
 
 include(GNUInstallDirs)
-include(CMakePackageConfigHelpers)
 
-set(libraries Kestova VOXA KestovaVOXASupport)
-install(TARGETS ${libraries} EXPORT KestovaVOXASupport
-  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
-  ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
-  RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(TARGETS voxa RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 if(NOT WIN32)
-  set_target_properties(${libraries} PROPERTIES INSTALL_RPATH "$ORIGIN")
   set_target_properties(voxa PROPERTIES INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
 endif()
 
-# Headers keep their folders, since that is how they are included.
-set(include_folder ${CMAKE_INSTALL_INCLUDEDIR}/KestovaVOXASupport)
-foreach(folder host/Kestova params)
-  install(DIRECTORY ${folder}/ DESTINATION ${include_folder}/${folder}
-    FILES_MATCHING PATTERN "*.h")
-endforeach()
-install(FILES
-  host/VOXA/AudioFormat.h host/VOXA/Export.h host/VOXA/MP4TrackReader.h host/VOXA/Reader.h
-  DESTINATION ${include_folder}/host/VOXA)
-install(FILES
-  loader/VOXAScreenMetaDataFilenameSetter.h loader/VOXAScreenMetaDataLoader.h
-  DESTINATION ${include_folder}/loader)
-install(FILES stats/VOXAStatsLoader.h DESTINATION ${include_folder}/stats)
-install(FILES module/Export.h DESTINATION ${include_folder}/module)
-
-set(config_folder ${CMAKE_INSTALL_LIBDIR}/cmake/KestovaVOXASupport)
-install(EXPORT KestovaVOXASupport NAMESPACE KestovaVOXASupport::
-  FILE KestovaVOXASupportTargets.cmake DESTINATION ${config_folder})
-configure_package_config_file(module/KestovaVOXASupportConfig.cmake.in
-  ${PROJECT_BINARY_DIR}/KestovaVOXASupportConfig.cmake INSTALL_DESTINATION ${config_folder})
-write_basic_package_version_file(
-  ${PROJECT_BINARY_DIR}/KestovaVOXASupportConfigVersion.cmake COMPATIBILITY SameMajorVersion)
-install(FILES
-  ${PROJECT_BINARY_DIR}/KestovaVOXASupportConfig.cmake
-  ${PROJECT_BINARY_DIR}/KestovaVOXASupportConfigVersion.cmake
-  DESTINATION ${config_folder})
-
-file(RELATIVE_PATH prefix_from_pkgconfig /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
-configure_file(module/KestovaVOXASupport.pc.in ${PROJECT_BINARY_DIR}/KestovaVOXASupport.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/KestovaVOXASupport.pc
-  DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
-
-# Installs a text compressed with gzip, without a time stamp: `compressed(FILE FOLDER)`.
+# Installs a text, compressed with gzip without a time stamp: `compressed(FILE FOLDER)`.
 function(compressed file folder)
   find_program(GZIP gzip REQUIRED)
   get_filename_component(name ${file} NAME)

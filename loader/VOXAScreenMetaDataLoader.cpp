@@ -15,6 +15,7 @@
 #include "names/StreamFileName.h"
 #include "names/WindowsPath.h"
 #include "params/LeftParameter.h"
+#include "params/TimeLimits.h"
 
 using Kestova::KeystrokeData;
 using Kestova::LeftParameter;

@@ -1,28 +1,20 @@
-// Neighbours in a time-ordered map of keyframes.
+// Finds neighbours in a time-ordered map of keyframes.
 #pragma once
 
 #include <boost/smart_ptr/shared_ptr.hpp>
-#include <limits>
 
 #include "host/Kestova/RationalTime.h"
 #include "params/ChunkedMap.h"
 #include "params/KeyFrame.h"
+#include "params/TimeLimits.h"
 
 namespace Kestova {
 
-/// The keyframes of a parameter by their times, at most one at a time.
+/// The keyframes of a parameter, at most one per time.
 template <class T>
 using KeyFrameMap = ChunkedMap<boost::shared_ptr<KeyFrame<T>>>;
 
-/// What stands for "no keyframe before" and "no keyframe after".
-inline RationalTime beforeAllTimes() {
-  return RationalTime(std::numeric_limits<int64>::min());
-}
-inline RationalTime afterAllTimes() {
-  return RationalTime(std::numeric_limits<int64>::max());
-}
-
-/// Has no state. The caller holds the lock that guards the map.
+/// Stateless. The caller holds the lock that guards the map.
 template <class T>
 class KeyFrameMapUtil {
  public:
@@ -30,13 +22,14 @@ class KeyFrameMapUtil {
 
   virtual ~KeyFrameMapUtil() = default;
 
-  /// The last time strictly before the time that `notBefore` is the lower bound of, or
-  /// `beforeAllTimes`.
+  /// The time of the entry before `notBefore`, or `beforeAllTimes`. For the lower bound of a time
+  /// this is the last time strictly before it.
   RationalTime previousTime(const KeyFrameMap<T>& keyFrames, Entry notBefore) const {
     return notBefore == keyFrames.begin() ? beforeAllTimes() : notBefore.previous().time();
   }
 
-  /// The first time strictly after `time`, whose lower bound is `notBefore`, or `afterAllTimes`.
+  /// The first time strictly after `time`, or `afterAllTimes`. Requires: `notBefore` is the lower
+  /// bound of `time`.
   RationalTime nextTime(const KeyFrameMap<T>& keyFrames, Entry notBefore,
                         const RationalTime& time) const {
     if (notBefore != keyFrames.end() && notBefore.time() == time) ++notBefore;

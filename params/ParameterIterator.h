@@ -1,16 +1,18 @@
-// Walks the keyframes of a parameter in time order.
+// Iterates over the keyframes of a parameter in time order.
 #pragma once
 
 #include <boost/smart_ptr/shared_ptr.hpp>
 
-#include "params/KeyFrameMapUtil.h"
+#include "host/Kestova/RationalTime.h"
+#include "params/KeyFrame.h"
 #include "params/Parameter.h"
+#include "params/TimeLimits.h"
 
 namespace Kestova {
 
-/// Keeps the parameter alive by reference only: it must outlive the walk. The parameter may change
-/// meanwhile; the walk goes on at the first keyframe after the present time. INT64_MAX stands for
-/// the end, so that a keyframe at that very time is not seen.
+/// Refers to the parameter, which must outlive the iterator. The parameter may change during the
+/// iteration, which continues at the first keyframe after the current time. INT64_MAX marks the
+/// end, so a keyframe at that time is not visited.
 template <class T>
 class ParameterIterator {
  public:

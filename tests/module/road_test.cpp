@@ -1,5 +1,5 @@
-// A host that knows the module by its public headers alone. Built without optimisation, so that
-// whatever is not inline has to be found in the libraries.
+// A host that uses the public headers only. Built without optimisation, so that everything that is
+// not inline must be exported by the libraries.
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -16,7 +16,7 @@
 #include "host/Kestova/ScreenMetaData.h"
 #include "loader/VOXAScreenMetaDataFilenameSetter.h"
 #include "loader/VOXAScreenMetaDataLoader.h"
-#include "params/LeftParameter.h"
+#include "params/Parameter.h"
 #include "params/ParameterIterator.h"
 #include "stats/VOXAStatsLoader.h"
 #include "tests/support/TempFolder.h"
