@@ -1,5 +1,5 @@
-# What the Debian package has beyond the installed files. A test runs lintian on it; the tags that it
-# does not apply are in debian/overrides, with the reasons.
+# The metadata of the Debian package. A test runs lintian on the package; debian/overrides lists the
+# ignored tags with the reasons.
 
 set(CPACK_DEBIAN_PACKAGE_NAME kestova-voxa-support)
 set(CPACK_DEBIAN_PACKAGE_SECTION libs)
@@ -9,7 +9,7 @@ screen recordings carry in .voxa, .mp4, .mov, .avi, .wav and .dat files.
 
 The package has the module and its headers, and voxa, which prints the
 streams and the statistics of a recording.")
-# Compiling against the installed headers needs those of Boost; running anything does not.
+# The headers of Boost are needed to compile against the installed headers, but not to run programs.
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS libboost${Boost_VERSION_MAJOR}.${Boost_VERSION_MINOR}-dev)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_LIBRARY_OUTPUT_DIRECTORY})

@@ -1,4 +1,4 @@
-# The libraries that we use, under the same target names on every platform.
+# Finds the libraries that the project uses. The target names are the same on every platform.
 
 if(WIN32)
   include(${CMAKE_CURRENT_LIST_DIR}/WindowsDependencies.cmake)

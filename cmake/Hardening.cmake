@@ -1,5 +1,6 @@
-# What makes a mistake of ours harder to use against a host: the target `hardening`, which is part of
-# project_options. Sanitized builds go without; they find more, and fortified calls hide from them.
+# The target `hardening`, part of project_options: compile and link options that make memory errors
+# harder to exploit. Builds with sanitizers do not use it, because sanitizers do not intercept the
+# fortified calls of the C library.
 
 include_guard(GLOBAL)
 include(CheckCXXCompilerFlag)
@@ -9,7 +10,7 @@ include(CheckPIESupported)
 add_library(hardening INTERFACE)
 
 if(WIN32)
-  # The compiler's stack protector would bring a DLL of its own along.
+  # No stack protector: it would need another DLL.
   target_link_options(hardening INTERFACE
     -Wl,--dynamicbase -Wl,--nxcompat -Wl,--high-entropy-va)
 elseif(NOT KESTOVA_SANITIZERS)
@@ -22,13 +23,13 @@ elseif(NOT KESTOVA_SANITIZERS)
     target_compile_options(hardening INTERFACE -fcf-protection)
   endif()
 
-  # The C library checks calls whose buffers' sizes are known, in optimised code only. At level 3 these
-  # include sizes that are known at run time; a compiler that cannot tell them makes it warn.
+  # In optimised code, the C library checks calls on buffers of known size. Level 3 includes sizes that
+  # are known at run time; the header warns when the compiler does not support it.
   set(CMAKE_REQUIRED_FLAGS "-O2 -Werror -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=3")
   check_cxx_source_compiles("#include <cstring>\nint main() {}" KESTOVA_HAS_FORTIFY_3)
   unset(CMAKE_REQUIRED_FLAGS)
   set(level $<IF:$<BOOL:${KESTOVA_HAS_FORTIFY_3}>,3,2>)
-  # A target that is never optimised says so by its property UNOPTIMISED.
+  # Targets that are never optimised set the property UNOPTIMISED.
   set(is_optimised $<CONFIG:Release,RelWithDebInfo,MinSizeRel>)
   set(is_optimised $<AND:${is_optimised},$<NOT:$<BOOL:$<TARGET_PROPERTY:UNOPTIMISED>>>>)
   target_compile_options(hardening INTERFACE

@@ -1,6 +1,6 @@
-# Libraries for the cross-build. Headers are Debian's own, which are the same for every target; they
-# are seen through links, since all of /usr/include would bring in those of the C library.
-# Boost.Filesystem alone has sources; scripts/boost-filesystem-source fetches them.
+# Libraries for the cross-build. The headers are those of Debian, which are the same for every target.
+# They are included through links, because /usr/include also contains the headers of the C library.
+# Boost.Filesystem is the only library with sources; scripts/boost-filesystem-source downloads them.
 
 set(links ${PROJECT_BINARY_DIR}/headers)
 file(MAKE_DIRECTORY ${links})
@@ -21,7 +21,8 @@ target_compile_definitions(linked_headers INTERFACE FMT_HEADER_ONLY=1)
 set(BOOST_FILESYSTEM_SOURCE "" CACHE PATH "The folder libs/filesystem/src of Boost 1.74")
 file(GLOB boost_filesystem_sources ${BOOST_FILESYSTEM_SOURCE}/*.cpp)
 if(NOT boost_filesystem_sources)
-  message(FATAL_ERROR "BOOST_FILESYSTEM_SOURCE holds no sources: '${BOOST_FILESYSTEM_SOURCE}'")
+  message(FATAL_ERROR "BOOST_FILESYSTEM_SOURCE: no sources in '${BOOST_FILESYSTEM_SOURCE}'; "
+    "set it to the output of scripts/boost-filesystem-source")
 endif()
 add_library(boost_filesystem STATIC ${boost_filesystem_sources})
 target_link_libraries(boost_filesystem PUBLIC linked_headers)
@@ -30,7 +31,8 @@ target_compile_definitions(boost_filesystem
 target_compile_options(boost_filesystem PRIVATE -w)
 add_library(Boost::filesystem ALIAS boost_filesystem)
 
-# The runtime stands beside the programs: shared, so that exceptions and standard streams are one.
+# The runtime DLLs are copied beside the programs. They are shared, so that all binaries have the same
+# exceptions and standard streams.
 set(runtime_libraries)
 foreach(library libstdc++-6 libgcc_s_seh-1 libwinpthread-1)
   execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=${library}.dll

@@ -1,4 +1,4 @@
-# Windows x86-64 from Debian: g++ of mingw-w64 with POSIX threads, Wine to run what it makes.
+# Toolchain for Windows x86-64 on Debian: g++ of mingw-w64 with POSIX threads, and Wine to run programs.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
 set(CMAKE_C_COMPILER x86_64-w64-mingw32-gcc-posix)
