@@ -6,8 +6,8 @@
 #include <istream>
 #include <memory>
 
-#include "fuzz/CountingBuffer.h"
 #include "fuzz/Fuzz.h"
+#include "tests/support/CountingBuffer.h"
 #include "tools/recording/Container.h"
 
 namespace {
@@ -19,11 +19,11 @@ class Source {
  public:
   explicit Source(const std::string& bytes) : m_buffer(bytes), m_stream(&m_buffer) {}
 
-  fuzz::CountingBuffer& buffer() { return m_buffer; }
+  testing_support::CountingBuffer& buffer() { return m_buffer; }
   std::istream& stream() { return m_stream; }
 
  private:
-  fuzz::CountingBuffer m_buffer;
+  testing_support::CountingBuffer m_buffer;
   std::istream m_stream;
 };
 
@@ -80,9 +80,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Source source(bytes);
     const std::unique_ptr<ZRKMetaData::MetaDataParser> parser(
         ZRKMetaData::MetaDataParser::createForStream(source.stream(), kind));
-    const std::size_t before = source.buffer().fetched();
+    const std::size_t before = source.buffer().byteCount();
     Guess guess = series::guessRecordType(*parser, entry.id);
-    fuzz::require(source.buffer().fetched() - before <=
+    fuzz::require(source.buffer().byteCount() - before <=
                       series::kMaxGuessHeadBytes + series::kMaxGuessTailBytes + 16,
                   "a guess reads at most its share");
     return guess;

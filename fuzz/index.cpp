@@ -9,8 +9,8 @@
 #include "ZRKMetaData/src/ZRKMAssert.h"
 #include "ZRKMetaData/src/ZRKMMetaDataParser.h"
 #include "ZRKMetaData/src/ZRKMScan.h"
-#include "fuzz/CountingBuffer.h"
 #include "fuzz/Fuzz.h"
+#include "tests/support/CountingBuffer.h"
 
 namespace {
 
@@ -20,11 +20,11 @@ constexpr std::size_t kWindowByteCount = 1024;
 constexpr std::size_t kMaxStructures = 16;
 
 std::size_t bytesFetched(const std::string& bytes, std::size_t maxAfterBackwardJump) {
-  fuzz::CountingBuffer source(bytes);
+  testing_support::CountingBuffer source(bytes);
   std::istream in(&source);
   MetaDataLocations locations;
   scanAtoms(in, locations, maxAfterBackwardJump);
-  return source.fetched();
+  return source.byteCount();
 }
 
 void checkFetching(const std::string& bytes) {
@@ -36,7 +36,7 @@ void checkFetching(const std::string& bytes) {
 }
 
 MetaDataLocations indexOf(const std::string& bytes, ContainerKind kind) {
-  fuzz::CountingBuffer source(bytes);
+  testing_support::CountingBuffer source(bytes);
   std::istream in(&source);
   const std::unique_ptr<MetaDataParser> parser(MetaDataParser::createForStream(in, kind));
   return parser->locations();
