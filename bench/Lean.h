@@ -1,8 +1,9 @@
-// The least that a store of keyframes with our rules has to do: what loading is held to.
+// A minimal store of keyframes with the placement rules: the floor for the cost of loading.
 //
-// A keyframe has the size of ours and what ours has: an owner for itself and one for its observers,
-// an exact time, a lead-in, an interpolater, metadata and observers. They live in shared pointers
-// in an ordered map. One look-up, or a look at the end when times rise, answers every rule.
+// Its keyframe has the members and the size of `Kestova::KeyFrame`: an owner for itself and one for
+// its observers, an exact time, a lead-in, an interpolater, metadata and observers. An ordered map
+// holds shared pointers to keyframes. One lookup, or a comparison with the last time, decides every
+// rule.
 #pragma once
 
 #include <boost/smart_ptr/make_shared.hpp>
@@ -52,28 +53,28 @@ struct LeanKeyFrame final : LeanPart, LeanSubject {
   boost::shared_ptr<int> interpolater;
   std::unique_ptr<int> metaData;
 };
-static_assert(sizeof(LeanKeyFrame) == 136, "the size of what is modelled");
+static_assert(sizeof(LeanKeyFrame) == 136, "the size of Kestova::KeyFrame<Point>");
 
 class LeanParameter : public LeanSubject {
  public:
   explicit LeanParameter(const Owner& owner) : LeanSubject(owner), m_owner(owner) {}
 
   void add(const Kestova::RationalTime& time, const Kestova::Point& value) {
-    const auto place = placeOf(time);
-    m_keyFrames.emplace_hint(place, time, boost::make_shared<LeanKeyFrame>(m_owner, time, value));
-    if (isObserved()) throw std::logic_error("nobody observes the model");
+    m_keyFrames.emplace_hint(insertionPoint(time), time,
+                             boost::make_shared<LeanKeyFrame>(m_owner, time, value));
+    if (isObserved()) throw std::logic_error("the model has no observers");
   }
 
  private:
   using KeyFrames = std::map<Kestova::RationalTime, boost::shared_ptr<LeanKeyFrame>>;
 
-  // Where a keyframe without lead-in goes; throws when the place is taken.
-  KeyFrames::const_iterator placeOf(const Kestova::RationalTime& time) const {
+  // The insertion point of a keyframe without lead-in. Throws if the time is not free.
+  KeyFrames::const_iterator insertionPoint(const Kestova::RationalTime& time) const {
     if (m_keyFrames.empty() || std::prev(m_keyFrames.end())->first < time) return m_keyFrames.end();
     const auto next = m_keyFrames.lower_bound(time);
     const bool isTaken =
         next->first == time || compareWithDifference(time, next->first, next->second->leadIn) > 0;
-    if (isTaken) throw std::invalid_argument("taken");
+    if (isTaken) throw std::invalid_argument("the time is not free");
     return next;
   }
 

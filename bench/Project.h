@@ -1,4 +1,4 @@
-// A host's project as far as loading needs it.
+// The parts of a host's project that loading needs.
 #pragma once
 
 #include <boost/smart_ptr/make_shared.hpp>
@@ -14,7 +14,7 @@ class Project {
  public:
   using Loader = VOXAScreenMetaDataLoader;
 
-  /// `operation` is one of the loader's, such as &Loader::loadPoints.
+  /// `operation` is a member function of the loader, such as &Loader::loadPoints.
   template <class Operation>
   auto load(Operation operation, const std::string& streamFileName) const {
     return (m_loader.*operation)(streamFileName, "cursor", m_owner, m_rate);

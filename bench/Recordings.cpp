@@ -18,7 +18,7 @@ namespace {
 
 constexpr unsigned char kKey = 0xF0;
 
-// The file, written by `write` unless this process has done so.
+// Returns the path of a file, which `write` writes on the first call in this process.
 template <class Write>
 std::string file(const std::string& name, Write write) {
   static std::set<std::string> written;

@@ -1,5 +1,5 @@
-// The recordings that are measured. Each is written when it is first asked for in a process, into
-// one folder that is kept, so that whole programs can be run on the same files afterwards.
+// The recordings of the benchmarks. Each is written on first use in a process. The files are kept,
+// so that whole programs can be measured on them afterwards.
 #pragma once
 
 #include <cstdint>
@@ -9,26 +9,25 @@
 
 namespace bench {
 
-/// Frames per second of the project whose grid the records stand on.
+/// Frames per second of the project. Records lie on its frames.
 constexpr unsigned kEditRate = 60;
 
-/// dense-COUNT.voxa: so many small atoms, 31 bytes each, and one metadata block behind them.
+/// dense-COUNT.voxa: `count` atoms of 31 bytes, then one metadata block.
 std::string denseRecording(std::int64_t count);
 
-/// sparse-COUNT.voxa: so many atoms over 8 GiB, their payloads holes, and one metadata block.
+/// sparse-COUNT.voxa: `count` atoms in a sparse file of 8 GiB, then one metadata block.
 std::string sparseRecording(std::int64_t count);
 
-/// Recordings of nothing but one stream of so many records. Their values are what a cursor has:
-/// whole pixels, an opacity with many digits, pressed buttons.
+/// Recordings of one stream. Points and ints are whole pixels, doubles have many digits.
 enum class Stream { Points, Doubles, Ints, Strings };
 
-/// The file: KIND-ORDER-COUNT.voxa. Strings have 20 characters.
+/// KIND-ORDER-COUNT.voxa: `count` records. Strings have 20 characters.
 std::string recordingOf(Stream stream, Order order, std::int64_t count);
 
-/// What a loader calls the stream in it.
+/// The stream file name for a loader.
 std::string streamFileName(Stream stream, Order order, std::int64_t count);
 
-/// The values of the keyframe at a frame.
+/// The value of the keyframe at a frame.
 std::int32_t pixelAt(std::int64_t frame);
 double opacityAt(std::int64_t frame);
 

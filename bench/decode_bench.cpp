@@ -1,4 +1,4 @@
-// Decoding a stream into an observer, and the least that reads the same records.
+// Decodes a stream into an observer; the floor is a minimal loop over the same records.
 #include <benchmark/benchmark.h>
 #include <fcntl.h>
 #include <unistd.h>
@@ -18,12 +18,12 @@ namespace {
 
 using bench::Stream;
 
-constexpr std::size_t kHeaderSize = 24;  // of an entry
+constexpr std::size_t kHeaderSize = 24;  // header of an entry
 constexpr std::size_t kPointSize = 16;
 
-// Looks at every record without keeping any.
+// Counts the records and keeps none.
 template <class T>
-class Glance final : public ZRKMetaData::DataStreamObserver<T> {
+class CountingObserver final : public ZRKMetaData::DataStreamObserver<T> {
  public:
   bool onData(double seconds, const T& value) override {
     benchmark::DoNotOptimize(seconds);
@@ -37,7 +37,7 @@ class Glance final : public ZRKMetaData::DataStreamObserver<T> {
   std::int64_t m_count = 0;
 };
 
-// A recording of one stream, and where its records are.
+// A recording of one stream and the location of its records.
 struct Measured {
   Measured(Stream stream, std::int64_t count)
       : name(bench::recordingOf(stream, bench::Order::Rising, count)),
@@ -60,7 +60,7 @@ template <class T, Stream stream>
 void decode(benchmark::State& state) {
   const Measured measured(stream, state.range());
   while (state.KeepRunning()) {
-    Glance<T> observer;
+    CountingObserver<T> observer;
     ZRKMetaData::MetaDataReader<T>().parseFile(observer, measured.parser->stream(),
                                                measured.location.offset, measured.location.size);
     if (observer.count() != state.range()) state.SkipWithError("records are missing");
@@ -72,7 +72,7 @@ constexpr auto& decodeStrings = decode<std::string, Stream::Strings>;
 BENCHMARK(decodePoints)->Apply(bench::tenfold);
 BENCHMARK(decodeStrings)->Apply(bench::tenfold);
 
-// 64 KiB at a time, taken apart where they are.
+// Reads blocks of 64 KiB and decodes the records in place.
 void decodePointsInBlocks(benchmark::State& state) {
   const Measured measured(Stream::Points, state.range());
   const int file = ::open(measured.name.c_str(), O_RDONLY | O_CLOEXEC);
@@ -81,11 +81,11 @@ void decodePointsInBlocks(benchmark::State& state) {
     ::lseek(file, measured.firstRecord(), SEEK_SET);
     for (ssize_t got = 0; (got = ::read(file, block.data(), block.size())) > 0;) {
       const char* const end = block.data() + got;
-      for (const char* at = block.data(); at < end; at += kPointSize) {
+      for (const char* next = block.data(); next < end; next += kPointSize) {
         double seconds = 0;
         ZRKMetaData::Point value;
-        std::memcpy(&seconds, at, sizeof seconds);
-        std::memcpy(&value, at + sizeof seconds, sizeof value);
+        std::memcpy(&seconds, next, sizeof seconds);
+        std::memcpy(&value, next + sizeof seconds, sizeof value);
         benchmark::DoNotOptimize(seconds);
         benchmark::DoNotOptimize(&value);
       }
@@ -96,7 +96,7 @@ void decodePointsInBlocks(benchmark::State& state) {
 }
 BENCHMARK(decodePointsInBlocks)->Apply(bench::tenfold);
 
-// From memory, each record's characters in a string.
+// Decodes from memory and copies the characters of each record into a string.
 void decodeStringsFromMemory(benchmark::State& state) {
   const Measured measured(Stream::Strings, state.range());
   std::ifstream file(measured.name, std::ios::binary);
@@ -104,15 +104,15 @@ void decodeStringsFromMemory(benchmark::State& state) {
   const std::string bytes((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
   while (state.KeepRunning()) {
     std::string value;
-    for (std::size_t at = 0; at < bytes.size();) {
+    for (std::size_t offset = 0; offset < bytes.size();) {
       std::uint32_t size = 0;
       double seconds = 0;
-      std::memcpy(&size, &bytes[at], sizeof size);
-      std::memcpy(&seconds, &bytes[at + sizeof size], sizeof seconds);
-      value.assign(&bytes[at + sizeof size + sizeof seconds], size - sizeof seconds);
+      std::memcpy(&size, &bytes[offset], sizeof size);
+      std::memcpy(&seconds, &bytes[offset + sizeof size], sizeof seconds);
+      value.assign(&bytes[offset + sizeof size + sizeof seconds], size - sizeof seconds);
       benchmark::DoNotOptimize(seconds);
       benchmark::DoNotOptimize(&value);
-      at += sizeof size + size;
+      offset += sizeof size + size;
     }
   }
   report(state, measured);

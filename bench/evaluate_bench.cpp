@@ -1,4 +1,4 @@
-// The value at a frame, asked for as a host asks, and the least that finds the keyframe in force.
+// Evaluates a parameter through the interface of hosts; the floor searches a sorted vector.
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
@@ -13,7 +13,7 @@ namespace {
 
 using Kestova::RationalTime;
 
-// Loaded once a process: making a million keyframes takes longer than asking for them.
+// Loaded once per process: loading a million keyframes takes longer than evaluating them.
 const Kestova::Parameter<double>& parameterOf(std::int64_t count) {
   static const bench::Project project;
   static std::map<std::int64_t, boost::shared_ptr<const Kestova::Parameter<double>>> loaded;
@@ -40,9 +40,9 @@ BENCHMARK(evaluateInSequence)->Apply(bench::tenfold);
 
 void evaluateAtRandom(benchmark::State& state) {
   const auto& parameter = parameterOf(state.range());
-  const auto asked = bench::askedFrames(state.range());
+  const auto frames = bench::randomFrames(state.range());
   while (state.KeepRunning()) {
-    for (const std::int64_t frame : asked) {
+    for (const std::int64_t frame : frames) {
       benchmark::DoNotOptimize(parameter.valueAt(RationalTime(frame)));
     }
   }
@@ -60,16 +60,16 @@ Sorted sortedKeyFrames(std::int64_t count) {
   return sorted;
 }
 
-// A cursor that moves along.
+// Advances an iterator with the frames.
 void evaluateSortedInSequence(benchmark::State& state) {
   const Sorted sorted = sortedKeyFrames(state.range());
   const std::int64_t end = bench::kStep * state.range();
   while (state.KeepRunning()) {
-    auto inForce = sorted.begin();
+    auto current = sorted.begin();
     for (std::int64_t frame = 0; frame < end; ++frame) {
       const RationalTime time(frame);
-      while (std::next(inForce) != sorted.end() && std::next(inForce)->first <= time) ++inForce;
-      benchmark::DoNotOptimize(inForce->second);
+      while (std::next(current) != sorted.end() && std::next(current)->first <= time) ++current;
+      benchmark::DoNotOptimize(current->second);
     }
   }
   state.SetItemsProcessed(state.iterations() * end);
@@ -78,9 +78,9 @@ BENCHMARK(evaluateSortedInSequence)->Apply(bench::tenfold);
 
 void evaluateSortedAtRandom(benchmark::State& state) {
   const Sorted sorted = sortedKeyFrames(state.range());
-  const auto asked = bench::askedFrames(state.range());
+  const auto frames = bench::randomFrames(state.range());
   while (state.KeepRunning()) {
-    for (const std::int64_t frame : asked) {
+    for (const std::int64_t frame : frames) {
       const auto after = std::upper_bound(
           sorted.begin(), sorted.end(), RationalTime(frame),
           [](const RationalTime& time, const auto& keyFrame) { return time < keyFrame.first; });

@@ -1,4 +1,4 @@
-// Finding the metadata block: by the parser, and by the least that walks the same headers.
+// Finds the metadata block; the floors follow the same headers without any checks.
 #include <benchmark/benchmark.h>
 #include <fcntl.h>
 #include <sys/mman.h>
@@ -46,24 +46,24 @@ std::size_t blockByMap(const std::string& name) {
   const std::size_t size = file.size();
   void* const map = ::mmap(nullptr, size, PROT_READ, MAP_PRIVATE, file.descriptor(), 0);
   const auto* const bytes = static_cast<const unsigned char*>(map);
-  std::size_t place = 0;
-  while (place < size && !isBlock(bytes + place)) {
-    place += boost::endian::load_big_u32(bytes + place);
+  std::size_t offset = 0;
+  while (offset < size && !isBlock(bytes + offset)) {
+    offset += boost::endian::load_big_u32(bytes + offset);
   }
   ::munmap(map, size);
-  return place;
+  return offset;
 }
 
 std::size_t blockByPread(const std::string& name) {
   const File file(name);
   unsigned char header[kHeaderSize];
-  std::size_t place = 0;
-  while (::pread(file.descriptor(), header, sizeof header, static_cast<off_t>(place)) ==
+  std::size_t offset = 0;
+  while (::pread(file.descriptor(), header, sizeof header, static_cast<off_t>(offset)) ==
              static_cast<ssize_t>(kHeaderSize) &&
          !isBlock(header)) {
-    place += boost::endian::load_big_u32(header);
+    offset += boost::endian::load_big_u32(header);
   }
-  return place;
+  return offset;
 }
 
 std::size_t blockByParser(const std::string& name) {

@@ -1,5 +1,5 @@
-// Loading a stream as a parameter, from the file to the last keyframe, and the lean model of what
-// comes behind decoding.
+// Loads a stream as a parameter, from the file to the last keyframe; the floor adds the same
+// keyframes to the lean model.
 #include <benchmark/benchmark.h>
 
 #include <optional>

@@ -1,5 +1,5 @@
-// Prints how much the resident memory of a fresh process grows by a loaded parameter: bytes a
-// keyframe. With the argument "lean", by the lean model.
+// Prints by how many bytes per keyframe the resident memory of the process grows when it loads a
+// parameter, or with the argument "lean", when it fills the lean model.
 #include <unistd.h>
 
 #include <cstring>

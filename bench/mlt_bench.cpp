@@ -1,5 +1,5 @@
-// The peer MLT: one animated property a number. Each insertion walks a list, so that it is measured
-// no further than 1e4.
+// The peer MLT: one animated property per number. Each insertion walks a list, so the maximum is
+// 1e4.
 #include <benchmark/benchmark.h>
 #include <framework/mlt.h>
 
@@ -47,9 +47,9 @@ void evaluateMltAtRandom(benchmark::State& state) {
   for (const std::int64_t frame : bench::keyedFrames(state.range(), bench::Order::Rising)) {
     set(property, frame, bench::opacityAt(frame), length);
   }
-  const auto asked = bench::askedFrames(state.range());
+  const auto frames = bench::randomFrames(state.range());
   while (state.KeepRunning()) {
-    for (const std::int64_t frame : asked) {
+    for (const std::int64_t frame : frames) {
       benchmark::DoNotOptimize(mlt_property_anim_get_double(
           property.get(), kFramesPerSecond, nullptr, static_cast<int>(frame), length));
     }

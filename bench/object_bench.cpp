@@ -1,4 +1,5 @@
-// What hosts do to whole parameters, beside building one in time order through the same interface.
+// Operations on whole parameters, compared with building one in time order through the same
+// interface.
 #include <benchmark/benchmark.h>
 
 #include <memory>

@@ -1,4 +1,4 @@
-// The peer libopenshot: its Keyframe holds one number a frame, so that a point takes two of them.
+// The peer libopenshot: its Keyframe has one number per frame, so a point needs two of them.
 #include <KeyFrame.h>
 #include <benchmark/benchmark.h>
 
@@ -35,7 +35,7 @@ void loadOpenShot(benchmark::State& state, Order order) {
   state.SetItemsProcessed(state.iterations() * state.range());
 }
 
-// Seconds each, since every point before others moves them.
+// Takes seconds, because every insertion before other points moves them.
 void once(benchmark::internal::Benchmark* path) {
   path->Arg(100'000)->Iterations(1)->Repetitions(1);
 }
@@ -65,9 +65,9 @@ BENCHMARK(evaluateOpenShotInSequence)->Apply(bench::tenfold);
 
 void evaluateOpenShotAtRandom(benchmark::State& state) {
   const openshot::Keyframe keyFrame = opacities(state.range());
-  const auto asked = bench::askedFrames(state.range());
+  const auto frames = bench::randomFrames(state.range());
   while (state.KeepRunning()) {
-    for (const std::int64_t frame : asked) benchmark::DoNotOptimize(keyFrame.GetValue(frame));
+    for (const std::int64_t frame : frames) benchmark::DoNotOptimize(keyFrame.GetValue(frame));
   }
   state.SetItemsProcessed(state.iterations() * state.range());
 }

@@ -1,5 +1,5 @@
-// Keyframes as text: the host's XML and JSON and the command line's CSV, and the least that writes
-// the same bytes. All write to a file, over and over from its beginning.
+// Writes keyframes as the host's XML and JSON; the floors, and that of the CSV of the command line,
+// write the same bytes with std::to_chars. All overwrite one file from its begin.
 #include <benchmark/benchmark.h>
 
 #include <array>
@@ -21,7 +21,7 @@ class File {
  public:
   File() : m_file(KESTOVA_BENCH_RECORDINGS "/text", std::ios::binary) {}
 
-  std::ostream& fromItsBeginning() {
+  std::ostream& rewound() {
     m_file.seekp(0);
     return m_file;
   }
@@ -30,7 +30,7 @@ class File {
   std::ofstream m_file;
 };
 
-// 64 KiB of text at a time.
+// A text buffer of 64 KiB.
 class Blocks {
  public:
   explicit Blocks(std::streambuf& out) : m_out(out) {}
@@ -44,11 +44,11 @@ class Blocks {
     return *this;
   }
 
-  /// `form` as std::to_chars takes it behind the number.
+  /// `form`: the arguments of std::to_chars after the number.
   template <class Number, class... Form>
   Blocks& number(Number value, Form... form) {
-    constexpr std::size_t kLongest = 32;
-    makeRoom(kLongest);
+    constexpr std::size_t kMaxNumberLength = 32;
+    makeRoom(kMaxNumberLength);
     m_next = std::to_chars(m_next, m_block.data() + m_block.size(), value, form...).ptr;
     return *this;
   }
@@ -70,7 +70,7 @@ class Blocks {
 template <class T>
 using KeyFrames = std::vector<std::pair<std::int64_t, T>>;
 
-// What is written: a loaded parameter, and its keyframes side by side.
+// A loaded parameter, and its keyframes in a vector.
 template <class T>
 struct Written {
   template <class Operation>
@@ -151,7 +151,7 @@ template <class Form, class T>
 void serialise(benchmark::State& state) {
   const auto what = written<T>(state.range());
   File file;
-  while (state.KeepRunning()) Form::byHost(what, file.fromItsBeginning());
+  while (state.KeepRunning()) Form::byHost(what, file.rewound());
   state.SetItemsProcessed(state.iterations() * state.range());
 }
 
@@ -164,7 +164,7 @@ void serialiseLeanly(benchmark::State& state) {
   Form::leanly(what, least);
   if (ours.str() != least.str()) state.SkipWithError("the texts differ");
   File file;
-  while (state.KeepRunning()) Form::leanly(what, file.fromItsBeginning());
+  while (state.KeepRunning()) Form::leanly(what, file.rewound());
   state.SetItemsProcessed(state.iterations() * state.range());
   state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(least.str().size()));
 }
@@ -183,7 +183,7 @@ void writeCsvLeanly(benchmark::State& state) {
   const auto frames = bench::keyedFrames(state.range(), bench::Order::Rising);
   File file;
   while (state.KeepRunning()) {
-    Blocks blocks(*file.fromItsBeginning().rdbuf());
+    Blocks blocks(*file.rewound().rdbuf());
     for (const std::int64_t frame : frames) {
       blocks.number(frame) << ",";
       blocks.number(static_cast<double>(bench::pixelAt(frame))) << ",";

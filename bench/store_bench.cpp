@@ -1,7 +1,7 @@
-// The store of keyframes beside the containers that could replace it: ChunkedMap, std::map and
-// boost::container::flat_map, each from exact times to shared pointers. Every store is filled and
-// searched the way the parameter does it: an insertion at a known lower bound, a lookup with a hint
-// where the store takes one.
+// Compares the store of keyframes with the containers that could replace it: ChunkedMap, std::map
+// and boost::container::flat_map, each from exact times to shared pointers. Every store is filled
+// and searched the way the parameter does it: an insertion at a known lower bound, a lookup with a
+// hint where the store takes one.
 #include <benchmark/benchmark.h>
 
 #include <boost/container/flat_map.hpp>
@@ -81,16 +81,16 @@ void storeFill(benchmark::State& state) {
   state.SetItemsProcessed(state.iterations() * state.range());
 }
 
-// Asks for each frame in `asked`, keyed or not.
+// Searches each frame, whether or not it has a keyframe.
 template <class Store>
-void ask(benchmark::State& state, const std::vector<std::int64_t>& asked) {
+void find(benchmark::State& state, const std::vector<std::int64_t>& frames) {
   Store store =
       filled<Store>(bench::keyedFrames(state.range(), Order::Rising), boost::make_shared<int>(0));
   while (state.KeepRunning()) {
-    for (const std::int64_t frame : asked)
+    for (const std::int64_t frame : frames)
       benchmark::DoNotOptimize(store.find(RationalTime(frame)));
   }
-  state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(asked.size()));
+  state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(frames.size()));
 }
 
 template <class Store>
@@ -98,15 +98,15 @@ void storeFindInSequence(benchmark::State& state) {
   std::vector<std::int64_t> frames;
   for (std::int64_t frame = 0; frame < bench::kStep * state.range(); ++frame)
     frames.push_back(frame);
-  ask<Store>(state, frames);
+  find<Store>(state, frames);
 }
 
 template <class Store>
 void storeFindAtRandom(benchmark::State& state) {
-  ask<Store>(state, bench::askedFrames(state.range()));
+  find<Store>(state, bench::randomFrames(state.range()));
 }
 
-// What a shift does: takes every keyframe out, first to last, and adds it again one frame later.
+// As a shift does: removes every keyframe, first to last, and adds it again one frame later.
 template <class Store>
 void storeShift(benchmark::State& state) {
   const auto frames = bench::keyedFrames(state.range(), Order::Rising);

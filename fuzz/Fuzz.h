@@ -1,6 +1,6 @@
-// What every fuzz target is made of: one function that takes bytes, and properties that must hold
-// for all of them. With libFuzzer it is called for inputs that the fuzzer invents; elsewhere a
-// plain main replays files (Replay.cpp).
+// The common parts of the fuzz targets. A target is a function of an input that checks properties
+// which must hold for every input. libFuzzer generates the inputs; in other builds Replay.cpp
+// replays files.
 #pragma once
 
 #include <algorithm>
@@ -19,14 +19,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
 namespace fuzz {
 
-/// Ends the program, naming the property, unless it holds.
+/// Prints the property and aborts unless it holds.
 inline void require(bool holds, const char* property) {
   if (holds) return;
   std::fprintf(stderr, "property broken: %s\n", property);
   std::abort();
 }
 
-/// Takes an input apart, from the front.
+/// Reads an input from its begin.
 class Input {
  public:
   Input(const std::uint8_t* data, std::size_t size)
@@ -34,7 +34,7 @@ class Input {
 
   bool isEmpty() const { return m_rest.empty(); }
 
-  /// The next number, zero where the input has ended.
+  /// The next number. Bytes past the end of the input are zero.
   template <class Number>
   Number take() {
     Number number{};
@@ -44,14 +44,14 @@ class Input {
     return number;
   }
 
-  /// All that is left.
+  /// The rest of the input.
   std::string rest() { return std::string(std::exchange(m_rest, {})); }
 
  private:
   std::string_view m_rest;
 };
 
-/// Drops what the code under test says on the standard streams while it lives.
+/// Discards the output on the standard streams during its lifetime.
 class Quiet {
  public:
   Quiet() : m_out(std::cout.rdbuf(&m_nothing)), m_error(std::cerr.rdbuf(&m_nothing)) {}

@@ -1,4 +1,4 @@
-// Runs a target over files and folders of files, for builds without a fuzzer.
+// Runs a target on files and folders of files, for builds without a fuzzer.
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -22,10 +22,10 @@ std::size_t replay(const std::filesystem::path& path) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  for (int place = 1; place < argc; ++place) {
-    const std::size_t count = replay(std::filesystem::u8path(argv[place]));
-    std::printf("%s: %zu inputs\n", argv[place], count);
-    fuzz::require(count != 0, "there is something to replay");
+  for (int index = 1; index < argc; ++index) {
+    const std::size_t count = replay(std::filesystem::u8path(argv[index]));
+    std::printf("%s: %zu inputs\n", argv[index], count);
+    fuzz::require(count != 0, "the argument has inputs");
   }
   return argc > 1 ? 0 : 2;
 }

@@ -1,4 +1,4 @@
-// Writes inputs for each target to begin with, made like samples: Seeds FOLDER
+// Writes the seeds of each target: Seeds FOLDER
 #include <filesystem>
 #include <fstream>
 
@@ -24,8 +24,8 @@ class Folder {
   int m_count = 0;
 };
 
-// Blocks whose entries each lead back to a lane of small atoms, which the scan then walks again.
-Bytes laneWalkedAgain() {
+// Blocks whose entries lead back to a row of small atoms, which the scan then visits again.
+Bytes repeatedScan() {
   constexpr int kCount = 64;
   Bytes bytes;
   for (int n = 0; n < kCount; ++n) bytes += recording::atom("free", "");
@@ -46,13 +46,13 @@ void writeSeeds(const std::filesystem::path& root) {
               recording::wideAtom(
                   "ZRKM", recording::wideAtom("DATA", recording::entryBytes(entries.front()))));
   index.write(Bytes(1, 2) + recording::entryBytes(entries.front()));
-  index.write(Bytes(1, 1) + laneWalkedAgain());
+  index.write(Bytes(1, 1) + repeatedScan());
 
   Folder records(root, "records");
   Folder guess(root, "guess");
   static constexpr const char* kTypes[] = {"ints",       "doubles", "int64s", "strings",
                                            "keystrokes", "points",  "rects",  "cursor-images"};
-  char number = 0;  // by which the target chooses the type
+  char number = 0;  // by which the target selects the type
   for (const char* const type : kTypes) {
     records.write(Bytes(1, number++) + recording::littleEndian(10000) +
                   recording::sampleEntry(type, 0.2, 1).records);
@@ -97,12 +97,12 @@ void writeSeeds(const std::filesystem::path& root) {
                    Bytes("\x08\x0F\0\0\0", 5) + Bytes("\2\x0A\0\x0C\0", 5) + Bytes("\3\5\0\1", 4) +
                    Bytes("\6\x14\0\7", 4));
 
-  // Any bytes are a program; the pixels of cursor images are as good as thrown.
+  // Any bytes are a program; the pixels of cursor images are random.
   constexpr std::size_t kProgramSize = 50;
   const Bytes pixels = recording::sampleEntry("cursor-images", 60, 7).records;
   Folder window(root, "window");
-  for (std::size_t place = 0; place < pixels.size(); place += kProgramSize) {
-    window.write(pixels.substr(place, kProgramSize));
+  for (std::size_t offset = 0; offset < pixels.size(); offset += kProgramSize) {
+    window.write(pixels.substr(offset, kProgramSize));
   }
 }
 

@@ -1,29 +1,29 @@
-// The guess of a stream's type. The first byte chooses the container, the next four the indexed
-// size; the rest is the recording from the entry on.
+// Fuzzes the guess of the record type. The first byte selects the container, the next four are an
+// entry size; the rest are the records.
 #include "tools/series/Guess.h"
 
 #include <algorithm>
 #include <istream>
 #include <memory>
 
-#include "fuzz/CountingBuffer.h"
 #include "fuzz/Fuzz.h"
+#include "tests/support/CountingBuffer.h"
 #include "tools/recording/Container.h"
 
 namespace {
 
 using series::Guess;
 
-// Bytes as they lie in a file, with what the guess fetches counted.
+// A file that counts the bytes read from it.
 class Source {
  public:
   explicit Source(const std::string& bytes) : m_buffer(bytes), m_stream(&m_buffer) {}
 
-  fuzz::CountingBuffer& buffer() { return m_buffer; }
+  testing_support::CountingBuffer& buffer() { return m_buffer; }
   std::istream& stream() { return m_stream; }
 
  private:
-  fuzz::CountingBuffer m_buffer;
+  testing_support::CountingBuffer m_buffer;
   std::istream m_stream;
 };
 
@@ -44,14 +44,14 @@ void check(const Guess& guess) {
   bool allPassSoFar = true;
   for (const auto& candidate : guess.candidates) {
     passing += candidate.passes ? 1 : 0;
-    fuzz::require(!candidate.passes || allPassSoFar, "types that pass stand in front");
+    fuzz::require(!candidate.passes || allPassSoFar, "types that pass come first");
     allPassSoFar = candidate.passes;
-    fuzz::require(candidate.score >= 0 && candidate.score <= 1, "scores are shares");
-    fuzz::require(!candidate.reasons.empty(), "every candidate has its reasons");
+    fuzz::require(candidate.score >= 0 && candidate.score <= 1, "scores are from 0 to 1");
+    fuzz::require(!candidate.reasons.empty(), "every candidate has reasons");
   }
   fuzz::require(guess.candidates.size() == series::kRecordTypeCount, "every type is ranked once");
-  fuzz::require(guess.isCertain == (passing == 1), "certain is exactly one that passes");
-  fuzz::require(guess.isUnknown == (passing == 0), "unknown is none that passes");
+  fuzz::require(guess.isCertain == (passing == 1), "certain means that exactly one type passes");
+  fuzz::require(guess.isUnknown == (passing == 0), "unknown means that no type passes");
   fuzz::require(guess.tieCount >= 1 && guess.tieCount <= std::max<std::size_t>(passing, 1),
                 "only types that pass tie");
 }
@@ -73,18 +73,18 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   } else if (wrapping == 2) {
     kind = ZRKMetaData::Riff;
     file = recording::chunkBlock({entry});
-  } else {  // a size that is a lie
+  } else {  // an arbitrary entry size
     file = recording::atom("ZRKM", recording::bigEndian(announced) + "DATA" + file);
   }
   const auto guessOf = [&](const std::string& bytes) {
     Source source(bytes);
     const std::unique_ptr<ZRKMetaData::MetaDataParser> parser(
         ZRKMetaData::MetaDataParser::createForStream(source.stream(), kind));
-    const std::size_t before = source.buffer().fetched();
+    const std::size_t before = source.buffer().byteCount();
     Guess guess = series::guessRecordType(*parser, entry.id);
-    fuzz::require(source.buffer().fetched() - before <=
+    fuzz::require(source.buffer().byteCount() - before <=
                       series::kMaxGuessHeadBytes + series::kMaxGuessTailBytes + 16,
-                  "a guess reads at most its share");
+                  "a guess reads at most its maximum");
     return guess;
   };
   const Guess guess = guessOf(file);
@@ -92,7 +92,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   fuzz::require(areEqual(guess, guessOf(file)), "a guess is deterministic");
   if (wrapping != 3) {
     fuzz::require(areEqual(guess, guessOf(file + std::string(64, '\x7F'))),
-                  "bytes behind the entry change nothing");
+                  "bytes after the entry have no effect");
   }
   return 0;
 }

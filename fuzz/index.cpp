@@ -1,16 +1,16 @@
-// The index of every container kind. The first byte of the input chooses the kind.
+// Fuzzes the index of every container kind. The first byte selects the kind; the rest is the file.
 //
-// What a scan fetches is bounded twice: until a size leads backward by the bytes of the file, after
-// that by the structures that it may still examine. Inputs are much too small for the module's own
-// number of those, so the second bound is checked with a smaller one.
+// The bytes that a scan reads have two bounds: up to the first backward jump, the size of the file;
+// after it, the maximum of structures still to be examined. Inputs are too small to reach that
+// maximum, so the second bound is checked with a smaller one.
 #include <memory>
 #include <sstream>
 
 #include "ZRKMetaData/src/ZRKMAssert.h"
 #include "ZRKMetaData/src/ZRKMMetaDataParser.h"
 #include "ZRKMetaData/src/ZRKMScan.h"
-#include "fuzz/CountingBuffer.h"
 #include "fuzz/Fuzz.h"
+#include "tests/support/CountingBuffer.h"
 
 namespace {
 
@@ -19,24 +19,24 @@ using namespace ZRKMetaData;
 constexpr std::size_t kWindowByteCount = 1024;
 constexpr std::size_t kMaxStructures = 16;
 
-std::size_t bytesFetched(const std::string& bytes, std::size_t maxAfterBackwardJump) {
-  fuzz::CountingBuffer source(bytes);
+std::size_t bytesRead(const std::string& bytes, std::size_t maxAfterBackwardJump) {
+  testing_support::CountingBuffer source(bytes);
   std::istream in(&source);
   MetaDataLocations locations;
   scanAtoms(in, locations, maxAfterBackwardJump);
-  return source.fetched();
+  return source.byteCount();
 }
 
-void checkFetching(const std::string& bytes) {
-  const std::size_t forward = bytesFetched(bytes, 0);
+void checkBytesRead(const std::string& bytes) {
+  const std::size_t forward = bytesRead(bytes, 0);
   fuzz::require(forward <= 2 * bytes.size() + kWindowByteCount,
-                "a scan that goes forward fetches each byte twice at most");
-  fuzz::require(bytesFetched(bytes, kMaxStructures) <= forward + kMaxStructures * kWindowByteCount,
-                "a structure that follows a backward jump costs a window at most");
+                "a forward scan reads each byte at most twice");
+  fuzz::require(bytesRead(bytes, kMaxStructures) <= forward + kMaxStructures * kWindowByteCount,
+                "a structure after a backward jump costs at most one window");
 }
 
 MetaDataLocations indexOf(const std::string& bytes, ContainerKind kind) {
-  fuzz::CountingBuffer source(bytes);
+  testing_support::CountingBuffer source(bytes);
   std::istream in(&source);
   const std::unique_ptr<MetaDataParser> parser(MetaDataParser::createForStream(in, kind));
   return parser->locations();
@@ -58,16 +58,16 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   fuzz::Input input(data, size);
   const auto kind = static_cast<ContainerKind>(1 + input.take<std::uint8_t>() % 3);
   const std::string bytes = input.rest();
-  if (kind == Atoms) checkFetching(bytes);
+  if (kind == Atoms) checkBytesRead(bytes);
   const MetaDataLocations locations = indexOf(bytes, kind);
   fuzz::require(areEqual(locations, indexOf(bytes, kind)), "two scans of the same bytes agree");
   for (const auto& [id, location] : locations) {
     const bool isRaw = kind == Raw;
     const auto offset = static_cast<std::size_t>(location.offset);
     fuzz::require(location.offset >= 0 && (isRaw || offset + 24 <= bytes.size()),
-                  "an entry's header lies in the file");
+                  "the header of an entry is in the file");
     fuzz::require(isRaw || std::memcmp(bytes.data() + offset, id.data, 16) == 0,
-                  "an entry is indexed under the identifier that stands there");
+                  "an entry is indexed under its identifier");
     fuzz::require(!isRaw || (offset == 0 && locations.size() == 1), "a raw file is one entry");
   }
   return 0;

@@ -1,4 +1,4 @@
-// The reader of track tables. The input is the file.
+// Fuzzes the reader of track tables. The input is the file.
 #include "fuzz/Fuzz.h"
 #include "fuzz/TempFile.h"
 #include "host/VOXA/Reader.h"
@@ -10,9 +10,9 @@ std::string shown(const boost::shared_ptr<VOXA::Reader>& reader) {
   std::string text = std::to_string(reader->maxWidth()) + "x" + std::to_string(reader->maxHeight());
   for (const auto& track : reader->tracks()) {
     fuzz::require(track->kind() >= 0 && track->kind() <= 2, "a kind is 0, 1 or 2");
-    fuzz::require(track->length() >= 0, "no track has a negative length");
+    fuzz::require(track->length() >= 0, "lengths are not negative");
     fuzz::require(track->kind() != 0 || track->width() <= reader->maxWidth(),
-                  "no video track is wider than the widest");
+                  "the maximum width is the maximum");
     text += " " + std::to_string(track->kind()) + " " + std::to_string(track->length()) + "/" +
             std::to_string(track->rate()) + " " + std::to_string(track->tag());
   }
@@ -32,6 +32,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   fuzz::require(shown(reader) == shown(read()), "two reads of the same file agree");
   constexpr std::size_t kSmallestTrack = 100;
   fuzz::require(!reader || reader->tracks().size() <= size / kSmallestTrack,
-                "there are no more tracks than the file has room for");
+                "the file has room for the tracks");
   return 0;
 }

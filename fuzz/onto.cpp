@@ -1,5 +1,5 @@
-// Media that `voxa sample --onto` appends a metadata block to. The first byte of the input chooses
-// the container; the rest is the media file.
+// Fuzzes `voxa sample --onto`, which appends a metadata block to media. The first byte of the input
+// selects the container; the rest is the media file.
 #include <boost/uuid/uuid.hpp>
 #include <memory>
 #include <stdexcept>
@@ -18,8 +18,8 @@ using ZRKMetaData::MetaDataParser;
 
 constexpr double kSeconds = 0.05;
 
-// Zero where `media` is copied as it stands; else the place of the four bytes that may differ.
-std::size_t placeOfChange(const std::string& media, const std::string& out) {
+// The offset of the four bytes that may differ from `media`, 0 if none differ.
+std::size_t offsetOfChange(const std::string& media, const std::string& out) {
   fuzz::require(out.size() > media.size(), "something is appended");
   const auto difference = std::mismatch(media.begin(), media.end(), out.begin());
   if (difference.first == media.end()) return 0;
@@ -85,7 +85,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   fuzz::require(media.read() == bytes, "the media is only read");
   fuzz::require(out.exists() == isWritten, "what is refused leaves no file");
   if (isWritten) {
-    const std::size_t change = placeOfChange(bytes, out.read());
+    const std::size_t change = offsetOfChange(bytes, out.read());
     if (count(bytes, "ZRKM") == 0) checkIndex(out, bytes.size());
     if (change != 0 && count(bytes, "moov") == 1) {
       fuzz::require(trackCount(out) == trackCount(media), "no track is lost");

@@ -1,6 +1,6 @@
-// A whole recording through the module: its statistics, and every load operation on its streams.
-// The first byte of the input chooses the container, the second the edit rate; the rest is the
-// file.
+// Fuzzes the module with a whole recording: its statistics, and every load operation on its
+// streams. The first byte of the input selects the container, the second the edit rate; the rest is
+// the file.
 #include <boost/smart_ptr/make_shared.hpp>
 #include <boost/uuid/uuid_io.hpp>
 #include <map>
@@ -30,7 +30,7 @@ using ZRKMetaData::MetaDataParser;
 using ZRKMetaData::readHeaderAt;
 
 constexpr std::size_t kMaxStreamNames = 262144;
-constexpr int kMaxStreams = 3;  // of a file that are loaded
+constexpr int kMaxStreams = 3;  // the number of streams loaded per file
 
 class Rate final : public Kestova::ProjectEditRate {
  public:
@@ -45,7 +45,7 @@ class Rate final : public Kestova::ProjectEditRate {
   const int m_choice;
 };
 
-// The value of a keyframe and of a record as the same bytes.
+// The value of a keyframe and that of its record have the same bytes.
 template <class Number>
 std::string bytesOf(const Number& number) {
   return {reinterpret_cast<const char*>(&number), sizeof number};
@@ -86,16 +86,16 @@ std::string valueOf(const ZRKMetaData::CursorImage& value, const std::string& st
   return stream + "/" + std::to_string(value.m_imageId);
 }
 
-struct Outcome {
+struct LoadResult {
   std::map<int64, std::string> keyFrames;
   std::string error;
 
-  bool operator==(const Outcome& other) const {
+  bool operator==(const LoadResult& other) const {
     return keyFrames == other.keyFrames && error == other.error;
   }
 };
 
-// What a plain reading of the stream's records leaves in each frame.
+// Computes the keyframes of a stream from a plain read of its records.
 template <class Record>
 class Model final : public ZRKMetaData::DataStreamObserver<Record> {
  public:
@@ -109,7 +109,7 @@ class Model final : public ZRKMetaData::DataStreamObserver<Record> {
     return true;
   }
 
-  Outcome outcome;
+  LoadResult outcome;
 
  private:
   const double m_framesPerSecond;
@@ -156,7 +156,7 @@ class Recording {
  private:
   template <class Record, class Operation>
   void compare(const std::string& stream, Operation operation) const {
-    Outcome loaded;
+    LoadResult loaded;
     loaded.error = errorOf([&] {
       const auto parameter = load(stream, operation);
       const auto times = parameter->keyFrameTimes();
@@ -174,7 +174,7 @@ class Recording {
   }
 
   template <class Record>
-  Outcome expected(const std::string& stream) const {
+  LoadResult expected(const std::string& stream) const {
     Model<Record> model(*m_rate, stream);
     const std::unique_ptr<MetaDataParser> parser(MetaDataParser::createForFile(m_file));
     for (const auto& [id, location] : parser->locations()) {

@@ -1,5 +1,5 @@
-// Reading through a window. The input is a program of reads, seeks and peeks, which must give what
-// the stream itself gives and leave it alike.
+// Fuzzes the stream window. The input is a program of reads, seeks and peeks, whose results and
+// final stream state must equal those of the stream itself.
 #include <sstream>
 
 #include "ZRKMetaData/src/ZRKMStreamWindow.h"
@@ -40,13 +40,13 @@ void step(fuzz::Input& input, std::istream& plain, StreamWindow& window) {
       plain.read(expected.data(), static_cast<std::streamsize>(expected.size()));
       const std::size_t count = window.read(got.data(), got.size());
       fuzz::require(count == static_cast<std::size_t>(plain.gcount()) && got == expected,
-                    "both deliver the same bytes");
+                    "both read the same bytes");
     }
   }
   fuzz::require(window.eof() == plain.eof() && window.good() == plain.good(),
-                "both are in the same state");
+                "both have the same state");
   if (plain.good()) {
-    fuzz::require(window.bytesLeft() == bytesLeft(plain), "both have as much left");
+    fuzz::require(window.bytesLeft() == bytesLeft(plain), "both have as many bytes left");
   }
 }
 
@@ -62,9 +62,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (limit < 320) window.limitReadAhead(limit);
     while (!input.isEmpty() && plain.good()) step(input, plain, window);
   }
-  fuzz::require(windowed.rdstate() == plain.rdstate(), "the stream is left in the same state");
+  fuzz::require(windowed.rdstate() == plain.rdstate(), "the stream ends in the same state");
   plain.clear();
   windowed.clear();
-  fuzz::require(windowed.tellg() == plain.tellg(), "the stream is left at the same place");
+  fuzz::require(windowed.tellg() == plain.tellg(), "the stream ends at the same position");
   return 0;
 }

@@ -6,17 +6,17 @@
 namespace ZRKMetaData {
 namespace {
 
-TEST(Assertions, GoToOneLineOfStandardErrorAndReturn) {
+TEST(Assertions, AreWrittenToStandardErrorAndReturn) {
   testing::internal::CaptureStderr();
   reportAssertion("a == b", "Unit", 12);
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "Unit:12: assertion failed: a == b\n");
 }
 
-TEST(Assertions, GoToTheHandlerInForce) {
+TEST(Assertions, AreReportedToTheInstalledHandler) {
   const AssertionHandler mine = [](const char*, const char*, int) {};
   const AssertionHandler before = setAssertionHandler(mine);
   EXPECT_EQ(setAssertionHandler(nullptr), mine);
-  EXPECT_EQ(setAssertionHandler(before), before);  // null stands for the default
+  EXPECT_EQ(setAssertionHandler(before), before);  // null restores the default
   const testing_support::AssertionLog log;
   reportAssertion("x", "Unit", 1);
   EXPECT_EQ(log.text(), "Unit:1 x\n");

@@ -1,4 +1,4 @@
-// Recordings that change while they are read.
+// Recordings that change during a read.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -16,23 +16,23 @@ namespace {
 
 using namespace ZRKMetaData;
 
-constexpr int kRecords = 20'000;  // several times what is read ahead
+constexpr int kRecords = 20'000;  // several times the read-ahead
 
-// Does something to the file at the first record and keeps count.
-class Meddler final : public DataStreamObserver<int> {
+// Changes the file at the first record and counts the records.
+class ChangingObserver final : public DataStreamObserver<int> {
  public:
-  explicit Meddler(std::function<void()> meddle) : m_meddle(std::move(meddle)) {}
+  explicit ChangingObserver(std::function<void()> change) : m_change(std::move(change)) {}
 
   bool onData(double, const int& value) override {
     EXPECT_EQ(value, count++);
-    if (count == 1) m_meddle();
+    if (count == 1) m_change();
     return true;
   }
 
   int count = 0;
 
  private:
-  const std::function<void()> m_meddle;
+  const std::function<void()> m_change;
 };
 
 class ChangingRecordings : public testing::Test {
@@ -45,13 +45,13 @@ class ChangingRecordings : public testing::Test {
     file = folder.file("take.voxa", recording::atomBlock({{recording::streamId(0xF6), records}}));
   }
 
-  // How many records are read, and whether the end of the file was where one should begin.
-  std::pair<int, bool> readWhile(const std::function<void()>& meddle) {
+  // The number of records read, and whether the file ended at the start of a further one.
+  std::pair<int, bool> readWhile(const std::function<void()>& change) {
     const std::unique_ptr<MetaDataParser> parser(MetaDataParser::createForFile(file));
-    const MetaDataLocation place = parser->locationOf(recording::streamId(0xF6));
-    Meddler observer(meddle);
+    const MetaDataLocation location = parser->locationOf(recording::streamId(0xF6));
+    ChangingObserver observer(change);
     try {
-      MetaDataReader<int>().parseFile(observer, parser->stream(), place.offset, place.size);
+      MetaDataReader<int>().parseFile(observer, parser->stream(), location.offset, location.size);
     } catch (const std::runtime_error& error) {
       EXPECT_STREQ(error.what(), "invalid meta data entry");
       return {observer.count, true};
@@ -63,7 +63,7 @@ class ChangingRecordings : public testing::Test {
   std::string file;
 };
 
-TEST_F(ChangingRecordings, ThatShrinkEndWhereTheyEndNow) {
+TEST_F(ChangingRecordings, ThatShrinkAreReadToTheirNewEnd) {
   constexpr int kLeft = 15'000;
   const auto [count, isCut] = readWhile(
       [this] { std::filesystem::resize_file(file, 16 + 24 + kLeft * std::uintmax_t{12} + 3); });
@@ -71,7 +71,7 @@ TEST_F(ChangingRecordings, ThatShrinkEndWhereTheyEndNow) {
   EXPECT_TRUE(isCut);
 }
 
-TEST_F(ChangingRecordings, ThatGrowAreReadAsFarAsTheyWereIndexed) {
+TEST_F(ChangingRecordings, ThatGrowAreReadToTheirIndexedEnd) {
   const auto [count, isCut] = readWhile([this] {
     std::ofstream(file, std::ios::binary | std::ios::app) << recording::intRecord(0, -1);
   });
@@ -79,7 +79,7 @@ TEST_F(ChangingRecordings, ThatGrowAreReadAsFarAsTheyWereIndexed) {
   EXPECT_FALSE(isCut);
 }
 
-TEST_F(ChangingRecordings, ThatVanishAreReadToTheEnd) {
+TEST_F(ChangingRecordings, ThatAreDeletedAreReadToTheEnd) {
   const auto [count, isCut] = readWhile([this] { std::filesystem::remove(file); });
   EXPECT_EQ(count, kRecords);
   EXPECT_FALSE(isCut);

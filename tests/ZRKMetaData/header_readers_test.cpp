@@ -11,7 +11,7 @@ namespace {
 
 constexpr uint32 kFreeType = 0x66726565;
 
-TEST(AtomHeader, IsReadWhereItFitsIntoTheFile) {
+TEST(AtomHeader, IsReadIfItFitsIntoTheFile) {
   const std::string plain = recording::atom("free", "12345678");
   const std::string wide = recording::wideAtom("free", "12345678");
   struct Case {
@@ -19,14 +19,14 @@ TEST(AtomHeader, IsReadWhereItFitsIntoTheFile) {
     int64 position;
     uint64 fileSize;
     bool fits;
-    int64 end;  // where the stream stands afterwards: nothing is read that does not fit
+    int64 end;  // the position afterwards: what does not fit is not read
   };
   for (const Case& c : {
            Case{plain, 0, 7, false, 0},
            Case{plain, 0, 8, true, 8},
            Case{plain, 0, 9, true, 8},
            Case{plain, 1, 8, false, 1},
-           // The 64-bit size is asked for room of its own, behind the first eight bytes.
+           // The 64-bit size is checked separately, after the first eight bytes.
            Case{wide, 0, 15, false, 8},
            Case{wide, 0, 16, true, 16},
            Case{wide, 0, 17, true, 16},
@@ -45,7 +45,7 @@ TEST(AtomHeader, IsReadWhereItFitsIntoTheFile) {
   }
 }
 
-TEST(AtomHeader, TakesTheWideSizeForEverySizeBelowEight) {
+TEST(AtomHeader, HasAWideSizeForEverySizeBelowEight) {
   for (unsigned char small = 0; small <= 8; ++small) {
     const std::string bytes = recording::bigEndian(uint32{small}) + "free" +
                               recording::bigEndian(uint64{0x1122334455667788});
@@ -57,14 +57,14 @@ TEST(AtomHeader, TakesTheWideSizeForEverySizeBelowEight) {
   }
 }
 
-TEST(AtomHeader, FailsWhenTheFileIsShorterThanItWasSaidToBe) {
+TEST(AtomHeader, FailsIfTheFileIsShorterThanItsSize) {
   std::istringstream in(recording::atom("free", "").substr(0, 6));
   uint64 size = 0;
   uint32 type = 0;
   EXPECT_FALSE(readAtomHeader(in, 100, &size, &type));
 }
 
-TEST(ChunkHeader, IsReadWhereItFitsIntoTheFile) {
+TEST(ChunkHeader, IsReadIfItFitsIntoTheFile) {
   const std::string bytes = recording::chunk("JUNK", "123456");
   struct Case {
     uint64 fileSize;
@@ -85,7 +85,7 @@ TEST(ChunkHeader, IsReadWhereItFitsIntoTheFile) {
   }
 }
 
-TEST(Headers, ReportMissingDestinations) {
+TEST(Headers, ReportNullDestinations) {
   const testing_support::AssertionLog log;
   std::istringstream in(std::string(32, '\0'));
   EXPECT_FALSE(readAtomHeader(in, 32, nullptr, nullptr));
@@ -95,7 +95,7 @@ TEST(Headers, ReportMissingDestinations) {
             "ZRKMParserUtil:65 chunkType\nZRKMParserUtil:66 chunkSize\n");
 }
 
-TEST(BigEndian, CountsMissingBytesAsZero) {
+TEST(BigEndian, ReadsMissingBytesAsZero) {
   std::istringstream in("\x01\x02\x03\x04\x05\x06\x07\x08\x09\x0A");
   EXPECT_EQ(readBigEndian32(in), 0x01020304U);
   EXPECT_EQ(readBigEndian64(in), 0x05060708090A0000ULL);

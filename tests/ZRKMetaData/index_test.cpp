@@ -7,6 +7,7 @@
 #include "ZRKMetaData/src/ZRKMMetaDataParser.h"
 #include "ZRKMetaData/src/ZRKMScan.h"
 #include "tests/support/Captured.h"
+#include "tests/support/CountingBuffer.h"
 #include "tests/support/Device.h"
 #include "tests/support/Hex.h"
 #include "tests/support/TempFolder.h"
@@ -71,15 +72,27 @@ struct Case {
   std::string standardError = "";
 };
 
-void PrintTo(const Case& c, std::ostream* out) {
-  *out << c.outcome;
+std::string outcomeOf(const testing::TestParamInfo<Case>& info) {
+  return info.param.outcome;
 }
 
-class AtomIndex : public testing::TestWithParam<Case> {};
-TEST_P(AtomIndex, Is) {
-  const Captured errors(std::cerr);
-  EXPECT_EQ(indexOf(GetParam().bytes, Atoms), GetParam().index);
-  EXPECT_EQ(errors.text(), GetParam().standardError);
+class ContainerIndex : public testing::TestWithParam<Case> {
+ protected:
+  static void expectIndex(ContainerKind kind) {
+    const Captured errors(std::cerr);
+    EXPECT_EQ(indexOf(GetParam().bytes, kind), GetParam().index);
+    EXPECT_EQ(errors.text(), GetParam().standardError);
+  }
+};
+
+class AtomIndex : public ContainerIndex {};
+TEST_P(AtomIndex, Scan) {
+  expectIndex(Atoms);
+}
+
+class ChunkIndex : public ContainerIndex {};
+TEST_P(ChunkIndex, Scan) {
+  expectIndex(Riff);
 }
 
 const char kForeignAtom[] = "Found a non DATA atom mixed in the ZRK meta data\n";
@@ -117,14 +130,8 @@ INSTANTIATE_TEST_SUITE_P(
              "F0@16+29 "},
         Case{"AnAtomHeaderCutByTheFileEndsTheScan", atomBlock({kEntryF0}) + bigEndian(uint32{99}),
              "F0@16+29 "},
-        Case{"AnEmptyFileHasNoIndex", "", ""}));
-
-class ChunkIndex : public testing::TestWithParam<Case> {};
-TEST_P(ChunkIndex, Is) {
-  const Captured errors(std::cerr);
-  EXPECT_EQ(indexOf(GetParam().bytes, Riff), GetParam().index);
-  EXPECT_EQ(errors.text(), GetParam().standardError);
-}
+        Case{"AnEmptyFileHasNoIndex", "", ""}),
+    outcomeOf);
 
 INSTANTIATE_TEST_SUITE_P(
     Containers, ChunkIndex,
@@ -150,54 +157,57 @@ INSTANTIATE_TEST_SUITE_P(
              chunkBlock({kEntryF0, kEntryF1}).substr(0, 8 + 46 + 8 + 23), "F0@16+37 "},
         Case{"AnEntryChunkHeaderCutByTheFileEndsItsContainer", chunk("ZRKM", kChunkF0 + "cut"),
              "F0@16+37 "},
-        Case{"AnEmptyFileHasNoIndex", "", ""}));
+        Case{"AnEmptyFileHasNoIndex", "", ""}),
+    outcomeOf);
 
-TEST(RawIndex, IsOneEntryWhateverTheFileHolds) {
+TEST(RawIndex, HasOneEntryWhateverTheFileHolds) {
   const Bytes whole = entryBytes(kEntryF0) + Bytes(63, 'r');
   EXPECT_EQ(indexOf(whole, Raw), "F0@0+100 ");
   EXPECT_EQ(indexOf(whole.substr(0, 16), Raw), "F0@0+16 ");
-  EXPECT_EQ(indexOf(whole.substr(0, 15), Raw), "--@0+15 ");  // part of an identifier
+  EXPECT_EQ(indexOf(whole.substr(0, 15), Raw), "--@0+15 ");  // an incomplete identifier
   std::istringstream empty;
   const Parser parser(MetaDataParser::createForStream(empty, Raw));
   EXPECT_EQ(parser->streamIds(), std::list<boost::uuids::uuid>{boost::uuids::uuid{}});
   EXPECT_EQ(shown(*parser), "--@0+0 ");
 }
 
-// Sizes that lie. Each row: why the number is what it is, and that the scan ends at all.
-TEST(HostileSizes, LeadNowhere) {
-  const Bytes entry = atomBlock({kEntryF0});  // 53 bytes
-  const uint64 top = uint64{1} << 63U;
-  const Case cases[] = {
-      {"just below 2^63: beyond any file", entry + atomWithWideSize(top - 1, "free"), "F0@16+29 "},
-      {"2^63: negative once added, and signed", entry + atomWithWideSize(top, "free"), "F0@16+29 "},
-      {"2^64 - 53: back to byte 0, which is met once more and led nowhere back itself",
-       entry + atomWithWideSize(~uint64{0} - 52, "free") + atomBlock({kEntryF1}), "F0@16+29 "},
-      {"2^64 - 54: to byte -1", entry + atomWithWideSize(~uint64{0} - 53, "free"), "F0@16+29 "},
-      {"2^64 - 1: one byte back, where the header reads otherwise",
-       entry + atomWithWideSize(~uint64{0}, "free"), "F0@16+29 "},
-      {"an entry that leads back to itself through its container",
-       atom("ZRKM", kDataF0 + atomWithWideSize(~uint64{0} - 44, "JUNK")), "F0@16+29 ",
-       // Met, led back to the DATA atom, met again: that ends the scan before it is named again.
-       kForeignAtom},
-      {"a container whose end lies before it", atomWithWideSize(top, "ZRKM", kDataF0), ""},
-  };
-  for (const Case& c : cases) {
-    const Captured errors(std::cerr);
-    EXPECT_EQ(indexOf(c.bytes, Atoms), c.index) << c.outcome;
-    EXPECT_EQ(errors.text(), c.standardError) << c.outcome;
-  }
-}
+const Bytes kBlock = atomBlock({kEntryF0});  // 53 bytes
+constexpr uint64 kTwoTo63 = uint64{1} << 63U;
 
-TEST(HostileSizes, OneStepBackIsLegal) {
-  // 8 + 45 bytes of a foreign atom that hides an entry, then a container whose end is inside it.
+INSTANTIATE_TEST_SUITE_P(
+    HostileSizes, AtomIndex,
+    testing::Values(
+        Case{"JustBelow2To63EndsTheScan", kBlock + atomWithWideSize(kTwoTo63 - 1, "free"),
+             "F0@16+29 "},
+        // Negative once it is added to the position and taken as signed.
+        Case{"Of2To63EndsTheScan", kBlock + atomWithWideSize(kTwoTo63, "free"), "F0@16+29 "},
+        // -53: byte 0 is scanned a second time, but its jump back is not taken again.
+        Case{"BackToByteZeroIsFollowedOnce",
+             kBlock + atomWithWideSize(~uint64{0} - 52, "free") + atomBlock({kEntryF1}),
+             "F0@16+29 "},
+        Case{"BackToBeforeByteZeroEndsTheScan", kBlock + atomWithWideSize(~uint64{0} - 53, "free"),
+             "F0@16+29 "},
+        // -1: one byte earlier the same bytes form another header.
+        Case{"BackByOneByteEndsTheScan", kBlock + atomWithWideSize(~uint64{0}, "free"),
+             "F0@16+29 "},
+        // The jump back to the DATA atom reaches the foreign entry again, which is named once.
+        Case{"OfAnEntryThatJumpsToItsContainerEndsTheScan",
+             atom("ZRKM", kDataF0 + atomWithWideSize(~uint64{0} - 44, "JUNK")), "F0@16+29 ",
+             kForeignAtom},
+        Case{"OfAContainerThatEndsBeforeItBeginsHidesItsEntries",
+             atomWithWideSize(kTwoTo63, "ZRKM", kDataF0), ""}),
+    outcomeOf);
+
+TEST(BackwardJumps, AreFollowed) {
+  // A foreign atom that contains a block, then an atom whose size leads back to that block.
   const Bytes hidden = atom("free", atomBlock({kEntryF0}));
   const Bytes back = atomWithWideSize(~uint64{0} - (hidden.size() - 8) + 1, "free");
   EXPECT_EQ(indexOf(hidden + back, Atoms), "F0@24+29 ");
 }
 
-// The first structure leads to the last, which leads back to the second; from there on a scan takes
-// steps of 8 bytes to a block, whose container and entry count as well.
-TEST(HostileSizes, LetAScanExamineOnly131072StructuresAfterABackwardJump) {
+// The first atom leads to the last, which leads back to the second. Empty atoms follow, then a
+// block, whose container and entry count as well.
+TEST(BackwardJumps, LimitTheScanTo131072FurtherStructures) {
   struct Row {
     uint64 atoms;
     std::string index;
@@ -211,8 +221,8 @@ TEST(HostileSizes, LetAScanExamineOnly131072StructuresAfterABackwardJump) {
   }
 }
 
-// Each block's entry leads back to a lane of small entries, which the block then walks again.
-TEST(HostileSizes, BoundTheMessagesOfAScanThatWalksALaneAgainAndAgain) {
+// The entry of each block leads back to a row of small atoms, which the scan then visits again.
+TEST(BackwardJumps, LimitTheMessagesOfARepeatedScan) {
   constexpr uint64 kCount = 4000;
   Bytes bytes;
   for (uint64 n = 0; n < kCount; ++n) bytes += atom("free", "");
@@ -225,8 +235,8 @@ TEST(HostileSizes, BoundTheMessagesOfAScanThatWalksALaneAgainAndAgain) {
             (kMaxStructuresAfterBackwardJump + 1) * (sizeof kForeignAtom - 1));
 }
 
-TEST(HostileSizes, LeadBackAThousandTimesButNotWithoutEnd) {
-  // Each atom of the first half leads forward to one of the second, which leads back to the next.
+TEST(BackwardJumps, AreFollowedAThousandTimesButNotAHundredThousandTimes) {
+  // Each atom of the first half leads to one of the second, which leads back to the next.
   const auto indexBehindLadder = [](uint64 rungs) {
     Bytes bytes;
     for (uint64 rung = 0; rung < rungs; ++rung) bytes += atomWithWideSize(16 * rungs, "free");
@@ -237,7 +247,7 @@ TEST(HostileSizes, LeadBackAThousandTimesButNotWithoutEnd) {
   EXPECT_EQ(indexBehindLadder(100'000), "");
 }
 
-TEST(HostileSizes, EntriesOfSixteenBytesOrLessAreReportedAndWrap) {
+TEST(EntrySizes, OfSixteenBytesOrLessAreReportedAndGoNegative) {
   const AssertionLog log;
   const Bytes block =
       atomWithSize(8 + 16, "ZRKM", atomWithSize(16, "DATA", entryBytes({streamId(0xF0), ""})));
@@ -245,22 +255,28 @@ TEST(HostileSizes, EntriesOfSixteenBytesOrLessAreReportedAndWrap) {
   const Bytes shorter =
       atomWithSize(8 + 9, "ZRKM", atomWithSize(9, "DATA", entryBytes({streamId(0xF1), ""})));
   EXPECT_EQ(indexOf(shorter, Atoms), "F1@16+-7 ");
-  Device failing(block, 8 + 8 + 23, Device::Ends::Failing);  // the header is read before the report
+  Device failing(block, 8 + 8 + 23,
+                 Device::Ends::Failing);  // before the whole header is read nothing is reported
   std::istream in(&failing);
   EXPECT_EQ(shown(*Parser(MetaDataParser::createForStream(in, Atoms))), "");
   const std::string report = "ZRKMMetaDataParser:87 dataAtomSize > 16\n";
   EXPECT_EQ(log.text(), report + report);
 }
 
-TEST(HostileSizes, StepsOfOneByteEndInTimeBoundedByTheFile) {
-  // Every byte begins an atom header whose wide size is 1.
+// Every byte begins an atom header, whose wide size is often 1; every byte is read at most twice.
+TEST(AtomSizes, OfOneByteLetTheScanReadEachByteAtMostTwice) {
   Bytes bytes(1 << 20, '\0');
-  for (std::size_t place = 15; place < bytes.size(); place += 16) bytes[place] = 1;
-  indexOf(bytes, Atoms);
-  indexOf(Bytes(1 << 20, '\1'), Riff);
+  for (std::size_t offset = 15; offset < bytes.size(); offset += 16) bytes[offset] = 1;
+  testing_support::CountingBuffer source(bytes);
+  std::istream in(&source);
+  MetaDataLocations locations;
+  scanAtoms(in, locations);
+  EXPECT_TRUE(locations.empty());
+  EXPECT_GT(source.byteCount(), bytes.size() / 2);
+  EXPECT_LE(source.byteCount(), 2 * bytes.size());
 }
 
-TEST(Files, GetTheirKindFromTheLastDotOfTheWholeName) {
+TEST(Files, HaveTheKindOfTheirExtension) {
   struct Row {
     const char* name;
     ContainerKind kind;
@@ -291,7 +307,7 @@ TEST(Files, AreIndexedBeyondFourGibibytes) {
   {
     std::fstream file(std::filesystem::u8path(name),
                       std::ios::binary | std::ios::in | std::ios::out);
-    file.seekp(5LL << 30U);  // leaves a hole
+    file.seekp(5LL << 30U);  // a sparse file
     file << atomBlock({kEntryF0});
   }
   const Parser parser(MetaDataParser::createForFile(name));
@@ -338,7 +354,7 @@ TEST(Files, ThatCannotBeOpenedAreReportedAndHaveNoIndex) {
   }
 }
 
-TEST(Parser, ScansAnewFromByteZero) {
+TEST(Parser, RescansFromByteZero) {
   std::stringstream in(atomBlock({kEntryF0}));
   in.seekg(20);
   const Parser parser(MetaDataParser::createForStream(in, Atoms));
@@ -346,19 +362,19 @@ TEST(Parser, ScansAnewFromByteZero) {
   in.str(atomBlock({kEntryF1}));
   parser->scan();
   EXPECT_EQ(shown(*parser), "F1@16+30 ");
-  parser->close();  // a caller's stream stays as it is
+  parser->close();  // leaves the caller's stream open
   EXPECT_EQ(&parser->stream(), &in);
 }
 
-// Where a scan leaves the stream, with and without an exception mask, and what another scan finds:
-// the same, unless the stream has failed.
+// The state and position of the stream after a scan, with and without an exception mask, and the
+// index of a second scan: the same, unless the stream has failed.
 TEST(Parser, LeavesItsStreamAsAScanWithoutReadAheadDoes) {
   constexpr auto kGood = std::ios::goodbit;
   constexpr auto kFail = std::ios::failbit;
   constexpr auto kEnd = std::ios::eofbit | std::ios::failbit;
   const Bytes block = atomBlock({kEntryF0});
   struct Row {
-    const char* bytesAre;
+    const char* input;
     Bytes bytes;
     ContainerKind kind;
     std::ios::iostate state;
@@ -366,27 +382,26 @@ TEST(Parser, LeavesItsStreamAsAScanWithoutReadAheadDoes) {
     const char* indexAfterwards;
   };
   const Row rows[] = {
-      {"whole", block, Atoms, kGood, 53, "F0@16+29 "},
-      {"cut inside a header", block + "cut", Atoms, kGood, 53, "F0@16+29 "},
-      {"ended by a size of 0", block + atomWithWideSize(0, "free", block), Atoms, kGood, 69,
-       "F0@16+29 "},
-      {"leading beyond the end", block + atomWithSize(99, "free", ""), Atoms, kFail, -1, ""},
-      {"leading to before byte 0", block + atomWithWideSize(uint64{1} << 63U, "free"), Atoms, kFail,
-       -1, ""},
+      {"a whole block", block, Atoms, kGood, 53, "F0@16+29 "},
+      {"an atom header cut off", block + "cut", Atoms, kGood, 53, "F0@16+29 "},
+      {"a size of 0", block + atomWithWideSize(0, "free", block), Atoms, kGood, 69, "F0@16+29 "},
+      {"a size past the end", block + atomWithSize(99, "free", ""), Atoms, kFail, -1, ""},
+      {"a size that leads to before byte 0", block + atomWithWideSize(uint64{1} << 63U, "free"),
+       Atoms, kFail, -1, ""},
       {"whole chunks", chunkBlock({kEntryF0}), Riff, kGood, 54, "F0@16+37 "},
       {"a raw entry", entryBytes(kEntryF0), Raw, kGood, 24, "F0@0+37 "},
-      {"a cut raw header", entryBytes(kEntryF0).substr(0, 20), Raw, kEnd, -1, "--@0+-1 "},
+      {"a raw header cut off", entryBytes(kEntryF0).substr(0, 20), Raw, kEnd, -1, "--@0+-1 "},
   };
   for (const Row& row : rows) {
     for (const auto mask : {std::ios::goodbit, kEnd | std::ios::badbit}) {
       std::istringstream in(row.bytes);
       in.exceptions(mask);
       const Parser parser(MetaDataParser::createForStream(in, row.kind));
-      EXPECT_EQ(in.rdstate(), row.state) << row.bytesAre;
-      EXPECT_EQ(in.good() ? std::streamoff{in.tellg()} : -1, row.position) << row.bytesAre;
+      EXPECT_EQ(in.rdstate(), row.state) << row.input;
+      EXPECT_EQ(in.good() ? std::streamoff{in.tellg()} : -1, row.position) << row.input;
       parser->scan();
-      EXPECT_EQ(shown(*parser), row.indexAfterwards) << row.bytesAre;
-      EXPECT_EQ(in.exceptions(), mask) << row.bytesAre;
+      EXPECT_EQ(shown(*parser), row.indexAfterwards) << row.input;
+      EXPECT_EQ(in.exceptions(), mask) << row.input;
     }
   }
 }
@@ -397,11 +412,11 @@ TEST(Parser, ClosesItsFile) {
   parser->close();
   EXPECT_FALSE(dynamic_cast<std::ifstream&>(parser->stream()).is_open());
   parser->stream().clear();
-  parser->close();  // there is nothing left to close
+  parser->close();  // closing twice is allowed
   EXPECT_TRUE(parser->stream().fail());
 }
 
-TEST(Documents, AreWhatTheWriterWritesAndWhatTheParserReads) {
+TEST(Documents, AreWrittenByTheWriterAndIndexedByTheParser) {
   const Bytes point = testing_support::hexDocument("points.hex").substr(24, 16);
   const Bytes text = testing_support::hexDocument("atoms.hex").substr(88);
   const Entry points{streamId(0xF0), point};
@@ -425,17 +440,17 @@ TEST(Documents, AreWhatTheWriterWritesAndWhatTheParserReads) {
   }
 }
 
-TEST(RawData, IsCopiedFromTheEntryHeaderOn) {
+TEST(RawData, BeginsWithTheEntryHeader) {
   std::istringstream in(chunkBlock({kEntryF0, kEntryF1}));
   const Parser parser(MetaDataParser::createForStream(in, Riff));
   in.setstate(std::ios::eofbit);
-  std::map<boost::uuids::uuid, std::string> data{{streamId(0xF0), "what stood there before"}};
+  std::map<boost::uuids::uuid, std::string> data{{streamId(0xF0), "replaced"}};
   parser->readRawData(&data);
   EXPECT_EQ(data[streamId(0xF0)], entryBytes(kEntryF0));
   EXPECT_EQ(data[streamId(0xF1)], entryBytes(kEntryF1));
 }
 
-TEST(RawData, IsZeroWhereTheFileEndsAndRefusesWhatNoFileCouldHold) {
+TEST(RawData, IsZeroFilledPastTheEndOfTheFileUpTo64MiB) {
   constexpr uint32 kMaxMissing = 64U << 20U;
   const auto blockAnnouncing = [](uint32 size) {
     return "ZRKM" + littleEndian(size) + "DATA" + littleEndian(size) + entryBytes(kEntryF0);
@@ -452,8 +467,8 @@ TEST(RawData, IsZeroWhereTheFileEndsAndRefusesWhatNoFileCouldHold) {
   EXPECT_THROW(parser->readRawData(&data), std::length_error);
 }
 
-// Two entries of 24 bytes in a file of 80, which announce more than they have.
-TEST(RawData, MayExceedTheSourceBy64MiBInAll) {
+// Two entries of 24 bytes in a file of 80 announce more than the file holds.
+TEST(RawData, ExceedsTheFileByAtMost64MiBOverAllEntries) {
   constexpr uint32 kMaxExcess = 64U << 20U;
   const auto announcing = [](unsigned char key, uint32 size) {
     return atomWithSize(40, "ZRKM",
@@ -485,7 +500,7 @@ TEST(RawData, OfAnEmptyFileIsEmpty) {
   EXPECT_EQ(log.text(), "");
 }
 
-TEST(RawData, OfAFileThatIsNotThereIsReportedAsMissing) {
+TEST(RawData, OfAMissingFileIsReported) {
   const TempFolder folder;
   const AssertionLog log;
   const Parser parser(MetaDataParser::createForFile(folder.name("absent.dat")));

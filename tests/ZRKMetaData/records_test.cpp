@@ -8,6 +8,7 @@
 #include "tests/support/Captured.h"
 #include "tests/support/Device.h"
 #include "tests/support/Hex.h"
+#include "tests/support/ReadOutcome.h"
 #include "tests/support/Streams.h"
 #include "tools/recording/PlainReading.h"
 
@@ -28,87 +29,58 @@ using testing_support::filledRecords;
 using testing_support::filledTexts;
 using testing_support::Filler;
 
-// All that a read of a stream shows.
-struct Outcome {
-  std::vector<std::pair<double, std::string>> records;
-  std::string error;
-  std::ios::iostate state{};
-  std::streamoff position = 0;
-
-  bool operator==(const Outcome& other) const {
-    return records == other.records && error == other.error && state == other.state &&
-           position == other.position;
-  }
-};
-
-std::ostream& operator<<(std::ostream& out, const Outcome& outcome) {
-  return out << outcome.records.size() << " records, error \"" << outcome.error << "\", state "
-             << outcome.state << ", at " << outcome.position;
-}
-
 template <class T, class Read>
-Outcome outcomeOf(const Bytes& bytes, std::size_t mostRecords, Read read) {
+auto outcomeOf(const Bytes& bytes, std::size_t maxRecords, Read read) {
   std::istringstream in(bytes);
-  Collector<T> observer(mostRecords);
-  Outcome outcome;
   const Captured quiet(std::cout);
-  try {
-    read(observer, in);
-  } catch (const std::exception& error) {
-    outcome.error = error.what();
-  }
-  outcome.records = observer.records;
-  outcome.state = in.rdstate();
-  in.clear();
-  outcome.position = in.tellg();
-  return outcome;
+  return testing_support::outcomeOf(in, Collector<T>(maxRecords), read);
 }
 
 template <class T>
 class Streams : public testing::Test {};
-TYPED_TEST_SUITE(Streams, testing_support::RecordTypes, );
+TYPED_TEST_SUITE(Streams, testing_support::RecordTypes, testing_support::RecordTypeNames);
 
 TYPED_TEST(Streams, DeliverTheirRecordsInFileOrder) {
   Collector<TypeParam> observer;
   std::istringstream in("before" + entryBytes({streamId(0xF0), filledRecords<TypeParam>(3)}));
-  in.setstate(std::ios::failbit);            // what a scan may have left
-  for (int round = 0; round < 2; ++round) {  // wherever the last reading left the stream
+  in.setstate(std::ios::failbit);            // as a scan may leave it
+  for (int round = 0; round < 2; ++round) {  // from any position of the stream
     observer.records.clear();
     MetaDataReader<TypeParam>().parseFile(observer, in, 6, 1 << 20);
     EXPECT_EQ(observer.records, filledTexts<TypeParam>(3));
   }
 }
 
-// Every cut of the file, every bound and an early stop: the records, what is thrown, the state and
-// the place of the stream are those of plain reading.
+// For every truncation, several bounds and an early stop, the records, the exception, and the state
+// and position of the stream equal those of a reader that does not read ahead.
 TYPED_TEST(Streams, AreReadAheadAsIfRecordByRecord) {
   const Bytes whole = entryBytes({streamId(0xF0), filledRecords<TypeParam>(3)}) + "next entry";
   for (std::size_t cut = 0; cut <= whole.size(); ++cut) {
     for (const std::size_t size : {std::size_t{24}, std::size_t{25}, cut, cut - cut / 3,
                                    whole.size() - 18, whole.size() + 100}) {
-      for (const std::size_t most : {std::size_t{1}, std::size_t{99}}) {
+      for (const std::size_t maxRecords : {std::size_t{1}, std::size_t{99}}) {
         const Bytes bytes = whole.substr(0, cut);
         const auto bound = static_cast<int64>(size);
-        ASSERT_EQ(outcomeOf<TypeParam>(bytes, most,
+        ASSERT_EQ(outcomeOf<TypeParam>(bytes, maxRecords,
                                        [&](Collector<TypeParam>& observer, std::istream& in) {
                                          in.seekg(0, std::ios::end);
                                          in.exceptions(std::ios::eofbit | std::ios::failbit);
                                          MetaDataReader<TypeParam>().parseFile(observer, in, 0,
                                                                                bound);
                                        }),
-                  outcomeOf<TypeParam>(bytes, most,
+                  outcomeOf<TypeParam>(bytes, maxRecords,
                                        [&](Collector<TypeParam>& observer, std::istream& in) {
                                          readPlainly(observer, in, 0, bound);
                                        }))
-            << "cut " << cut << " size " << size << " most " << most;
+            << "cut " << cut << " size " << size << " records " << maxRecords;
       }
     }
   }
 }
 
-// A device that fails gives the whole records before the failure and nothing made up; one that
-// comes short is at its end.
-TYPED_TEST(Streams, OfADeviceThatGivesUpEndThere) {
+// If the device fails, the records before the failure are delivered and no others. A short read is
+// the end of the file.
+TYPED_TEST(Streams, EndWhereTheDeviceFailsOrReadsShort) {
   const Bytes whole = entryBytes({streamId(0xF0), filledRecords<TypeParam>(3)});
   const auto all = filledTexts<TypeParam>(3);
   const auto outcomeOn = [](auto& source) {
@@ -116,7 +88,7 @@ TYPED_TEST(Streams, OfADeviceThatGivesUpEndThere) {
     Collector<TypeParam> observer;
     try {
       MetaDataReader<TypeParam>().parseFile(observer, in, 0, 1 << 20);
-    } catch (const std::runtime_error&) {  // of the leading field, as at the end of a file
+    } catch (const std::runtime_error&) {  // the leading field is incomplete
     }
     return observer.records;
   };
@@ -126,9 +98,9 @@ TYPED_TEST(Streams, OfADeviceThatGivesUpEndThere) {
     ASSERT_TRUE(std::equal(records.begin(), records.end(), all.begin())) << last;
     EXPECT_EQ(records.size() == all.size(), last == whole.size()) << last;
 
-    Device comingShort(whole, last, Device::Ends::Short);
+    Device shortened(whole, last, Device::Ends::Short);
     std::stringbuf cut(whole.substr(0, last));
-    EXPECT_EQ(outcomeOn(comingShort), outcomeOn(cut)) << last;
+    EXPECT_EQ(outcomeOn(shortened), outcomeOn(cut)) << last;
   }
 }
 
@@ -140,7 +112,7 @@ CursorImage* argumentFor(CursorImage& value) {
   return &value;
 }
 
-TYPED_TEST(Streams, HaveFailedWhenARecordIsReadAtAnEndThatWasMet) {
+TYPED_TEST(Streams, FailWhenARecordIsReadAtTheEnd) {
   std::istringstream in;
   in.exceptions(std::ios::failbit);
   in.setstate(std::ios::eofbit);
@@ -157,7 +129,7 @@ TYPED_TEST(Streams, HaveFailedWhenARecordIsReadAtAnEndThatWasMet) {
   EXPECT_EQ(in.exceptions(), std::ios::failbit);
 }
 
-TYPED_TEST(Streams, OfAnotherVersionAreRefused) {
+TYPED_TEST(Streams, OfAnotherVersionAreRejected) {
   for (const int32 version : {0, 2}) {
     std::istringstream in(entryBytes({streamId(0xF0), filledRecords<TypeParam>(3), version}));
     Collector<TypeParam> observer;
@@ -181,26 +153,26 @@ TYPED_TEST(Streams, OfAnUnknownIdentifierAreReadWithVersionMinusOne) {
             "2b7b6af4-7a1f-11e2-83d0-0017f200be7f\n");
 }
 
-TYPED_TEST(Streams, WithPlacesOutsideTheFileAreEmpty) {
+TYPED_TEST(Streams, OutsideTheFileAreEmpty) {
   const Bytes bytes = entryBytes({streamId(0xF0), filledRecords<TypeParam>(2)});
-  constexpr int64 kMost = std::numeric_limits<int64>::max();
-  struct Place {
+  constexpr int64 kMax = std::numeric_limits<int64>::max();
+  struct Location {
     int64 offset;
     int64 size;
   };
-  for (const Place place :
-       {Place{0, 0}, Place{0, -1}, Place{0, kMost * -1 - 1}, Place{-1, 100}, Place{1000, 100},
-        Place{kMost, kMost}, Place{1, kMost}}) {  // the sum leaves 64 bits
-    const Outcome outcome =
+  for (const Location location :
+       {Location{0, 0}, Location{0, -1}, Location{0, kMax * -1 - 1}, Location{-1, 100},
+        Location{1000, 100}, Location{kMax, kMax}, Location{1, kMax}}) {  // the sum overflows
+    const auto outcome =
         outcomeOf<TypeParam>(bytes, 99, [&](Collector<TypeParam>& observer, std::istream& in) {
-          MetaDataReader<TypeParam>().parseFile(observer, in, place.offset, place.size);
+          MetaDataReader<TypeParam>().parseFile(observer, in, location.offset, location.size);
         });
-    EXPECT_TRUE(outcome.records.empty()) << place.offset << " " << place.size;
-    EXPECT_EQ(outcome.error, "") << place.offset << " " << place.size;
+    EXPECT_TRUE(outcome.records.empty()) << location.offset << " " << location.size;
+    EXPECT_EQ(outcome.error, "") << location.offset << " " << location.size;
   }
 }
 
-TYPED_TEST(Streams, PassOnWhatAnObserverThrowsAndStandBehindItsRecord) {
+TYPED_TEST(Streams, PropagateTheExceptionOfAnObserverAndStandAfterItsRecord) {
   struct Thrower final : DataStreamObserver<TypeParam> {
     bool onData(double, const TypeParam&) override { throw std::domain_error("enough"); }
   } observer;
@@ -217,7 +189,7 @@ std::vector<std::pair<double, std::string>> readDocument(const char* name) {
   return observer.records;
 }
 
-TEST(Documents, AreWhatTheWriterWrites) {
+TEST(Documents, AreWrittenByTheWriter) {
   using namespace recording;
   const Bytes same = int64Record(0.5, 4294967297) + int64Record(1, -2);
   struct Row {
@@ -246,7 +218,7 @@ TEST(Documents, AreWhatTheWriterWrites) {
   }
 }
 
-TEST(Documents, AreWhatTheReaderReads) {
+TEST(Documents, AreReadByTheReader) {
   using Records = std::vector<std::pair<double, std::string>>;
   EXPECT_EQ(readDocument<int>("ints.hex"), (Records{{0.5, "258"}, {1.5, "-2"}}));
   EXPECT_EQ(readDocument<double>("doubles.hex"), (Records{{0.5, "1.500000"}, {2, "-0.250000"}}));
@@ -262,8 +234,7 @@ TEST(Documents, AreWhatTheReaderReads) {
       (Records{{0.5, "4294967298:11:16:-1:\"\\xAA\\xBB\\xCC\""}, {1, "4294967298:0:0:0:\"\""}}));
 }
 
-// What is left of a value when the file ends inside it.
-TEST(CutRecords, AreZeroWhereNothingWasRead) {
+TEST(TruncatedRecords, AreZeroFilled) {
   const auto lastOf = [](const Bytes& record, auto type) {
     using T = decltype(type);
     std::istringstream in(entryBytes({streamId(0xF0), record}));
@@ -273,7 +244,7 @@ TEST(CutRecords, AreZeroWhereNothingWasRead) {
   };
   using namespace recording;
   EXPECT_EQ(lastOf(rectRecord(1, 1, 2, 3, 0x44332211).substr(0, 22), Rect()),
-            "{ 1, 2, 3, 8721 }");  // two bytes of the last number: 0x2211
+            "{ 1, 2, 3, 8721 }");  // two bytes of the last number remain: 0x2211
   EXPECT_EQ(lastOf(pointRecord(1, -1, -1).substr(0, 12), Point()), "-1,0");
   EXPECT_EQ(lastOf(stringRecord(1, "abcde").substr(0, 14), std::string()), "\"ab\\0\\0\\0\"");
   EXPECT_EQ(lastOf(stringRecord(1, "abcde").substr(0, 6), std::string()), "\"\\0\\0\\0\\0\\0\"");
@@ -283,7 +254,7 @@ TEST(CutRecords, AreZeroWhereNothingWasRead) {
             "0:0:0:0:\"\"");
 }
 
-TEST(RecordDecoders, LeaveUnreadBytesAsTheyWere) {
+TEST(RecordDecoders, LeaveBytesPastTheEndUnchanged) {
   double seconds = 0;
   Point point(0x0A0A0A0A, 0x0B0B0B0B);
   std::istringstream in(recording::pointRecord(2, 1, 0x01020304).substr(0, 14));
@@ -294,7 +265,7 @@ TEST(RecordDecoders, LeaveUnreadBytesAsTheyWere) {
   EXPECT_TRUE(in.eof());
 }
 
-TEST(StringLists, AreDecodedAndLeaveTheTimeAlone) {
+TEST(StringLists, AreDecodedWithoutATime) {
   using recording::stringRecord;
   const Bytes list = littleEndian(uint32{999}) + littleEndian(uint32{2}) + stringRecord(1, "one") +
                      stringRecord(2, "");
@@ -312,16 +283,15 @@ TEST(StringLists, AreDecodedAndLeaveTheTimeAlone) {
   }
   std::istringstream noCount(list.substr(0, 4));
   readRecord(noCount, seconds, value);
-  EXPECT_EQ(value.back(), "one");  // what was complete before the cut above
+  EXPECT_EQ(value.back(), "one");  // read before the end above
 }
 
-// A size field and how much of it the file has: at the limit, one byte over it, and as large as the
-// field goes.
-TEST(AnnouncedLengths, AreRefusedWhenTheFileLacksOver64MiB) {
+// At the limit, one byte over it, at the maximum of the field and below the minimum.
+TEST(AnnouncedLengths, AreRejectedIfMoreThan64MiBAreMissing) {
   constexpr uint32 kMaxMissing = 64U << 20U;
   struct Row {
     uint32 size;
-    bool isRefused;
+    bool isRejected;
   };
   for (const Row& row : {Row{8 + 3 + kMaxMissing, false}, Row{8 + 3 + kMaxMissing + 1, true},
                          Row{0xFFFFFFFF, true}, Row{8, false}, Row{7, true}, Row{0, true}}) {
@@ -329,16 +299,16 @@ TEST(AnnouncedLengths, AreRefusedWhenTheFileLacksOver64MiB) {
         entryBytes({streamId(0xF9), recording::stringRecord(1, "kept") + littleEndian(row.size) +
                                         littleEndian(2.0) + "abc"}));
     Collector<std::string> observer(2);
-    bool isRefused = false;
+    bool isRejected = false;
     try {
       MetaDataReader<std::string>().parseFile(observer, in, 0, 1 << 20);
     } catch (const std::length_error& error) {
-      isRefused = true;
+      isRejected = true;
       const std::string number = std::to_string(row.size < 8 ? row.size : row.size - 8);
       EXPECT_NE(std::string(error.what()).find(" " + number + " bytes"), std::string::npos)
           << error.what();
     }
-    EXPECT_EQ(isRefused, row.isRefused) << row.size;
+    EXPECT_EQ(isRejected, row.isRejected) << row.size;
     EXPECT_EQ(observer.records.at(0).second, "\"kept\"") << row.size;
   }
 
@@ -352,7 +322,7 @@ TEST(AnnouncedLengths, AreRefusedWhenTheFileLacksOver64MiB) {
   EXPECT_EQ(observer.records.size(), 1U);
 }
 
-TEST(CursorImages, WithImpossibleDataSizesAreReportedAndReadOnBehindTheSize) {
+TEST(CursorImages, WithInvalidDataSizesAreReportedAndEndAfterTheSize) {
   for (const uint32 size : {1U, 5U, 8U}) {
     const AssertionLog log;
     const Captured out(std::cout);
@@ -395,14 +365,14 @@ CursorImage image(uint64 id, uint32 size, int32 info0, int32 info1, const char* 
   return {id, size, info0, info1, data};
 }
 
-TEST(CursorImages, AreEqualByWhatTheyHold) {
+TEST(CursorImages, CompareByContent) {
   struct Row {
     CursorImage left;
     CursorImage right;
     bool areEqual;
   };
   const Row rows[] = {
-      {image(1, 0, 2, 3), image(1, 0, 9, 9), true},  // info words do not count without an image
+      {image(1, 0, 2, 3), image(1, 0, 9, 9), true},  // the info words are ignored without an image
       {image(1, 0, 2, 3), image(2, 0, 2, 3), false},
       {image(1, 11, 2, 3, "abc"), image(1, 11, 2, 3, "abc"), true},
       {image(1, 11, 2, 3, "abc"), image(1, 11, 2, 3, "abd"), false},
@@ -417,7 +387,7 @@ TEST(CursorImages, AreEqualByWhatTheyHold) {
   }
 }
 
-TEST(CursorImages, CopyDeeplyAndReleaseWhatTheyHeld) {
+TEST(CursorImages, CopyDeeplyAndReleaseTheirPreviousData) {
   const CursorImage original = image(1, 11, 2, 3, "abc");
   CursorImage copy = original;
   EXPECT_EQ(copy, original);
@@ -430,7 +400,7 @@ TEST(CursorImages, CopyDeeplyAndReleaseWhatTheyHeld) {
   EXPECT_EQ(copy.m_data, nullptr);
 }
 
-TEST(CursorImages, WriteTheirFieldsForALog) {
+TEST(CursorImages, PrintTheirFields) {
   std::ostringstream out;
   out << image(18446744073709551615ULL, 0, -2, 3);
   EXPECT_EQ(out.str(), "(18446744073709551615,0,-2,3,0)");

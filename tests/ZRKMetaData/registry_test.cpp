@@ -17,7 +17,7 @@ boost::uuids::uuid identifier(const std::string& text) {
   return boost::uuids::string_generator()(text);
 }
 
-TEST(Registry, AcceptsVersionOneOfItsEighteenIdentifiers) {
+TEST(Registry, HasVersionOneForItsEighteenIdentifiers) {
   const std::string keys = "EF F0 F1 F2 F3 F5 F6 F7 F8 F9 FA FB FC 00 01 02 03 04";
   std::istringstream words(keys);
   std::size_t count = 0;
@@ -32,9 +32,9 @@ TEST(Registry, AcceptsVersionOneOfItsEighteenIdentifiers) {
   EXPECT_EQ(count, MetaDataUUID::knownIdentifiers().size());
 }
 
-TEST(Registry, NamesAnIdentifierThatItDoesNotKnow) {
+TEST(Registry, PrintsUnknownIdentifiers) {
   for (const char* const text : {"2b7b6af4-7a1f-11e2-83d0-0017f200be7f",  // never used
-                                 "2b7b6af0-7a1f-11e2-83ac-0017f200be7f",  // one later byte off
+                                 "2b7b6af0-7a1f-11e2-83ac-0017f200be7f",  // another byte differs
                                  "00000000-0000-0000-0000-000000000000"}) {
     const Captured out(std::cout);
     EXPECT_EQ(MetaDataUUID::currentVersionForUUID(identifier(text)), -1);
@@ -43,7 +43,7 @@ TEST(Registry, NamesAnIdentifierThatItDoesNotKnow) {
   }
 }
 
-TEST(Registry, PassesVersionsByEqualityAlone) {
+TEST(Registry, AcceptsOnlyEqualVersions) {
   const auto known = recording::streamId(0xF0);
   const auto unknown = recording::streamId(0xF4);
   struct Case {
@@ -58,7 +58,7 @@ TEST(Registry, PassesVersionsByEqualityAlone) {
   }
 }
 
-TEST(Header, KeepsTheDefaultsOfBytesThatAreNotThere) {
+TEST(Header, HasDefaultsForMissingBytes) {
   recording::Entry entry{recording::streamId(0xF0), "", 0x01020304, 0x0A0B0C0D};
   const std::string whole = recording::entryBytes(entry);
   struct Case {
@@ -70,7 +70,7 @@ TEST(Header, KeepsTheDefaultsOfBytesThatAreNotThere) {
        {Case{24, 0x01020304, 0x0A0B0C0D}, Case{22, 0x01020304, 0x00000C0D}, Case{20, 0x01020304, 0},
         Case{18, static_cast<int32>(0xFFFF0304), 0}, Case{16, -1, 0}, Case{0, -1, 0}}) {
     std::istringstream in(whole.substr(0, c.size));
-    in.setstate(std::ios::failbit);  // what an earlier reading left
+    in.setstate(std::ios::failbit);  // as an earlier read may leave it
     const MetaDataHeader header = readHeaderAt(in, 0);
     EXPECT_EQ(header.version, c.version) << c.size;
     EXPECT_EQ(header.reserved, c.reserved) << c.size;

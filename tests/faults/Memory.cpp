@@ -7,7 +7,7 @@
 namespace {
 
 std::atomic<std::ptrdiff_t> g_live{0};
-std::atomic<std::ptrdiff_t> g_untilFailure{-1};  // negative: no fuse, or it is blown
+std::atomic<std::ptrdiff_t> g_untilFailure{-1};  // negative: none, or it has failed
 
 }  // namespace
 
@@ -34,13 +34,13 @@ std::ptrdiff_t liveAllocations() {
   return g_live;
 }
 
-Fuse::Fuse(std::ptrdiff_t count) {
+FailingAllocation::FailingAllocation(std::ptrdiff_t count) {
   g_untilFailure = count;
 }
-Fuse::~Fuse() {
+FailingAllocation::~FailingAllocation() {
   g_untilFailure = -1;
 }
-bool Fuse::isBlown() const {
+bool FailingAllocation::hasFailed() const {
   return g_untilFailure < 0;
 }
 

@@ -1,22 +1,22 @@
-// Memory that runs out on purpose: operator new of the whole program, with a fuse.
+// Replaces operator new of the program, so that tests can make an allocation fail.
 #pragma once
 
 #include <cstddef>
 
 namespace faults {
 
-/// How many allocations are alive.
+/// The number of live allocations.
 std::ptrdiff_t liveAllocations();
 
-/// While it lives, the allocation number `count` from now on throws std::bad_alloc, and no other.
-class Fuse {
+/// During its lifetime, allocation number `count` (from 0) throws std::bad_alloc, and no other.
+class FailingAllocation {
  public:
-  explicit Fuse(std::ptrdiff_t count);
-  ~Fuse();
-  Fuse(const Fuse&) = delete;
-  Fuse& operator=(const Fuse&) = delete;
+  explicit FailingAllocation(std::ptrdiff_t count);
+  ~FailingAllocation();
+  FailingAllocation(const FailingAllocation&) = delete;
+  FailingAllocation& operator=(const FailingAllocation&) = delete;
 
-  bool isBlown() const;
+  bool hasFailed() const;
 };
 
 }  // namespace faults

@@ -1,4 +1,4 @@
-// Every allocation of an operation fails in turn.
+// Every allocation of an operation fails once.
 #include <gtest/gtest.h>
 
 #include <boost/smart_ptr/make_shared.hpp>
@@ -10,44 +10,44 @@
 #include "loader/VOXAScreenMetaDataLoader.h"
 #include "params/LeftParameter.h"
 #include "tests/faults/Memory.h"
+#include "tests/support/ConstantEditRate.h"
 #include "tests/support/TempFolder.h"
 #include "tools/recording/Sample.h"
 
 namespace {
 
-using faults::Fuse;
+using faults::FailingAllocation;
 using Kestova::LeftParameter;
 using Kestova::RationalTime;
 using Points = LeftParameter<Kestova::Point>;
 
-// Runs `action`, which cleans up after itself, with each of its allocations failing in turn; calls
-// `check` after each failure. An action that gets by without a memory is right as well, if it says
-// so by returning true.
+// Runs `action` repeatedly, each time with another of its allocations failing, and calls `check`
+// after each run. `action` throws std::bad_alloc or returns true, and frees what it allocated.
 template <class Action, class Check>
 void failEachAllocation(Action action, Check check) {
-  ASSERT_TRUE(action());  // what is made once and kept is made now
-  bool isBlown = true;
-  for (std::ptrdiff_t number = 0; isBlown; ++number) {
+  ASSERT_TRUE(action());  // creates what is allocated once and kept
+  bool hasFailed = true;
+  for (std::ptrdiff_t number = 0; hasFailed; ++number) {
     const std::ptrdiff_t before = faults::liveAllocations();
     bool isDone = false;
     {
-      const Fuse fuse(number);
+      const FailingAllocation allocation(number);
       try {
         isDone = action();
       } catch (const std::bad_alloc&) {
         isDone = true;
       }
-      isBlown = fuse.isBlown();
+      hasFailed = allocation.hasFailed();
     }
     ASSERT_TRUE(isDone) << "allocation " << number;
     ASSERT_EQ(faults::liveAllocations(), before) << "allocation " << number;
     check();
-    ASSERT_TRUE(number > 0 || isBlown) << "nothing was allocated";
+    ASSERT_TRUE(number > 0 || hasFailed) << "nothing was allocated";
   }
   ASSERT_TRUE(action());
 }
 
-// Counts what is written to it, without memory.
+// Counts the characters written to it and allocates nothing.
 class Counter final : public std::streambuf {
  public:
   std::streamsize count = 0;
@@ -59,8 +59,8 @@ class Counter final : public std::streambuf {
   }
 };
 
-// The last allocation of this scan is the one for its entry, behind the message of another.
-TEST(ScanFaults, LeaveNoMessageUnwritten) {
+// The last allocation of this scan is that of its entry, after the message about another entry.
+TEST(ScanWithFailingAllocations, WritesItsMessages) {
   const auto block = recording::atom(
       "ZRKM", recording::atom("JUNK", "") + recording::atom("DATA", recording::Bytes(24, '!')));
   Counter counter;
@@ -70,24 +70,19 @@ TEST(ScanFaults, LeaveNoMessageUnwritten) {
     std::istringstream in(block);
     ZRKMetaData::MetaDataLocations locations;
     counter.count = 0;
-    const Fuse fuse(number);
+    const FailingAllocation allocation(number);
     try {
       ZRKMetaData::scanAtoms(in, locations);
     } catch (const std::bad_alloc&) {
       written = counter.count;
     }
-    if (!fuse.isBlown()) break;
+    if (!allocation.hasFailed()) break;
   }
   std::cerr.rdbuf(before);
   EXPECT_EQ(written, 49);
 }
 
-class Rate final : public Kestova::ProjectEditRate {
- public:
-  boost::rational<unsigned int> editRate() const override { return 30; }
-};
-
-class MemoryFaults : public testing::Test {
+class FailingAllocations : public testing::Test {
  protected:
   static void add(Points& parameter, int from, int to) {
     for (int time = from; time < to; ++time) {
@@ -98,10 +93,10 @@ class MemoryFaults : public testing::Test {
   boost::shared_ptr<Kestova::ThreadSafe> project = boost::make_shared<Kestova::ThreadSafe>();
 };
 
-TEST_F(MemoryFaults, LeaveNothingOfALoadButTheWholeOne) {
+TEST_F(FailingAllocations, NeverYieldAPartlyLoadedParameter) {
   const testing_support::TempFolder folder;
   const VOXAScreenMetaDataLoader loader;
-  const boost::shared_ptr<const Kestova::ProjectEditRate> rate = boost::make_shared<Rate>();
+  const auto rate = boost::make_shared<testing_support::ConstantEditRate>();
   const std::string file =
       folder.file("take.voxa", recording::atomBlock(recording::sampleEntries(0.5, 1)));
   const auto loads = [&](auto operation, unsigned char key) {
@@ -116,7 +111,7 @@ TEST_F(MemoryFaults, LeaveNothingOfALoadButTheWholeOne) {
   loads(&VOXAScreenMetaDataLoader::loadStrings, 0xF9);
 }
 
-TEST_F(MemoryFaults, LeaveTheOriginalOfACopyAlone) {
+TEST_F(FailingAllocations, OfACloneKeepTheOriginal) {
   const auto original = boost::make_shared<Points>(project, "name", nullptr);
   add(*original, 0, 100);
   original->keyFrameAt(RationalTime(4))
@@ -129,8 +124,8 @@ TEST_F(MemoryFaults, LeaveTheOriginalOfACopyAlone) {
       [&] { ASSERT_EQ(original->numKeyFrames(), 100U); });
 }
 
-// A stream that has no memory says so in its state.
-TEST_F(MemoryFaults, OfSerialisationShowInTheStreamOrAreThrown) {
+// A stream sets its state if an allocation in it fails.
+TEST_F(FailingAllocations, OfSerialisationSetTheStreamStateOrThrow) {
   const auto parameter = boost::make_shared<Points>(project, "name", nullptr);
   add(*parameter, 0, 100);
   const auto write = [&](std::ostream& out) {
@@ -149,7 +144,7 @@ TEST_F(MemoryFaults, OfSerialisationShowInTheStreamOrAreThrown) {
       [] {});
 }
 
-TEST_F(MemoryFaults, ChangeNothingOfAParameter) {
+TEST_F(FailingAllocations, LeaveAParameterUnchanged) {
   using Change = void (*)(Points&);
   for (const Change change : {
            Change([](Points& points) { add(points, 200, 201); }),
@@ -161,19 +156,19 @@ TEST_F(MemoryFaults, ChangeNothingOfAParameter) {
     for (const int count : {64, 100, 128}) {
       const auto original = boost::make_shared<Points>(project, "name", nullptr);
       add(*original, 0, count);
-      bool isBlown = true;
-      for (std::ptrdiff_t number = 0; isBlown; ++number) {
+      bool hasFailed = true;
+      for (std::ptrdiff_t number = 0; hasFailed; ++number) {
         const std::unique_ptr<Points> changed(original->clone());
         {
-          const Fuse fuse(number);
+          const FailingAllocation allocation(number);
           try {
             change(*changed);
           } catch (const std::bad_alloc&) {
           }
-          isBlown = fuse.isBlown();
+          hasFailed = allocation.hasFailed();
         }
-        ASSERT_NE(changed->isEquivalentTo(*original), !isBlown) << count << " " << number;
-        if (isBlown) change(*changed);
+        ASSERT_NE(changed->isEquivalentTo(*original), !hasFailed) << count << " " << number;
+        if (hasFailed) change(*changed);
       }
     }
   }

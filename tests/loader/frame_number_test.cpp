@@ -10,7 +10,7 @@ namespace {
 
 using Rate = boost::rational<unsigned int>;
 
-TEST(FrameNumber, IsTheNearestFrameWithHalvesUp) {
+TEST(FrameNumber, RoundsToTheNearestFrameAndHalvesUp) {
   struct Row {
     Rate rate;
     double seconds;
@@ -32,7 +32,7 @@ TEST(FrameNumber, IsTheNearestFrameWithHalvesUp) {
            Row{1, -2.5, -2},
            Row{{4294967295, 1}, 1.0, 4294967295},
            Row{{1, 4294967295}, 4294967295.0, 1},
-           // The sum after adding 0.5 decides: the largest double below 1/2 rounds up to 1.
+           // The sum after adding 0.5 is rounded: the largest double below 1/2 becomes 1.
            Row{1, std::nextafter(0.5, 0.0), 1},
            Row{1, -0x1p63, std::numeric_limits<Kestova::int64>::min()},
            Row{1, std::nextafter(0x1p63, 0.0), 9223372036854774784},
@@ -41,7 +41,7 @@ TEST(FrameNumber, IsTheNearestFrameWithHalvesUp) {
   }
 }
 
-TEST(FrameNumber, IsNoneWhereNoNumberFits) {
+TEST(FrameNumber, IsAbsentOutsideInt64) {
   const double infinity = std::numeric_limits<double>::infinity();
   for (const double seconds : {std::nan(""), infinity, -infinity, 0x1p63, -0x1.8p63, 1e300}) {
     EXPECT_EQ(frameNumber(1, seconds), std::nullopt) << seconds;

@@ -11,6 +11,7 @@
 #include "loader/VOXAScreenMetaDataLoader.h"
 #include "params/LeftParameter.h"
 #include "tests/support/Captured.h"
+#include "tests/support/ConstantEditRate.h"
 #include "tests/support/Streams.h"
 #include "tests/support/TempFolder.h"
 
@@ -24,16 +25,8 @@ using recording::Entry;
 using recording::streamId;
 using testing_support::AssertionLog;
 using testing_support::Captured;
+using testing_support::ConstantEditRate;
 using testing_support::TempFolder;
-
-class Rate final : public Kestova::ProjectEditRate {
- public:
-  boost::rational<unsigned int> editRate() const override {
-    ++asked;
-    return 30;
-  }
-  mutable int asked = 0;
-};
 
 std::string name(unsigned char key) {
   return boost::uuids::to_string(streamId(key));
@@ -41,7 +34,7 @@ std::string name(unsigned char key) {
 
 class Loading : public testing::Test {
  protected:
-  // A recording of one stream, and the stream's file name.
+  // Writes a recording of one stream and returns the stream file name.
   std::string stream(const Bytes& records, std::int32_t version = 1) {
     return folder.file("take.voxa",
                        recording::atomBlock({Entry{streamId(0xF7), records, version}})) +
@@ -53,7 +46,7 @@ class Loading : public testing::Test {
     return (loader.*operation)(filename, "identifier", project, rate);
   }
 
-  // The keyframes as pairs of frame and value.
+  // The keyframes as (frame, value).
   template <class T>
   static std::vector<std::pair<long long, T>> keyFrames(const Parameter<T>& parameter) {
     std::vector<std::pair<long long, T>> pairs;
@@ -69,14 +62,14 @@ class Loading : public testing::Test {
   using Loader = VOXAScreenMetaDataLoader;
   TempFolder folder;
   boost::shared_ptr<Kestova::ThreadSafe> project = boost::make_shared<Kestova::ThreadSafe>();
-  boost::shared_ptr<Rate> rate = boost::make_shared<Rate>();
+  boost::shared_ptr<ConstantEditRate> rate = boost::make_shared<ConstantEditRate>();
   Loader loader;
 };
 
 template <class T>
 using Pairs = std::vector<std::pair<long long, T>>;
 
-TEST_F(Loading, MakesOneKeyframeAFrameAndLetsTheLaterRecordWin) {
+TEST_F(Loading, KeepsTheLastRecordOfEachFrame) {
   using recording::intRecord;
   const auto parameter = load(&Loader::loadInts, stream(intRecord(1, 7) + intRecord(0.010, 1) +
                                                         intRecord(0.012, 2) + intRecord(-0.5, 3)));
@@ -85,7 +78,7 @@ TEST_F(Loading, MakesOneKeyframeAFrameAndLetsTheLaterRecordWin) {
   EXPECT_EQ(parameter->name(), "identifier");
   EXPECT_EQ(parameter->projectMutex().lock(), project);
   EXPECT_EQ(parameter.use_count(), 1);
-  EXPECT_EQ(rate->asked, 1);
+  EXPECT_EQ(rate->readCount, 1);
   EXPECT_NE(boost::dynamic_pointer_cast<LeftParameter<int>>(parameter), nullptr);
   EXPECT_EQ(parameter->shared_from_this(), parameter);
 }
@@ -111,7 +104,7 @@ TEST_F(Loading, ConvertsEachTypeOfRecord) {
             (Pairs<Kestova::Rect<float>>{{30, Kestova::Rect<float>(1, 2, 3, 16777216.0F)}}));
 }
 
-TEST_F(Loading, RefersToCursorImagesByTheStreamAsItWasWritten) {
+TEST_F(Loading, NamesCursorImagesByTheIdentifierAsWritten) {
   using namespace recording;
   const std::string lower = stream(cursorImageRecord(1, 18446744073709551615ULL, 1, 2, "pixels") +
                                    cursorReferenceRecord(2, 0));
@@ -125,7 +118,7 @@ TEST_F(Loading, RefersToCursorImagesByTheStreamAsItWasWritten) {
       upper + "/0");
 }
 
-TEST_F(Loading, LeavesOutRecordsWithoutAFrameNumber) {
+TEST_F(Loading, SkipsRecordsWithoutAFrameNumber) {
   using recording::intRecord;
   const auto parameter = load(
       &Loader::loadInts,
@@ -133,20 +126,20 @@ TEST_F(Loading, LeavesOutRecordsWithoutAFrameNumber) {
   EXPECT_EQ(keyFrames(*parameter), (Pairs<int>{{0, 1}, {30, 4}}));
 }
 
-TEST_F(Loading, GivesAnEmptyParameterWhereThereIsNothingToRead) {
+TEST_F(Loading, ReturnsAnEmptyParameterIfThereIsNoStream) {
   const std::string there = stream(recording::intRecord(0, 1));
   const std::string recordingPath = there.substr(0, there.size() - 37);
   const std::string raw =
       folder.file("nil.dat", recording::entryBytes({{}, recording::intRecord(0, 1), -1}));
   const AssertionLog quiet;
-  for (const std::string& absent : {recordingPath + "/" + name(0xF0),  // another stream
+  for (const std::string& absent : {recordingPath + "/" + name(0xF0),  // not in the recording
                                     there + "/",                       // the last component is "."
                                     recordingPath + "/{" + name(0xF7) + "}",
-                                    raw + "/none",  // not even the nil identifier of a raw file
+                                    raw + "/none",  // not the nil identifier of a raw file either
                                     folder.name("absent.voxa") + "/" + name(0xF7), name(0xF7)}) {
-    rate->asked = 0;
+    rate->readCount = 0;
     EXPECT_EQ(load(&Loader::loadInts, absent)->numKeyFrames(), 0U) << absent;
-    EXPECT_EQ(rate->asked, 1) << absent;
+    EXPECT_EQ(rate->readCount, 1) << absent;
   }
   const Captured out(std::cout);
   EXPECT_EQ(load(&Loader::loadInts, stream(recording::intRecord(0, 1), 2))->numKeyFrames(), 0U);
@@ -154,7 +147,7 @@ TEST_F(Loading, GivesAnEmptyParameterWhereThereIsNothingToRead) {
             "MetaDataReader<T>::parseFile - Version is larger than what we can handle\n");
 }
 
-TEST_F(Loading, PassesOnWhatIsWrongWithTheStream) {
+TEST_F(Loading, ThrowsForDamagedStreams) {
   const std::string whole = recording::atomBlock(
       {Entry{streamId(0xF7), recording::intRecord(0, 1) + recording::intRecord(1, 2)}});
   const std::string cut = folder.file("cut.voxa", whole.substr(0, whole.size() - 8));
@@ -164,8 +157,8 @@ TEST_F(Loading, PassesOnWhatIsWrongWithTheStream) {
       std::length_error);
 }
 
-TEST_F(Loading, RefusesNamesThatAreNotUtf8) {
-  const auto expectRefusal = [](const std::string& bad, const auto& action) {
+TEST_F(Loading, RejectsNamesThatAreNotUtf8) {
+  const auto expectRejection = [](const std::string& bad, const auto& action) {
     try {
       action(bad);
       ADD_FAILURE() << bad << " was accepted";
@@ -175,12 +168,12 @@ TEST_F(Loading, RefusesNamesThatAreNotUtf8) {
   };
   for (const char* const bad : {"\xFF.voxa/x", "a.voxa/\xC3", "\xED\xA0\x80.voxa/x",
                                 "a.voxa/\xED\xBF\xBF", "\xC0\xAF", "\xF4\x90\x80\x80"}) {
-    expectRefusal(bad, [this](const std::string& name) { load(&Loader::loadInts, name); });
-    expectRefusal(bad, [this](const std::string& name) { loader.fileExists(name); });
+    expectRejection(bad, [this](const std::string& name) { load(&Loader::loadInts, name); });
+    expectRejection(bad, [this](const std::string& name) { loader.fileExists(name); });
   }
 }
 
-TEST_F(Loading, NeedsAnEditRateThatIsThere) {
+TEST_F(Loading, RequiresAnEditRate) {
   const std::string there = stream(recording::intRecord(0, 1));
   rate.reset();
   try {
@@ -189,18 +182,18 @@ TEST_F(Loading, NeedsAnEditRateThatIsThere) {
   } catch (const Kestova::KestovaException& error) {
     EXPECT_EQ(error.what(), "no edit rate to load " + there + " at");
   }
-  // A damaged name is noticed before the edit rate is.
+  // The name is checked before the edit rate.
   EXPECT_THROW(load(&Loader::loadInts, "\xFF"), boost::system::system_error);
 }
 
-TEST_F(Loading, OfRectangleListsTouchesNothing) {
+TEST_F(Loading, OfRectangleListsReadsNeitherFileNorEditRate) {
   rate.reset();
-  const auto parameter = load(&Loader::loadRectCollection, "\xFF no name at all");
+  const auto parameter = load(&Loader::loadRectCollection, "\xFF not a name");
   EXPECT_EQ(parameter->numKeyFrames(), 0U);
   EXPECT_EQ(parameter->name(), "identifier");
 }
 
-TEST_F(Loading, OfOpacityGoesThroughTheOperationForDoubles) {
+TEST_F(Loading, OfOpacityCallsLoadDoubles) {
   class Derived final : public VOXAScreenMetaDataLoader {
    public:
     boost::shared_ptr<Parameter<double>> loadDoubles(
@@ -212,7 +205,7 @@ TEST_F(Loading, OfOpacityGoesThroughTheOperationForDoubles) {
   EXPECT_EQ(derived.loadCursorOpacity("", "", project, rate), nullptr);
 }
 
-TEST_F(Loading, TellsWhetherTheRecordingIsThere) {
+TEST_F(Loading, FindsExistingRecordings) {
   const std::string there = stream(recording::intRecord(0, 1));
   std::filesystem::create_directory(std::filesystem::u8path(folder.name("folder")));
   EXPECT_TRUE(loader.fileExists(there));
@@ -222,13 +215,13 @@ TEST_F(Loading, TellsWhetherTheRecordingIsThere) {
   EXPECT_FALSE(loader.fileExists(name(0xF7)));
   EXPECT_FALSE(loader.fileExists(""));
 #ifndef _WIN32
-  // A name that the system refuses for another reason than absence.
+  // The system rejects the name for a reason other than absence.
   EXPECT_THROW(loader.fileExists(std::string(5000, 'x') + "/" + name(0xF7)),
                boost::filesystem::filesystem_error);
 #endif
 }
 
-TEST_F(Loading, OpensRecordingsUnderAnyUtf8Name) {
+TEST_F(Loading, OpensRecordingsByAnyUtf8Name) {
   const std::string file =
       folder.file("\xC3\xBC\xE6\x97\xA5\xF0\x9F\x98\x80.voxa",
                   recording::atomBlock({Entry{streamId(0xF7), recording::intRecord(0, 1)}}));

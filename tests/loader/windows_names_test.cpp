@@ -1,4 +1,4 @@
-// Names as hosts on Windows write them, and what the system says of them.
+// File names in the forms that Windows hosts use.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -7,18 +7,14 @@
 
 #include "loader/VOXAScreenMetaDataLoader.h"
 #include "params/Parameter.h"
+#include "tests/support/ConstantEditRate.h"
 #include "tests/support/TempFolder.h"
 #include "tools/recording/Container.h"
 #include "tools/recording/Records.h"
 
 namespace {
 
-class Rate final : public Kestova::ProjectEditRate {
- public:
-  boost::rational<unsigned int> editRate() const override { return 30; }
-};
-
-TEST(WindowsNames, OpenTheRecordingsThatTheyName) {
+TEST(WindowsNames, OpenTheirRecordings) {
   const testing_support::TempFolder folder;
   const recording::Entry entry{recording::streamId(0xF7), recording::intRecord(0, 1)};
   const std::string slashes = folder.file("Aufnahme \xC3\xBC\xE6\x97\xA5\xF0\x9F\x98\x80.voxa",
@@ -27,7 +23,7 @@ TEST(WindowsNames, OpenTheRecordingsThatTheyName) {
   std::replace(backSlashes.begin(), backSlashes.end(), '/', '\\');
   ASSERT_EQ(backSlashes.substr(1, 2), ":\\");
   const VOXAScreenMetaDataLoader loader;
-  const boost::shared_ptr<const Kestova::ProjectEditRate> rate = boost::make_shared<Rate>();
+  const auto rate = boost::make_shared<testing_support::ConstantEditRate>();
   for (const std::string& recording :
        {slashes, backSlashes, "\\\\?\\" + backSlashes, "\\\\.\\" + backSlashes}) {
     for (const char* const separator : {"/", "\\"}) {
@@ -38,7 +34,7 @@ TEST(WindowsNames, OpenTheRecordingsThatTheyName) {
   }
 }
 
-TEST(WindowsNames, ThatTheSystemCannotLookUpThrow) {
+TEST(WindowsNames, ThatCannotBeLookedUpThrow) {
   const VOXAScreenMetaDataLoader loader;
   try {
     loader.fileExists("//nosuch/share/x/2b7b6af7-7a1f-11e2-83d0-0017f200be7f");

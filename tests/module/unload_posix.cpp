@@ -1,6 +1,7 @@
-// Loads and unloads copies of the module beside a Boost.Filesystem that stays: unload MODULE COPY.
-// COPY is where a copy of the module is put. Returns 0 when every row ends with the expected path
-// locale and conversions work after each step; a locale whose code has been unloaded would crash.
+// Loads and unloads the module and a copy of it in a process that keeps Boost.Filesystem loaded:
+// unload MODULE COPY, where COPY is the path that the copy is written to. Returns 0 if paths
+// convert after each step and every row ends with the expected path locale. A locale whose code has
+// been unloaded would crash.
 #include <dlfcn.h>
 
 #include <boost/filesystem/operations.hpp>
@@ -14,7 +15,7 @@ namespace {
 
 namespace fs = boost::filesystem;
 
-// Reading the path locale takes replacing it.
+// The path locale can only be read by replacing it.
 std::locale pathLocale() {
   const std::locale present = fs::path::imbue(std::locale::classic());
   fs::path::imbue(present);
@@ -31,7 +32,8 @@ std::locale hostLocale() {
 }
 
 // One character per step: A and B load the module and its copy, a and b unload them, H imbues a
-// locale of the host, u expects UTF-8 conversions, h the last locale of the host, p ASCII at least.
+// locale of the host, u expects UTF-8 conversions, h the last locale of the host, p ASCII
+// conversions.
 bool passes(const std::string& steps, const std::map<char, std::string>& files) {
   std::map<char, void*> modules;
   std::locale host = hostLocale();

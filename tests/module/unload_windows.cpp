@@ -1,6 +1,6 @@
-// Loads and unloads the module and a copy of it in both orders, many times, and ends well:
-// unload MODULE COPY. COPY is where the copy is put, in the folder of the module, where its own
-// libraries are found.
+// Loads and unloads the module and a copy of it in both orders, many times: unload MODULE COPY,
+// where COPY is the path that the copy is written to, in the folder of the module, so that it finds
+// the same libraries.
 #include <windows.h>
 
 #include <cstdio>

@@ -10,7 +10,7 @@ namespace {
 const char kText[] = "2b7b6af0-7a1f-11e2-83d0-0017f200be7f";
 const boost::uuids::uuid kId = boost::uuids::string_generator()(kText);
 
-TEST(StreamFileName, SplitsIntoRecordingAndIdentifier) {
+TEST(StreamFileName, IsSplitIntoRecordingAndIdentifier) {
   struct Row {
     std::string name;
     std::string recordingPath;
@@ -39,7 +39,7 @@ TEST(StreamFileName, SplitsIntoRecordingAndIdentifier) {
   }
 }
 
-TEST(StreamFileName, IsPutTogetherWithAForwardSlash) {
+TEST(StreamFileName, IsJoinedWithAForwardSlash) {
   EXPECT_EQ(streamFileName("C:\\rec\\demo.voxa", kId), std::string("C:\\rec\\demo.voxa/") + kText);
 }
 

@@ -10,8 +10,8 @@
 namespace names {
 namespace {
 
-// What Boost.Filesystem answers on Windows for 175 names.
-TEST(WindowsPath, IsTakenApartAsOnWindows) {
+// The table holds the results of Boost.Filesystem on Windows for 175 names.
+TEST(WindowsPath, IsDecomposedAsOnWindows) {
   const auto table = nlohmann::json::parse(testing_support::dataFile("windows-paths.json"));
   ASSERT_EQ(table.size(), 175U);
   for (const auto& row : table) {
@@ -23,32 +23,28 @@ TEST(WindowsPath, IsTakenApartAsOnWindows) {
   }
 }
 
-TEST(WindowsPath, RefusesNamesThatAreNotUtf8) {
+TEST(WindowsPath, RejectsNamesThatAreNotUtf8) {
+  const std::string error = "boost::filesystem::path codecvt to wstring: error";
+  const std::string partial = "boost::filesystem::path codecvt to wstring: partial";
   struct Row {
     const char* name;
-    const char* message;
+    std::string message;
   };
-  for (const Row& row :
-       {Row{"a\xFF", "boost::filesystem::path codecvt to wstring: error"},
-        Row{"\xC0\xAF", "boost::filesystem::path codecvt to wstring: error"},
-        Row{"\xE0\x80\xAF", "boost::filesystem::path codecvt to wstring: error"},
-        Row{"\xF0\x80\x80\xAF", "boost::filesystem::path codecvt to wstring: error"},
-        Row{"\xF4\x90\x80\x80", "boost::filesystem::path codecvt to wstring: error"},
-        Row{"a/\xED\xA0\x80", "boost::filesystem::path codecvt to wstring: error"},
-        Row{"\xED\xBF\xBF/a", "boost::filesystem::path codecvt to wstring: error"},
-        Row{"\xED\xA0\xBD\xED\xB8\x80", "boost::filesystem::path codecvt to wstring: error"},
-        Row{"a/\xE2\x82", "boost::filesystem::path codecvt to wstring: partial"}}) {
+  for (const Row& row : {Row{"a\xFF", error}, Row{"\xC0\xAF", error}, Row{"\xE0\x80\xAF", error},
+                         Row{"\xF0\x80\x80\xAF", error}, Row{"\xF4\x90\x80\x80", error},
+                         Row{"a/\xED\xA0\x80", error}, Row{"\xED\xBF\xBF/a", error},
+                         Row{"\xED\xA0\xBD\xED\xB8\x80", error}, Row{"a/\xE2\x82", partial}}) {
     try {
       const WindowsPath path(row.name);
-      ADD_FAILURE() << row.message;
-    } catch (const boost::system::system_error& error) {
-      EXPECT_STREQ(error.what(), row.message);
-      EXPECT_STREQ(error.code().category().name(), "codecvt");
+      ADD_FAILURE() << row.name << " was accepted";
+    } catch (const boost::system::system_error& thrown) {
+      EXPECT_EQ(thrown.what(), row.message);
+      EXPECT_STREQ(thrown.code().category().name(), "codecvt");
     }
   }
 }
 
-TEST(Utf16, ConvertsCharactersAboveTheBasicPlane) {
+TEST(Utf16, ConvertsCharactersOutsideTheBasicPlane) {
   const std::string name = "a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80";
   const std::wstring wide = toUtf16(name);
   EXPECT_EQ(wide, (std::wstring{L'a', 0xE9, 0x20AC, wchar_t{0xD83D}, wchar_t{0xDE00}}));

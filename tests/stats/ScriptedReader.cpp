@@ -27,8 +27,7 @@ class Track final : public MP4TrackReader {
       : MP4TrackReader(track.width, track.height), m_track(track) {}
   int kind() const override {
     script().calls += "kind ";
-    const std::size_t answer = std::min(m_asked++, m_track.kinds.size() - 1);
-    return m_track.kinds[answer];
+    return m_track.kinds[std::min(m_kindCalls++, m_track.kinds.size() - 1)];
   }
   unsigned int rate() const override { return m_track.rate; }
   long long length() const override { return m_track.length; }
@@ -36,7 +35,7 @@ class Track final : public MP4TrackReader {
 
  private:
   const ScriptedTrack m_track;
-  mutable std::size_t m_asked = 0;
+  mutable std::size_t m_kindCalls = 0;
 };
 
 }  // namespace

@@ -1,4 +1,4 @@
-// A recording reader that says what a test wants, in the place of the real one.
+// A recording reader whose results a test chooses. It replaces the VOXA library.
 #pragma once
 
 #include <string>
@@ -11,7 +11,7 @@ namespace testing_support {
 struct ScriptedTrack {
   unsigned int width;
   unsigned int height;
-  std::vector<int> kinds;  // one answer a question; the last one stays
+  std::vector<int> kinds;  // one result per call; the last one repeats
   unsigned int rate;
   long long length;
   unsigned int tag;
@@ -20,10 +20,10 @@ struct ScriptedTrack {
 struct Script {
   bool opens = true;
   std::vector<ScriptedTrack> tracks;
-  std::string calls;  // what the code under test asked
+  std::string calls;  // the calls of the code under test
 };
 
-/// The script of the next reader.
+/// The results of readers from now on.
 VOXA_API Script& script();
 
 }  // namespace testing_support

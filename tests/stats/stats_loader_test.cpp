@@ -36,10 +36,10 @@ class Stats : public testing::Test {
   VOXAStatsLoader loader;
 };
 
-TEST_F(Stats, AreForRecordingsWithTheirExactExtension) {
+TEST_F(Stats, AreLoadedForTheExtensionVoxaOnly) {
   struct Row {
     const char* name;
-    bool isOurs;
+    bool canOpen;
   };
   for (const Row& row :
        {Row{"C:\\rec\\a.voxa", true}, Row{"a.voxa", true}, Row{".voxa", true},
@@ -48,11 +48,11 @@ TEST_F(Stats, AreForRecordingsWithTheirExactExtension) {
         Row{"dir.voxa/", false}, Row{"dir.voxa\\", false}, Row{"dir.voxa/a", false},
         Row{"a.voxa:stream", false}, Row{"\xFF.voxa", false}, Row{"\xED\xA0\x80.voxa", false},
         Row{"\xC0\xAF.voxa", false}}) {
-    EXPECT_EQ(loader.canOpenFile(row.name), row.isOurs) << row.name;
+    EXPECT_EQ(loader.canOpenFile(row.name), row.canOpen) << row.name;
   }
 }
 
-TEST_F(Stats, MapTheTagsOfTracks) {
+TEST_F(Stats, MapTrackTags) {
   struct Row {
     unsigned int tag;
     int mapped;
@@ -89,7 +89,7 @@ TEST_F(Stats, DescribeTheFileAndItsTracksInOrder) {
   EXPECT_EQ(audio.bitsPerSample, 16);
   EXPECT_EQ(audio.bytesPerSample, 2);
   EXPECT_EQ(audio.tag, 1);
-  EXPECT_TRUE(audio.metaDataFilenames.empty());  // it shows no screen, whatever its tag
+  EXPECT_TRUE(audio.metaDataFilenames.empty());  // audio, whatever its tag
 
   const auto& other = stats.trackStats()[2];
   EXPECT_EQ(other.type, 3);
@@ -109,15 +109,15 @@ TEST_F(Stats, DescribeTheFileAndItsTracksInOrder) {
   }
 }
 
-TEST_F(Stats, AskForTheKindAgainWhenItIsNoVideo) {
+TEST_F(Stats, ReadTheKindAgainIfItIsNotVideo) {
   EXPECT_EQ(loadedTrack({1, 1, {1, kOther}, 1, 1, 0}).type, 3);
   EXPECT_EQ(loadedTrack({1, 1, {kOther, 1}, 1, 1, 0}).type, 2);
   EXPECT_EQ(loadedTrack({1, 1, {kOther, 0}, 1, 1, 0}).type, 3);
 }
 
-// Writes `count` streams of different identifiers into the recording.
 class ScreenStats : public Stats {
  protected:
+  // Replaces the recording by one of `count` streams.
   void writeStreams(unsigned count) const {
     std::vector<recording::Entry> entries;
     for (unsigned number = 0; number < count; ++number) {
@@ -134,8 +134,8 @@ class ScreenStats : public Stats {
   }
 };
 
-TEST_F(ScreenStats, ScanForTheFirstSixteenScreenTracks) {
-  // Changes the recording after each track, so that every scan finds another number of streams.
+TEST_F(ScreenStats, RescanForTheFirstSixteenScreenTracks) {
+  // Adds a stream to the recording after each track, which shows whether the next track is scanned.
   class Changing final : public MediaFileStats {
    public:
     explicit Changing(std::function<void(unsigned)> writeStreams)
@@ -156,8 +156,8 @@ TEST_F(ScreenStats, ScanForTheFirstSixteenScreenTracks) {
                                                        14, 15, 16, 16, 16}));
 }
 
-TEST_F(ScreenStats, AreLimitedInTheirStreamNames) {
-  constexpr unsigned kStreams = 16384;  // of which 16 tracks list the maximum, 262,144
+TEST_F(ScreenStats, HaveAtMost262144StreamNames) {
+  constexpr unsigned kStreams = 16384;  // 16 tracks list 262,144 names
   writeStreams(kStreams);
   showScreens(16);
   loader.loadStats(recording, &stats);
@@ -177,20 +177,20 @@ TEST_F(ScreenStats, AreLimitedInTheirStreamNames) {
   EXPECT_EQ(limited.trackStats().size(), 16U);
 }
 
-TEST_F(Stats, KeepARateOfZero) {
+TEST_F(Stats, AcceptARateOfZero) {
   const auto& track = loadedTrack({1, 1, {0}, 0, 5, 0});
   EXPECT_EQ(track.rate.numerator(), 0U);
   EXPECT_EQ(track.rate.denominator(), 1U);
 }
 
-TEST_F(Stats, OfARecordingWithoutTracksHaveNameAndFrame) {
+TEST_F(Stats, OfARecordingWithoutTracksHaveNameAndSize) {
   loader.loadStats(recording, &stats);
   EXPECT_EQ(stats.filename(), recording);
   EXPECT_EQ(stats.rect().width, 1920);
   EXPECT_TRUE(stats.trackStats().empty());
 }
 
-TEST_F(Stats, SayThatARecordingCannotBeReadAndWriteNothing) {
+TEST_F(Stats, ThrowForUnreadableRecordingsAndStayEmpty) {
   script().opens = false;
   try {
     loader.loadStats("C:\\x.voxa", &stats);
@@ -201,7 +201,7 @@ TEST_F(Stats, SayThatARecordingCannotBeReadAndWriteNothing) {
   EXPECT_EQ(stats.filename(), "");
 }
 
-TEST_F(Stats, KeepWhatWasWrittenBeforeAFailure) {
+TEST_F(Stats, KeepTheTracksBeforeAFailure) {
   class Full final : public MediaFileStats {
    public:
     void addTrackStats(const TrackStats& track) override {

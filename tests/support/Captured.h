@@ -1,4 +1,4 @@
-// What the code under test says: on the standard streams, and as assertion reports.
+// Captures the output of the code under test: the standard streams and the assertion reports.
 #pragma once
 
 #include <iostream>
@@ -9,7 +9,7 @@
 
 namespace testing_support {
 
-/// Takes what is written to a standard stream while it lives.
+/// Captures a standard stream during its lifetime.
 class Captured {
  public:
   explicit Captured(std::ostream& stream)
@@ -26,7 +26,8 @@ class Captured {
   std::streambuf* const m_before;
 };
 
-/// Takes the parser's assertion reports while it lives, one "unit:line expression" a line.
+/// Captures the assertion reports of the parser during its lifetime, one "unit:line expression" per
+/// line.
 class AssertionLog {
  public:
   AssertionLog() : m_before(ZRKMetaData::setAssertionHandler(&take)) { text().clear(); }

@@ -1,18 +1,18 @@
-// Documents typed byte by byte in hexadecimal.
+// Reads the documents of tests/data.
 #pragma once
 
 #include <string>
 
 namespace testing_support {
 
-/// The bytes that `text` spells: pairs of digits, with white space between them and remarks behind
-/// "#". Fails the test for anything else.
+/// The bytes of a hexadecimal `text`: pairs of digits separated by white space; "#" begins a
+/// comment. Fails the test for any other text.
 std::string bytesFromHex(const std::string& text);
 
-/// The bytes that tests/data/`name` spells. Fails the test when there are none.
+/// The bytes of the hexadecimal document tests/data/`name`. Fails the test if there are none.
 std::string hexDocument(const std::string& name);
 
-/// The text of tests/data/`name` as it stands.
+/// The text of tests/data/`name`.
 std::string dataFile(const std::string& name);
 
 }  // namespace testing_support

@@ -1,4 +1,4 @@
-// The eight record types under one suite: how each is filled, written and told apart.
+// The eight record types for typed test suites: sample records, their bytes and their text.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -18,7 +18,7 @@ using RecordTypes =
     testing::Types<int, double, ZRKMetaData::int64, std::string, ZRKMetaData::KeyStroke,
                    ZRKMetaData::Point, ZRKMetaData::Rect, ZRKMetaData::CursorImage>;
 
-/// A record as text, every field in it, so that records can be compared and read in a failure.
+/// The text of a record with all its fields, for comparisons and failure messages.
 inline std::string shown(double value) {
   return std::to_string(value);
 }
@@ -29,9 +29,9 @@ inline std::string shown(ZRKMetaData::int64 value) {
   return std::to_string(value);
 }
 inline std::string shown(const std::string& value) {
-  constexpr std::size_t kWorthSeeing = 1000;
-  return value.size() < kWorthSeeing ? testing::PrintToString(value)
-                                     : std::to_string(value.size()) + " characters";
+  constexpr std::size_t kMaxShown = 1000;
+  return value.size() < kMaxShown ? testing::PrintToString(value)
+                                  : std::to_string(value.size()) + " characters";
 }
 inline std::string shown(const ZRKMetaData::KeyStroke& key) {
   return std::to_string(key.character) + "/" + std::to_string(key.eventFlags);
@@ -50,22 +50,26 @@ inline std::string shown(const ZRKMetaData::CursorImage& image) {
          testing::PrintToString(bytes);
 }
 
-/// Record number `n` of a stream of T: its bytes, and what `shown` says of it.
+/// Record number `n` of a stream of T: its bytes and its `shown` text. `kName` names the type in
+/// test names.
 template <class T>
 struct Filler;
 
 template <>
 struct Filler<int> {
+  static constexpr const char* kName = "ints";
   static recording::Bytes bytes(double t, int n) { return recording::intRecord(t, -7 * n); }
   static std::string text(int n) { return shown(-7 * n); }
 };
 template <>
 struct Filler<double> {
+  static constexpr const char* kName = "doubles";
   static recording::Bytes bytes(double t, int n) { return recording::doubleRecord(t, 0.25 * n); }
   static std::string text(int n) { return shown(0.25 * n); }
 };
 template <>
 struct Filler<ZRKMetaData::int64> {
+  static constexpr const char* kName = "int64s";
   static recording::Bytes bytes(double t, int n) {
     return recording::int64Record(t, -(1LL << 40) * n);
   }
@@ -73,6 +77,7 @@ struct Filler<ZRKMetaData::int64> {
 };
 template <>
 struct Filler<std::string> {
+  static constexpr const char* kName = "strings";
   static std::string value(int n) {
     return std::string("a\0b", 3) + std::string(std::size_t(n), 'x');
   }
@@ -81,6 +86,7 @@ struct Filler<std::string> {
 };
 template <>
 struct Filler<ZRKMetaData::KeyStroke> {
+  static constexpr const char* kName = "keystrokes";
   static recording::Bytes bytes(double t, int n) {
     return recording::keystrokeRecord(t, 64 + n, -n);
   }
@@ -88,11 +94,13 @@ struct Filler<ZRKMetaData::KeyStroke> {
 };
 template <>
 struct Filler<ZRKMetaData::Point> {
+  static constexpr const char* kName = "points";
   static recording::Bytes bytes(double t, int n) { return recording::pointRecord(t, n, -5 * n); }
   static std::string text(int n) { return shown(ZRKMetaData::Point(n, -5 * n)); }
 };
 template <>
 struct Filler<ZRKMetaData::Rect> {
+  static constexpr const char* kName = "rects";
   static recording::Bytes bytes(double t, int n) {
     return recording::rectRecord(t, n, 2 * n, 3 * n, -4 * n);
   }
@@ -100,6 +108,7 @@ struct Filler<ZRKMetaData::Rect> {
 };
 template <>
 struct Filler<ZRKMetaData::CursorImage> {
+  static constexpr const char* kName = "cursorImages";
   static recording::Bytes bytes(double t, int n) {
     const auto id = 1000ULL + static_cast<unsigned>(n);
     if (n % 2 == 0) return recording::cursorReferenceRecord(t, id);
@@ -112,23 +121,30 @@ struct Filler<ZRKMetaData::CursorImage> {
   }
 };
 
-/// Keeps what it is given as (seconds, shown value); stops after `most` records.
+struct RecordTypeNames {
+  template <class T>
+  static std::string GetName(int) {
+    return Filler<T>::kName;
+  }
+};
+
+/// Collects records as (seconds, shown value) and stops after `max` of them.
 template <class T>
 class Collector final : public ZRKMetaData::DataStreamObserver<T> {
  public:
-  explicit Collector(std::size_t most = ~std::size_t{0}) : m_most(most) {}
+  explicit Collector(std::size_t max = ~std::size_t{0}) : m_max(max) {}
   bool onData(double seconds, const T& value) override {
     records.emplace_back(seconds, shown(value));
-    return records.size() < m_most;
+    return records.size() < m_max;
   }
 
   std::vector<std::pair<double, std::string>> records;
 
  private:
-  const std::size_t m_most;
+  const std::size_t m_max;
 };
 
-/// The records of `Filler<T>` numbered 1 to `count`, one a second.
+/// The records of `Filler<T>` numbered 1 to `count`, one per second.
 template <class T>
 recording::Bytes filledRecords(int count) {
   recording::Bytes bytes;

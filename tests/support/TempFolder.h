@@ -1,4 +1,4 @@
-// A folder of a test's own, gone when the test ends.
+// A temporary folder, which its destructor deletes.
 #pragma once
 
 #include <filesystem>
@@ -14,17 +14,17 @@ class TempFolder {
   TempFolder(const TempFolder&) = delete;
   TempFolder& operator=(const TempFolder&) = delete;
 
-  /// The UTF-8 name of `leaf` in the folder.
+  /// The UTF-8 path of `leaf` in the folder.
   std::string name(const std::string& leaf) const;
 
-  /// Writes a file and returns its UTF-8 name.
+  /// Writes a file and returns its UTF-8 path.
   std::string file(const std::string& leaf, const std::string& bytes) const;
 
  private:
   std::filesystem::path m_path;
 };
 
-/// All bytes of a file; fails the test when there is none.
+/// The bytes of a file. Fails the test if the file cannot be opened.
 std::string bytesOfFile(const std::string& name);
 
 }  // namespace testing_support

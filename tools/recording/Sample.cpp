@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <random>
 #include <stdexcept>
 
+#include "tools/recording/Dice.h"
 #include "tools/recording/Records.h"
 
 namespace recording {
@@ -14,21 +14,6 @@ namespace {
 
 constexpr int kScreenWidth = 1920;
 constexpr int kScreenHeight = 1080;
-
-// The distributions of the standard library differ between platforms; the engine does not.
-class Dice {
- public:
-  explicit Dice(std::uint64_t seed) : m_engine(seed) {}
-
-  int below(int bound) { return static_cast<int>(m_engine() % static_cast<std::uint64_t>(bound)); }
-
-  double between(double low, double high) {
-    return low + (high - low) * (static_cast<double>(m_engine() >> 11U) * 0x1p-53);
-  }
-
- private:
-  std::mt19937_64 m_engine;
-};
 
 // Something that happens every so often: `record(time)` at irregular times up to `seconds`.
 template <class Record>

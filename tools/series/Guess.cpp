@@ -193,11 +193,12 @@ class Examiner {
 
   void time(double seconds) {
     if (!detail::isPossibleTime(seconds)) {
-      fault(m_timeFault, "the time cannot be one (" + shown(seconds) + ")");
+      fault(m_timeFault, [&] { return "the time cannot be one (" + shown(seconds) + ")"; });
       return;
     }
     if (!m_isFirst && seconds < m_before) {
-      fault(m_timeFault, "the time falls from " + shown(m_before) + " to " + shown(seconds));
+      fault(m_timeFault,
+            [&] { return "the time falls from " + shown(m_before) + " to " + shown(seconds); });
     }
     if (!hasFault()) m_costBits += detail::timeBits(seconds, m_before, m_isFirst);
     m_before = seconds;
@@ -209,7 +210,7 @@ class Examiner {
   template <class Bits>
   void value(const char* impossible, std::string_view bytes, Bits bits) {
     if (impossible != nullptr) {
-      fault(m_valueFault, impossible);
+      fault(m_valueFault, [&] { return impossible; });
       return;
     }
     if (hasFault()) return;
@@ -227,8 +228,11 @@ class Examiner {
     return !m_boundaryFault.empty() || !m_timeFault.empty() || !m_valueFault.empty();
   }
 
-  void fault(std::string& kept, const std::string& what) const {
-    if (kept.empty()) kept = "record " + std::to_string(m_record) + ": " + what;
+  // Only the first fault is kept. A wrong type has one per record, and the text of a double is
+  // slow.
+  template <class Text>
+  void fault(std::string& kept, Text text) const {
+    if (kept.empty()) kept = "record " + std::to_string(m_record) + ": " + text();
   }
 
   void failBoundary(const std::string& what) {

@@ -1,5 +1,5 @@
-// A host that uses the public headers only. Built without optimisation, so that everything that is
-// not inline must be exported by the libraries.
+// Uses the module as a host does, through its public headers. Built without optimisation, so that
+// every function that is not inline is resolved in the libraries.
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -13,12 +13,13 @@
 #include "host/Kestova/KeyFrameException.h"
 #include "host/Kestova/MediaFileStats.h"
 #include "host/Kestova/ReadWriteMutex.h"
-#include "host/Kestova/ScreenMetaData.h"
 #include "loader/VOXAScreenMetaDataFilenameSetter.h"
 #include "loader/VOXAScreenMetaDataLoader.h"
 #include "params/Parameter.h"
 #include "params/ParameterIterator.h"
 #include "stats/VOXAStatsLoader.h"
+#include "tests/support/ConstantEditRate.h"
+#include "tests/support/Slots.h"
 #include "tests/support/TempFolder.h"
 #include "tools/recording/Movie.h"
 #include "tools/recording/Sample.h"
@@ -30,40 +31,9 @@ using Kestova::ParameterInterface;
 using Kestova::RationalTime;
 using WriteLock = Kestova::ReadWriteMutex::ScopedWriteLock;
 
-class Thirty final : public Kestova::ProjectEditRate {
- public:
-  boost::rational<unsigned int> editRate() const override { return 30; }
-};
-
-// The host's slots, by their short keys.
-class Slots final : public Kestova::ScreenMetaData {
- public:
-  bool isEmpty() const override { return names.empty(); }
-  void clear() override { names.clear(); }
-  bool holds(const std::string&) const override { return false; }
-#define KESTOVA_SLOT(KEY)                                     \
-  void set##KEY##Filename(const std::string& name) override { \
-    names[#KEY] = name;                                       \
-  }
-  KESTOVA_SLOT(F0)
-  KESTOVA_SLOT(F1)
-  KESTOVA_SLOT(F2)
-  KESTOVA_SLOT(F3)
-  KESTOVA_SLOT(F4)
-  KESTOVA_SLOT(F5)
-  KESTOVA_SLOT(F6)
-  KESTOVA_SLOT(FB)
-  KESTOVA_SLOT(F7)
-  KESTOVA_SLOT(F8)
-  KESTOVA_SLOT(F9)
-  KESTOVA_SLOT(FA)
-  KESTOVA_SLOT(01)
-  std::map<std::string, std::string> names;
-};
-
 class Host : public testing::Test {
  protected:
-  // Loads the stream of a slot as the type that our samples keep there.
+  // Loads the stream of a slot as the type that sample recordings have there.
   boost::shared_ptr<ParameterInterface> load(const std::string& slot, const std::string& name) {
     const Kestova::ScreenMetaDataLoader& loader = m_loader;
     if (slot == "F0") return loader.loadPoints(name, slot, project, rate);
@@ -77,14 +47,14 @@ class Host : public testing::Test {
     throw std::out_of_range(slot);
   }
 
-  std::map<std::string, std::string> filedStreams() {
+  std::map<std::string, std::string> streamNames() {
     const std::unique_ptr<Kestova::StatsLoader> statsLoader(new VOXAStatsLoader);
     EXPECT_TRUE(statsLoader->canOpenFile(recording));
     Kestova::MediaFileStats stats;
     statsLoader->loadStats(recording, &stats);
     const std::unique_ptr<Kestova::ScreenMetaDataFilenameSetter> setter(
         VOXAScreenMetaDataFilenameSetter::create());
-    Slots slots;
+    testing_support::Slots slots;
     setter->initScreenMetaData(&slots);
     for (const auto& track : stats.trackStats()) {
       for (const std::string& name : track.metaDataFilenames) {
@@ -99,14 +69,15 @@ class Host : public testing::Test {
       folder.file("t\xC3\xA9ke.voxa", recording::sampleMovie(20) +
                                           recording::atomBlock(recording::sampleEntries(20, 1)));
   boost::shared_ptr<Kestova::ThreadSafe> project = boost::make_shared<Kestova::ThreadSafe>();
-  boost::shared_ptr<Kestova::ProjectEditRate> rate = boost::make_shared<Thirty>();
+  boost::shared_ptr<Kestova::ProjectEditRate> rate =
+      boost::make_shared<testing_support::ConstantEditRate>();
 
  private:
   VOXAScreenMetaDataLoader m_loader;
 };
 
-TEST_F(Host, WalksTheWholeRoadOfARecording) {
-  const auto streams = filedStreams();
+TEST_F(Host, FindsLoadsAndWritesEveryStreamOfARecording) {
+  const auto streams = streamNames();
   EXPECT_EQ(streams.size(), recording::sampleTypes().size());
   for (const auto& [slot, name] : streams) {
     EXPECT_TRUE(VOXAScreenMetaDataLoader().fileExists(name));
@@ -121,9 +92,9 @@ TEST_F(Host, WalksTheWholeRoadOfARecording) {
   }
 }
 
-TEST_F(Host, EvaluatesChangesAndWritesWhatItLoaded) {
+TEST_F(Host, EvaluatesChangesAndWritesParameters) {
   const auto points =
-      boost::dynamic_pointer_cast<Parameter<Kestova::Point>>(load("F0", filedStreams()["F0"]));
+      boost::dynamic_pointer_cast<Parameter<Kestova::Point>>(load("F0", streamNames()["F0"]));
   ASSERT_TRUE(points);
   EXPECT_EQ(points->numKeyFrames(), 601U);
   std::uint32_t count = 0;
@@ -143,17 +114,17 @@ TEST_F(Host, EvaluatesChangesAndWritesWhatItLoaded) {
   EXPECT_EQ(points->interpolater(), Kestova::LeftInterpolater<Kestova::Point>::getInstance());
 
   const auto opacity =
-      boost::dynamic_pointer_cast<Parameter<double>>(load("F2", filedStreams()["F2"]));
+      boost::dynamic_pointer_cast<Parameter<double>>(load("F2", streamNames()["F2"]));
   std::ostringstream json;
   opacity->toJSON(Kestova::JSONOptions(json), 0, "", "");
   EXPECT_EQ(json.str().find("\"F2\" : {\n  \"type\" : \"double\",\n"), 0U);
 }
 
-TEST_F(Host, CatchesTheModulesExceptionsByTheirTypes) {
+TEST_F(Host, CatchesExceptionsByType) {
   Kestova::MediaFileStats stats;
   EXPECT_THROW(VOXAStatsLoader().loadStats(folder.name("absent.voxa"), &stats),
                Kestova::KestovaException);
-  EXPECT_THROW(load("F6", filedStreams()["F0"] + "\xFF"), std::runtime_error);
+  EXPECT_THROW(load("F6", streamNames()["F0"] + "\xFF"), std::runtime_error);
   const boost::shared_ptr<ParameterInterface> empty = load("F6", folder.file("a.voxa", "") + "/x");
   const auto ints = boost::dynamic_pointer_cast<Parameter<int>>(empty);
   EXPECT_THROW(ints->valueAt(RationalTime(0)), Kestova::KeyFrameException);
@@ -161,8 +132,8 @@ TEST_F(Host, CatchesTheModulesExceptionsByTheirTypes) {
 
 using Threads = Host;
 
-TEST_F(Threads, LoadDifferentStreamsOfOneRecordingAtOnce) {
-  const auto streams = filedStreams();
+TEST_F(Threads, LoadDifferentStreamsConcurrently) {
+  const auto streams = streamNames();
   std::vector<std::thread> threads;
   for (const auto& stream : streams) {
     threads.emplace_back([this, &stream] {
@@ -175,9 +146,9 @@ TEST_F(Threads, LoadDifferentStreamsOfOneRecordingAtOnce) {
   for (std::thread& thread : threads) thread.join();
 }
 
-// One loader object serves all threads, while others load streams of the same recording.
-TEST_F(Threads, LoadStatisticsOfOneRecordingAtOnce) {
-  const auto streams = filedStreams();
+// The threads share one loader and load streams of the same recording meanwhile.
+TEST_F(Threads, LoadStatisticsConcurrently) {
+  const auto streams = streamNames();
   const std::size_t streamCount = recording::sampleTypes().size();
   VOXAStatsLoader statsLoader;
   std::vector<std::thread> threads;
@@ -188,7 +159,7 @@ TEST_F(Threads, LoadStatisticsOfOneRecordingAtOnce) {
         EXPECT_TRUE(statsLoader.canOpenFile(recording));
         statsLoader.loadStats(recording, &stats);
         EXPECT_EQ(stats.trackStats().at(0).metaDataFilenames.size(), streamCount);
-        EXPECT_EQ(filedStreams(), streams);
+        EXPECT_EQ(streamNames(), streams);
         EXPECT_GT(load("F0", streams.at("F0"))->numKeyFrames(), 1U);
         EXPECT_THROW(statsLoader.loadStats(folder.name("absent.voxa"), &stats),
                      Kestova::KestovaException);
@@ -198,15 +169,15 @@ TEST_F(Threads, LoadStatisticsOfOneRecordingAtOnce) {
   for (std::thread& thread : threads) thread.join();
 }
 
-// Readers evaluate, search, copy and write, others watch, and one changes all the while.
-TEST_F(Threads, UseAParameterWhileAWriterChanges) {
+// Threads evaluate, search, copy, serialise and observe a parameter that another thread changes.
+TEST_F(Threads, UseAParameterThatAnotherThreadChanges) {
   const auto points =
-      boost::dynamic_pointer_cast<Parameter<Kestova::Point>>(load("F0", filedStreams()["F0"]));
-  std::atomic<bool> isOver{false};
+      boost::dynamic_pointer_cast<Parameter<Kestova::Point>>(load("F0", streamNames()["F0"]));
+  std::atomic<bool> isDone{false};
   std::vector<std::thread> threads;
   const auto repeat = [&](auto action) {
-    threads.emplace_back([&isOver, action] {
-      for (std::int64_t round = 0; !isOver; ++round) action(RationalTime(round % 700));
+    threads.emplace_back([&isDone, action] {
+      for (std::int64_t round = 0; !isDone; ++round) action(RationalTime(round % 700));
     });
   };
   for (int n = 0; n < 2; ++n) {
@@ -225,20 +196,20 @@ TEST_F(Threads, UseAParameterWhileAWriterChanges) {
     points->toXML(options, 0, "");
     points->toJSON(Kestova::JSONOptions(out), 0, "", "");
   });
-  std::atomic<int> told{0};
+  std::atomic<int> notifyCount{0};
   repeat([&](const RationalTime&) {
-    struct Watcher final : Kestova::Observer {
-      explicit Watcher(std::atomic<int>& told_) : told(told_) {}
-      void changed() override { ++told; }
-      std::atomic<int>& told;
-    } watcher(told);
-    points->attach(&watcher);
-    const WriteLock lock(points->mutex());  // nobody is calling it any more
-    points->detach(&watcher);
+    struct Counter final : Kestova::Observer {
+      explicit Counter(std::atomic<int>& count_) : count(count_) {}
+      void changed() override { ++count; }
+      std::atomic<int>& count;
+    } counter(notifyCount);
+    points->attach(&counter);
+    const WriteLock lock(points->mutex());  // waits until no call is in progress
+    points->detach(&counter);
   });
 
   const auto isOdd = [](const RationalTime& time) { return time.numerator() % 2 != 0; };
-  for (int round = 0; round < 20 || told == 0; ++round) {
+  for (int round = 0; round < 20 || notifyCount == 0; ++round) {
     const WriteLock lock(points->mutex());
     points->removeKeyFrame(RationalTime(10));
     points->addKeyFrame(RationalTime(10), {1.0, 2.0, 0.0}, RationalTime(0));
@@ -251,7 +222,7 @@ TEST_F(Threads, UseAParameterWhileAWriterChanges) {
     points->shiftKeyFrames(RationalTime(-1, 2),
                            [](const RationalTime& time) { return !time.isWhole(); });
   }
-  isOver = true;
+  isDone = true;
   for (std::thread& thread : threads) thread.join();
   EXPECT_EQ(points->numKeyFrames(), 601U);
 }
