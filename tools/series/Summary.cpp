@@ -65,6 +65,10 @@ void readRecords(MetaDataParser& parser, StreamSummary& stream) {
   }
 }
 
+std::string counted(std::uint64_t records) {
+  return std::to_string(records) + (records == 1 ? " record" : " records");
+}
+
 void warn(const StreamSummary& stream, std::uint64_t fileBytes,
           std::vector<std::string>& warnings) {
   const auto add = [&](const std::string& text) { warnings.push_back(stream.key + ": " + text); };
@@ -85,13 +89,13 @@ void warn(const StreamSummary& stream, std::uint64_t fileBytes,
                   "=TYPE");
   }
   if (!stream.damage.empty()) {
-    add("damaged after " + std::to_string(stream.recordCount) + " records: " + stream.damage);
+    add("damaged after " + counted(stream.recordCount) + ": " + stream.damage);
   }
   if (stream.fallingTimes != 0) {
-    add("the time falls " + std::to_string(stream.fallingTimes) + " times");
+    add(counted(stream.fallingTimes) + " earlier than the record before");
   }
   if (stream.nonFiniteTimes != 0) {
-    add(std::to_string(stream.nonFiniteTimes) + " records have no finite time");
+    add(counted(stream.nonFiniteTimes) + " without a finite time");
   }
 }
 
