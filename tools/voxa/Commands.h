@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "ZRKMetaData/src/ZRKMMetaDataParser.h"
 #include "tools/voxa/Failure.h"
@@ -29,6 +30,25 @@ struct FileOptions {
 
 /// Shows what the host would learn of the tracks of a recording.
 void showStats(const FileOptions& options);
+
+struct InfoOptions {
+  std::vector<std::string> files;
+  std::vector<std::string> types;  ///< "[STREAM=]TYPE"
+  Format format = Format::Table;
+};
+
+/// Shows what each recording holds. Goes on after a file that cannot be read.
+void showInfo(const InfoOptions& options);
+
+struct ReportOptions {
+  std::string file;
+  std::vector<std::string> types;  ///< "[STREAM=]TYPE"
+  std::string out;
+  bool force = false;  ///< replace an existing file
+};
+
+/// Writes a recording as one page for a browser.
+void writeReport(const ReportOptions& options);
 
 /// Shows under which slot of the host each indexed stream would be filed.
 void showSlots(const FileOptions& options);

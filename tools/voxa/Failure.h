@@ -18,10 +18,14 @@ enum class Status {
   CannotOpen = 5,
 };
 
+/// Of two statuses the one that a command over several files ends with.
+Status worse(Status left, Status right);
+
 /// One line that says which file, what is wrong, where, and what to do. `what` is printable: a NUL
 /// of a recording does not cut it short.
 class Failure : public std::runtime_error {
  public:
+  /// An empty message: everything has been said.
   Failure(Status status, const std::string& message)
       : std::runtime_error(text::printable(message)), m_status(status) {}
 

@@ -43,12 +43,14 @@ class CommandLine {
     m_app.allow_windows_style_options(false);  // "/a/b" is a file name there too
     m_app.footer(
         "voxa help COMMAND shows the options of a command.\nExample: voxa streams take1.voxa");
+    addInfo();
     addStreams();
     addRecords();
     addLoad();
     addStats();
     addSlots();
     addSample();
+    addReport();
   }
 
   void run(std::vector<std::string> arguments) {
@@ -185,6 +187,23 @@ class CommandLine {
     return seed;
   }
 
+  static void addTypes(CLI::App* command, std::vector<std::string>& types) {
+    command
+        ->add_option(
+            "--as", types,
+            "Record type of a stream, or of all: [STREAM=]TYPE; repeatable (default: guess)")
+        ->type_name("[STREAM=]TYPE")
+        ->allow_extra_args(false);
+  }
+
+  void addInfo() {
+    CLI::App* const command = add("info", "Show what recordings hold.", "voxa info take1.voxa");
+    command->add_option("FILE", m_info.files, "The recordings")->required();
+    addTypes(command, m_info.types);
+    addFormat(command, m_info, {"table", "json"});
+    command->callback([this] { showInfo(m_info); });
+  }
+
   void addStreams() {
     CLI::App* const command = add("streams", "List the metadata streams of a recording.",
                                   "voxa streams take1.voxa --format json");
@@ -264,6 +283,17 @@ class CommandLine {
     command->callback([this] { writeSample(m_sample); });
   }
 
+  void addReport() {
+    CLI::App* const command =
+        add("report", "Write a recording as one page for a browser, which works offline.",
+            "voxa report take1.voxa -o take1.html");
+    command->add_option("FILE", m_report.file, "The recording")->required();
+    command->add_option("-o", m_report.out, "The page")->required();
+    addTypes(command, m_report.types);
+    command->add_flag("--force", m_report.force, "Replace the page if it exists");
+    command->callback([this] { writeReport(m_report); });
+  }
+
   CLI::App m_app;
   StreamsOptions m_streams;
   RecordsOptions m_records;
@@ -271,10 +301,12 @@ class CommandLine {
   FileOptions m_stats;
   FileOptions m_slots;
   SampleOptions m_sample;
+  InfoOptions m_info;
+  ReportOptions m_report;
 };
 
 int fail(Status status, const std::string& message) {
-  say(message);
+  if (!message.empty()) say(message);
   return static_cast<int>(status);
 }
 

@@ -1,6 +1,7 @@
 #include <boost/uuid/uuid_io.hpp>
 
 #include "ZRKMetaData/src/MetaDataUUID.h"
+#include "tools/series/Summary.h"
 #include "tools/voxa/Commands.h"
 #include "tools/voxa/Messages.h"
 #include "tools/voxa/Output.h"
@@ -16,24 +17,10 @@ namespace {
 // Above it an announced size is no place in any file, and sums may overflow.
 constexpr ZRKMetaData::int64 kLargestSize = ZRKMetaData::int64{1} << 62U;
 
-const char* containerName(ZRKMetaData::ContainerKind kind) {
-  switch (kind) {
-    case ZRKMetaData::Riff:
-      return "Riff";
-    case ZRKMetaData::Atoms:
-      return "Atoms";
-    case ZRKMetaData::Raw:
-      return "Raw";
-    case ZRKMetaData::None:
-      break;
-  }
-  return "None";
-}
-
 void writeJson(Output& out, const std::string& file, ZRKMetaData::MetaDataParser& parser) {
   JsonRow document(out);
   document.field("file", file);
-  document.field("container", containerName(parser.containerKind()));
+  document.field("container", series::containerName(parser.containerKind()));
   document.array("streams", parser.locations(), [&](const auto& stream) {
     const auto& [id, location] = stream;
     JsonRow row(out);
@@ -51,7 +38,7 @@ void writeJson(Output& out, const std::string& file, ZRKMetaData::MetaDataParser
 
 void writeTable(Output& out, const std::string& file, ZRKMetaData::MetaDataParser& parser) {
   out.writePrintable(file);
-  out.write(fmt::format(": {}, {} streams\n", containerName(parser.containerKind()),
+  out.write(fmt::format(": {}, {} streams\n", series::containerName(parser.containerKind()),
                         parser.locations().size()));
   if (parser.locations().empty()) return;
   constexpr auto kRow = "{:<36}  {:<3}  {:<5}  {:>7}  {:>14}  {:>14}\n";

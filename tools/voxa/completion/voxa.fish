@@ -1,12 +1,14 @@
 # fish completion for voxa
 
-set -l commands streams records load stats slots sample
+set -l commands info report streams records load stats slots sample
 set -l types ints doubles int64s strings keystrokes points rects cursor-images
 set -l rates 24 25 30 50 60 24000/1001 30000/1001 60000/1001
 
 complete -c voxa -n "not __fish_seen_subcommand_from $commands help" -f
 complete -c voxa -n __fish_use_subcommand -l help -d 'Show the help'
 complete -c voxa -n __fish_use_subcommand -l version -d 'Show the version'
+complete -c voxa -n __fish_use_subcommand -a info -d 'Show what recordings hold'
+complete -c voxa -n __fish_use_subcommand -a report -d 'Write a recording as one page for a browser'
 complete -c voxa -n __fish_use_subcommand -a streams -d 'List the metadata streams of a recording'
 complete -c voxa -n __fish_use_subcommand -a records -d 'Print the records of a stream as the file has them'
 complete -c voxa -n __fish_use_subcommand -a load -d "Load a stream as keyframes on a project's frame grid"
@@ -17,11 +19,11 @@ complete -c voxa -n __fish_use_subcommand -a help -d 'Show the help of a command
 complete -c voxa -n '__fish_seen_subcommand_from help' -f -a "$commands"
 
 complete -c voxa -n "__fish_seen_subcommand_from $commands" -l help -d 'Show the options of the command'
-complete -c voxa -n '__fish_seen_subcommand_from streams stats slots' -l format -x -a 'table json' -d 'Form of the output'
+complete -c voxa -n '__fish_seen_subcommand_from info streams stats slots' -l format -x -a 'table json' -d 'Form of the output'
 complete -c voxa -n '__fish_seen_subcommand_from records' -l format -x -a 'table csv json' -d 'Form of the output'
 complete -c voxa -n '__fish_seen_subcommand_from load' -l format -x -a 'table csv json host-xml host-json' -d 'Form of the output'
 complete -c voxa -n '__fish_seen_subcommand_from streams records' -l container -x -a 'Riff Atoms Raw' -d 'Read the file as this container'
-complete -c voxa -n '__fish_seen_subcommand_from records' -l as -x -a "$types" -d 'Record type'
+complete -c voxa -n '__fish_seen_subcommand_from info report records' -l as -x -a "$types" -d 'Record type'
 complete -c voxa -n '__fish_seen_subcommand_from load' -l as -x -a "$types rect-collections opacity" -d 'Type of the values'
 complete -c voxa -n '__fish_seen_subcommand_from load' -l rate -x -a "$rates" -d 'Frames per second'
 complete -c voxa -n '__fish_seen_subcommand_from load' -l at -x -d 'Frame, or seconds with an s'
@@ -30,3 +32,5 @@ complete -c voxa -n '__fish_seen_subcommand_from sample' -l onto -r -F -d 'Media
 complete -c voxa -n '__fish_seen_subcommand_from sample' -l type -x -a "$types" -d 'Only the stream of this type'
 complete -c voxa -n '__fish_seen_subcommand_from sample' -l seed -x -d 'Same seed, same bytes'
 complete -c voxa -n '__fish_seen_subcommand_from sample' -l force -d 'Replace an existing file'
+complete -c voxa -n '__fish_seen_subcommand_from report' -s o -r -F -d 'The page'
+complete -c voxa -n '__fish_seen_subcommand_from report' -l force -d 'Replace an existing page'

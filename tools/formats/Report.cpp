@@ -1,0 +1,170 @@
+#include "tools/formats/Report.h"
+
+#include <algorithm>
+#include <numeric>
+
+#include "text/Base64.h"
+#include "text/Utf8.h"
+#include "tools/formats/Column.h"
+#include "tools/formats/ReportPage.h"
+#include "tools/formats/SummaryJson.h"
+
+namespace formats {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+using series::RecordingSummary;
+using Write = std::function<void(std::string_view)>;
+
+// For the data of all streams. The page without a recording has about 220 kB.
+constexpr std::size_t kMaxDataBytes = 58'000'000;
+
+// Streams that the page describes; a browser cannot show more in a useful way. The index of a
+// hostile file may hold millions.
+constexpr std::size_t kMaxStreams = 256;
+
+// JSON inside an HTML element: without "<" it can neither end the element nor begin a comment.
+std::string embedded(const Json& json) {
+  std::string text;
+  for (const char character : jsonText(json)) {
+    if (character == '<') {
+      text += "\\u003c";
+    } else {
+      text += character;
+    }
+  }
+  return text;
+}
+
+std::string htmlText(std::string_view text) {
+  std::string html;
+  for (const char character : text::wellFormedUtf8(text)) {
+    if (character == '&') {
+      html += "&amp;";
+    } else if (character == '<') {
+      html += "&lt;";
+    } else {
+      html += character;
+    }
+  }
+  return html;
+}
+
+// The rows of a stream: data elements, and the members of its description that name them.
+class RowsText {
+ public:
+  RowsText(std::size_t index, const series::RecordTypeInfo& type, const ReportRows& rows)
+      : m_prefix("d" + std::to_string(index) + "-") {
+    m_members["rows"] = rows.rowCount();
+    m_members["stride"] = rows.stride();
+    Json columns = Json::array();
+    for (const ReportRows::Column& column : rows.columns()) {
+      const char* const unit =
+          columns.empty() ? series::kTimeField.unit : type.fields[columns.size() - 1].unit;
+      columns.push_back(addColumn(column, unit));
+    }
+    m_members["columns"] = std::move(columns);
+    m_members["texts"] = addElement("application/json", embedded(rows.texts()));
+    Json images = Json::array();
+    for (const std::string& image : rows.images()) images.push_back(text::base64(image));
+    m_members["images"] = std::move(images);
+  }
+
+  const std::string& elements() const { return m_elements; }
+  const Json& members() const { return m_members; }
+  std::size_t size() const { return m_elements.size() + m_members.dump().size(); }
+
+ private:
+  Json addColumn(const ReportRows::Column& column, const char* unit) {
+    const ColumnText text =
+        std::visit([](const auto& words) { return columnText(words); }, column.words);
+    return {{"name", column.name},
+            {"unit", unit},
+            {"type", column.type},
+            {"order", text.order == ColumnText::kPlain ? Json("plain") : Json(text.order)},
+            {"id", addElement("text/plain", text.base64)}};
+  }
+
+  // The type keeps the browser from running the element.
+  std::string addElement(const char* type, std::string_view content) {
+    const std::string id = m_prefix + std::to_string(m_elementCount++);
+    m_elements += std::string("<script type=\"") + type + "\" id=\"" + id + "\">";
+    m_elements += content;
+    m_elements += "</script>\n";
+    return id;
+  }
+
+  std::string m_prefix;
+  std::string m_elements;
+  std::size_t m_elementCount = 0;
+  Json m_members;
+};
+
+// As many rows of the stream as fit into `allowance` bytes, evenly spread.
+RowsText fittingRows(const ReportSource& source, std::size_t index, std::size_t allowance) {
+  const series::StreamSummary& stream = source.recording.streams[index];
+  std::uint64_t stride = stream.recordCount / kMaxReportRows + 1;
+  while (true) {
+    ReportRows rows(stride);
+    source.addRecords(index, rows);
+    RowsText text(index, infoOf(*stream.type), rows);
+    if (text.size() <= allowance || rows.rowCount() <= 1) return text;
+    stride *= text.size() / std::max(allowance, std::size_t{1}) + 1;
+  }
+}
+
+// The streams with records that the page shows, the small ones first, so that what they leave over
+// goes to the large ones.
+std::vector<std::size_t> streamsBySize(const RecordingSummary& recording) {
+  std::vector<std::size_t> order;
+  for (std::size_t i = 0; i < std::min(recording.streams.size(), kMaxStreams); ++i) {
+    if (recording.streams[i].type) order.push_back(i);
+  }
+  std::sort(order.begin(), order.end(), [&](std::size_t left, std::size_t right) {
+    return recording.streams[left].location.size < recording.streams[right].location.size;
+  });
+  return order;
+}
+
+void writeData(const ReportSource& source, const Write& write) {
+  RecordingSummary shown = source.recording;
+  shown.file = shown.name();
+  shown.streams.resize(std::min(shown.streams.size(), kMaxStreams));
+  Json document = summaryJson(shown);
+  document["generator"] = source.generator;
+  document["moreStreams"] = source.recording.streams.size() - shown.streams.size();
+
+  const std::vector<std::size_t> order = streamsBySize(source.recording);
+  std::size_t left = kMaxDataBytes;
+  for (std::size_t i = 0; i < order.size(); ++i) {
+    const RowsText rows = fittingRows(source, order[i], left / (order.size() - i));
+    left -= std::min(left, rows.size());
+    write(rows.elements());
+    document["streams"][order[i]].update(rows.members());
+  }
+  write("<script type=\"application/json\" id=\"recording\">" + embedded(document) + "</script>");
+}
+
+}  // namespace
+
+void writeReport(const ReportSource& source, const Write& write) {
+  constexpr std::string_view kTitle = "@TITLE@";
+  constexpr std::string_view kData = "@DATA@";
+  std::string_view page = reportPage();
+  while (true) {
+    const std::size_t at = std::min(page.find(kTitle), page.find(kData));
+    write(page.substr(0, at));
+    if (at == std::string_view::npos) return;
+    page.remove_prefix(at);
+    if (page.substr(0, kTitle.size()) == kTitle) {
+      write(htmlText(source.recording.name()));
+      page.remove_prefix(kTitle.size());
+    } else {
+      writeData(source, write);
+      page.remove_prefix(kData.size());
+    }
+  }
+}
+
+}  // namespace formats

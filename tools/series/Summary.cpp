@@ -1,0 +1,180 @@
+#include "tools/series/Summary.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "ZRKMetaData/src/MetaDataUUID.h"
+#include "tools/series/Guess.h"
+#include "tools/series/RecordStream.h"
+
+namespace series {
+
+using ZRKMetaData::MetaDataParser;
+using ZRKMetaData::MetaDataUUID;
+
+namespace {
+
+std::uint64_t byteCountOfSource(std::istream& stream) {
+  stream.clear();
+  stream.seekg(0, std::ios::end);
+  const std::streamoff end = stream.tellg();
+  return end < 0 ? 0 : static_cast<std::uint64_t>(end);
+}
+
+std::string listOf(const Guess& guess) {
+  std::string list;
+  for (std::size_t i = 0; i < guess.candidates.size(); ++i) {
+    if (!guess.candidates[i].passes) continue;
+    if (!list.empty()) list += " or ";
+    list += infoOf(guess.candidates[i].type).name;
+  }
+  return list;
+}
+
+void findType(MetaDataParser& parser, const NamedTypes& types, StreamSummary& stream) {
+  const auto named = types.find(stream.id);
+  if (named != types.end()) {
+    stream.type = named->second;
+    return;
+  }
+  const Guess guess = guessRecordType(parser, stream.id);
+  stream.isGuessed = true;
+  stream.isEmpty = guess.isEmpty;
+  stream.type = guess.isEmpty ? std::nullopt : guess.certainType();
+  if (!stream.hasRecords()) stream.candidates = listOf(guess);
+}
+
+void readRecords(MetaDataParser& parser, StreamSummary& stream) {
+  double before = -HUGE_VAL;
+  const auto count = [&](double seconds, const auto& /*record*/) {
+    ++stream.recordCount;
+    if (!std::isfinite(seconds)) {
+      ++stream.nonFiniteTimes;
+      return;
+    }
+    if (seconds < before) ++stream.fallingTimes;
+    before = seconds;
+    stream.first = std::min(stream.first.value_or(seconds), seconds);
+    stream.last = std::max(stream.last.value_or(seconds), seconds);
+  };
+  try {
+    forEachRecord(parser, stream.id, *stream.type, TimeRange(), count);
+  } catch (const DamagedStream& damage) {
+    stream.damage =
+        damage.reason() + " at byte " + std::to_string(damage.byteOffset()) + " of the file";
+  }
+}
+
+std::string counted(std::uint64_t records) {
+  return std::to_string(records) + (records == 1 ? " record" : " records");
+}
+
+void warn(const StreamSummary& stream, std::uint64_t fileBytes,
+          std::vector<std::string>& warnings) {
+  const auto add = [&](const std::string& text) { warnings.push_back(stream.key + ": " + text); };
+  const auto offset = static_cast<std::uint64_t>(stream.location.offset);
+  const std::uint64_t there = fileBytes > offset ? fileBytes - offset : 0;
+  const ZRKMetaData::int64 announced = stream.location.size;
+  if (announced > 0 && static_cast<std::uint64_t>(announced) > there) {
+    add("the file ends " + std::to_string(static_cast<std::uint64_t>(announced) - there) +
+        " bytes before the stream does");
+  }
+  const bool isReadable = stream.version == (stream.isKnown ? 1 : MetaDataUUID::kUnknownVersion);
+  if (!isReadable) {
+    add("version " + std::to_string(stream.version) + " is not supported; no records are read");
+  } else if (!stream.hasRecords()) {
+    add(stream.candidates.empty()
+            ? "no record type fits; name one with --as " + stream.key + "=TYPE"
+            : "the type could be " + stream.candidates + "; name it with --as " + stream.key +
+                  "=TYPE");
+  }
+  if (!stream.damage.empty()) {
+    add("damaged after " + counted(stream.recordCount) + ": " + stream.damage);
+  }
+  if (stream.fallingTimes != 0) {
+    add(counted(stream.fallingTimes) + " earlier than the record before");
+  }
+  if (stream.nonFiniteTimes != 0) {
+    add(counted(stream.nonFiniteTimes) + " without a finite time");
+  }
+}
+
+}  // namespace
+
+std::optional<double> StreamSummary::duration() const {
+  if (!first) return std::nullopt;
+  return *last - *first;
+}
+
+std::optional<double> StreamSummary::meanRate() const {
+  const double seconds = duration().value_or(0);
+  const std::uint64_t timed = recordCount - nonFiniteTimes;
+  if (timed < 2 || !(seconds > 0)) return std::nullopt;
+  return static_cast<double>(timed - 1) / seconds;
+}
+
+std::string RecordingSummary::name() const {
+  return file.substr(file.find_last_of("/\\") + 1);
+}
+
+std::optional<double> RecordingSummary::duration() const {
+  std::optional<double> longest;
+  for (const TrackSummary& track : tracks) {
+    if (track.seconds) longest = std::max(longest.value_or(0), *track.seconds);
+  }
+  if (longest) return longest;
+  for (const StreamSummary& stream : streams) {
+    if (stream.last) longest = std::max(longest.value_or(0), *stream.last);
+  }
+  return longest;
+}
+
+bool RecordingSummary::isDamaged() const {
+  return std::any_of(streams.begin(), streams.end(),
+                     [](const StreamSummary& stream) { return !stream.damage.empty(); });
+}
+
+const TrackSummary* RecordingSummary::screen() const {
+  const auto found = std::find_if(tracks.begin(), tracks.end(), [](const TrackSummary& track) {
+    return track.tag == "screen" && track.width > 0 && track.height > 0;
+  });
+  return found == tracks.end() ? nullptr : &*found;
+}
+
+const char* containerName(ZRKMetaData::ContainerKind kind) {
+  switch (kind) {
+    case ZRKMetaData::Riff:
+      return "Riff";
+    case ZRKMetaData::Atoms:
+      return "Atoms";
+    case ZRKMetaData::Raw:
+      return "Raw";
+    case ZRKMetaData::None:
+      break;
+  }
+  return "None";
+}
+
+RecordingSummary summariseStreams(MetaDataParser& parser, const std::string& file,
+                                  const NamedTypes& types) {
+  RecordingSummary recording;
+  recording.file = file;
+  recording.container = containerName(parser.containerKind());
+  recording.byteCount = byteCountOfSource(parser.stream());
+  recording.streams.reserve(parser.locations().size());
+  for (const auto& [id, location] : parser.locations()) {
+    StreamSummary stream;
+    stream.id = id;
+    stream.key = MetaDataUUID::shortKey(id);
+    stream.isKnown = MetaDataUUID::isKnown(id);
+    stream.location = location;
+    stream.version = ZRKMetaData::readHeaderAt(parser.stream(), location.offset).version;
+    findType(parser, types, stream);
+    if (stream.type) readRecords(parser, stream);
+    warn(stream, recording.byteCount, recording.warnings);
+    recording.streams.push_back(std::move(stream));
+  }
+  return recording;
+}
+
+}  // namespace series

@@ -1,0 +1,40 @@
+#include "tools/formats/Report.h"
+
+#include "tools/files/OutputFile.h"
+#include "tools/series/RecordStream.h"
+#include "tools/voxa/Commands.h"
+#include "tools/voxa/NamedTypes.h"
+#include "tools/voxa/QuietModule.h"
+#include "tools/voxa/Recording.h"
+#include "tools/voxa/Summary.h"
+#include "tools/voxa/Version.h"
+
+namespace voxa {
+
+void writeReport(const ReportOptions& options) {
+  const auto parser = openRecording(options.file, std::nullopt);
+  const series::RecordingSummary recording =
+      summarise(*parser, options.file, namedTypes(*parser, options.file, options.types));
+  formats::ReportSource source{recording, {}, kVersion};
+  source.addRecords = [&](std::size_t index, formats::ReportRows& rows) {
+    const series::StreamSummary& stream = recording.streams[index];
+    const QuietModule quiet;
+    try {
+      series::forEachRecord(
+          *parser, stream.id, *stream.type, series::TimeRange(),
+          [&rows](double seconds, const auto& record) { rows.add(seconds, record); });
+    } catch (const series::DamagedStream&) {
+      // The summary says so.
+    }
+  };
+  files::OutputFile out(options.out,
+                        options.force ? files::Existing::Replace : files::Existing::Refuse);
+  formats::writeReport(source, [&out](std::string_view text) { out.write(text); });
+  out.commit();
+  if (recording.isDamaged()) {
+    throw Failure(Status::DamagedData, options.file + ": " + recording.warnings.front() +
+                                           "; the page holds what was read");
+  }
+}
+
+}  // namespace voxa
