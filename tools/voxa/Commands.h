@@ -11,6 +11,7 @@
 #include "ZRKMetaData/src/ZRKMMetaDataParser.h"
 #include "tools/voxa/Failure.h"
 #include "tools/voxa/Rows.h"
+#include "tools/voxa/StreamChoice.h"
 
 namespace voxa {
 
@@ -76,6 +77,35 @@ struct LoadOptions {
 /// Loads one stream through the module, as a host would, and prints its keyframes or its value, or
 /// the parameter in the host's own forms.
 void loadParameter(const LoadOptions& options);
+
+struct PlotOptions {
+  std::string file;
+  std::vector<std::string> streams;  ///< empty for all
+  std::vector<std::string> types;    ///< "[STREAM=]TYPE"
+  TimeOptions times;
+  std::string screen;  ///< "WxH", empty for that of the screen track
+  std::string out;
+  bool force = false;  ///< replace an existing file
+  std::optional<ZRKMetaData::ContainerKind> container;
+};
+
+/// Draws streams over time, and positions and rectangles on the screen, as SVG.
+void drawPlot(const PlotOptions& options);
+
+struct HeatMapOptions {
+  std::string file;
+  std::string stream;              ///< empty for the only one of points
+  std::vector<std::string> types;  ///< "[STREAM=]TYPE"
+  TimeOptions times;
+  std::string screen;       ///< "WxH", empty for that of the screen track
+  std::optional<int> cell;  ///< pixels
+  std::string out;          ///< its extension decides: .png or .svg
+  bool force = false;       ///< replace an existing file
+  std::optional<ZRKMetaData::ContainerKind> container;
+};
+
+/// Draws how long the cursor was in each cell of the screen.
+void drawHeatMap(const HeatMapOptions& options);
 
 struct SampleOptions {
   std::string out;

@@ -49,6 +49,8 @@ class CommandLine {
     addLoad();
     addStats();
     addSlots();
+    addPlot();
+    addHeatMap();
     addSample();
     addReport();
   }
@@ -263,6 +265,55 @@ class CommandLine {
     command->callback([this] { showSlots(m_slots); });
   }
 
+  static void addTimes(CLI::App* command, TimeOptions& times) {
+    command->add_option("--from", times.from, "Leave out records before this time")
+        ->type_name("TIME");
+    command
+        ->add_option("--to", times.to,
+                     "Leave out records from this time on: 12.5, HH:MM:SS.mmm, 1001/30 or 75f")
+        ->type_name("TIME");
+    command->add_option("--rate", times.rate, "Frames per second, for times in frames: N or N/D");
+  }
+
+  // What both commands that draw take.
+  template <class Options>
+  static void addPicture(CLI::App* command, Options& options, const char* out) {
+    command->add_option("-o,--out", options.out, out)->required()->type_name("FILE");
+    addTypes(command, options.types);
+    addTimes(command, options.times);
+    command
+        ->add_option("--screen", options.screen,
+                     "Size of the screen in pixels (default: that of the screen track)")
+        ->type_name("WxH");
+    command->add_flag("--force", options.force, "Replace the picture if it exists");
+    addContainer(command, options);
+  }
+
+  void addPlot() {
+    CLI::App* const command =
+        add("plot", "Draw streams over time, and positions and rectangles on the screen, as SVG.",
+            "voxa plot take1.voxa F0 F3 -o take1.svg");
+    command->add_option("FILE", m_plot.file, "The recording")->required();
+    command->add_option("STREAM", m_plot.streams,
+                        "Identifiers, or their two-digit keys (default: all)");
+    addPicture(command, m_plot, "The picture, or - for standard output");
+    command->callback([this] { drawPlot(m_plot); });
+  }
+
+  void addHeatMap() {
+    CLI::App* const command =
+        add("heatmap", "Draw how long the cursor was in each part of the screen.",
+            "voxa heatmap take1.voxa F0 -o take1.png");
+    command->add_option("FILE", m_heatMap.file, "The recording")->required();
+    command->add_option("STREAM", m_heatMap.stream,
+                        "Identifier, or its two-digit key (default: the only stream of points)");
+    addPicture(command, m_heatMap, "The picture, .png or .svg, or - for SVG on standard output");
+    command->add_option("--cell", m_heatMap.cell, "Side of a cell (default: about 120 cells fit)")
+        ->type_name("PX")
+        ->check(CLI::Range(1, 1'000'000));
+    command->callback([this] { drawHeatMap(m_heatMap); });
+  }
+
   void addSample() {
     CLI::App* const command = add("sample", "Write a made-up recording.",
                                   "voxa sample take1.mp4 --onto clip.mp4 --seconds 30");
@@ -300,6 +351,8 @@ class CommandLine {
   LoadOptions m_load;
   FileOptions m_stats;
   FileOptions m_slots;
+  PlotOptions m_plot;
+  HeatMapOptions m_heatMap;
   SampleOptions m_sample;
   InfoOptions m_info;
   ReportOptions m_report;

@@ -1,6 +1,6 @@
 # fish completion for voxa
 
-set -l commands info report streams records load stats slots sample
+set -l commands info report plot heatmap streams records load stats slots sample
 set -l types ints doubles int64s strings keystrokes points rects cursor-images
 set -l rates 24 25 30 50 60 24000/1001 30000/1001 60000/1001
 
@@ -14,6 +14,8 @@ complete -c voxa -n __fish_use_subcommand -a records -d 'Print the records of a 
 complete -c voxa -n __fish_use_subcommand -a load -d "Load a stream as keyframes on a project's frame grid"
 complete -c voxa -n __fish_use_subcommand -a stats -d 'Show the tracks of a recording as its host sees them'
 complete -c voxa -n __fish_use_subcommand -a slots -d 'Show under which slot of the host each stream is filed'
+complete -c voxa -n __fish_use_subcommand -a plot -d 'Draw streams over time and on the screen'
+complete -c voxa -n __fish_use_subcommand -a heatmap -d 'Draw how long the cursor was in each part of the screen'
 complete -c voxa -n __fish_use_subcommand -a sample -d 'Write a made-up recording'
 complete -c voxa -n __fish_use_subcommand -a help -d 'Show the help of a command'
 complete -c voxa -n '__fish_seen_subcommand_from help' -f -a "$commands"
@@ -22,15 +24,19 @@ complete -c voxa -n "__fish_seen_subcommand_from $commands" -l help -d 'Show the
 complete -c voxa -n '__fish_seen_subcommand_from info streams stats slots' -l format -x -a 'table json' -d 'Form of the output'
 complete -c voxa -n '__fish_seen_subcommand_from records' -l format -x -a 'table csv json' -d 'Form of the output'
 complete -c voxa -n '__fish_seen_subcommand_from load' -l format -x -a 'table csv json host-xml host-json' -d 'Form of the output'
-complete -c voxa -n '__fish_seen_subcommand_from streams records' -l container -x -a 'Riff Atoms Raw' -d 'Read the file as this container'
-complete -c voxa -n '__fish_seen_subcommand_from info report records' -l as -x -a "$types" -d 'Record type'
+complete -c voxa -n '__fish_seen_subcommand_from streams records plot heatmap' -l container -x -a 'Riff Atoms Raw' -d 'Read the file as this container'
+complete -c voxa -n '__fish_seen_subcommand_from info report records plot heatmap' -l as -x -a "$types" -d 'Record type'
 complete -c voxa -n '__fish_seen_subcommand_from load' -l as -x -a "$types rect-collections opacity" -d 'Type of the values'
-complete -c voxa -n '__fish_seen_subcommand_from load' -l rate -x -a "$rates" -d 'Frames per second'
+complete -c voxa -n '__fish_seen_subcommand_from load plot heatmap' -l rate -x -a "$rates" -d 'Frames per second'
 complete -c voxa -n '__fish_seen_subcommand_from load' -l at -x -d 'Frame, or seconds with an s'
+complete -c voxa -n '__fish_seen_subcommand_from plot heatmap' -s o -l out -r -F -d 'The picture'
+complete -c voxa -n '__fish_seen_subcommand_from plot heatmap' -l from -x -d 'Leave out records before this time'
+complete -c voxa -n '__fish_seen_subcommand_from plot heatmap' -l to -x -d 'Leave out records from this time on'
+complete -c voxa -n '__fish_seen_subcommand_from plot heatmap' -l screen -x -d 'Size of the screen, WxH'
+complete -c voxa -n '__fish_seen_subcommand_from heatmap' -l cell -x -d 'Side of a cell in pixels'
 complete -c voxa -n '__fish_seen_subcommand_from sample' -l seconds -x -d 'Length'
 complete -c voxa -n '__fish_seen_subcommand_from sample' -l onto -r -F -d 'Media file to copy and append to'
 complete -c voxa -n '__fish_seen_subcommand_from sample' -l type -x -a "$types" -d 'Only the stream of this type'
 complete -c voxa -n '__fish_seen_subcommand_from sample' -l seed -x -d 'Same seed, same bytes'
-complete -c voxa -n '__fish_seen_subcommand_from sample' -l force -d 'Replace an existing file'
+complete -c voxa -n '__fish_seen_subcommand_from report plot heatmap sample' -l force -d 'Replace an existing file'
 complete -c voxa -n '__fish_seen_subcommand_from report' -s o -r -F -d 'The page'
-complete -c voxa -n '__fish_seen_subcommand_from report' -l force -d 'Replace an existing page'

@@ -1,0 +1,72 @@
+#include "tools/voxa/Picture.h"
+
+#include <charconv>
+
+#include "host/Kestova/KestovaException.h"
+#include "stats/VOXAStatsLoader.h"
+#include "tools/files/OutputFile.h"
+#include "tools/voxa/Failure.h"
+#include "tools/voxa/Output.h"
+#include "tools/voxa/QuietModule.h"
+
+namespace voxa {
+
+using Kestova::MediaFileStats;
+
+namespace {
+
+std::optional<int> positiveNumber(std::string_view text) {
+  int number = 0;
+  const char* const end = text.data() + text.size();
+  const auto [rest, error] = std::from_chars(text.data(), end, number);
+  if (error != std::errc() || rest != end || number <= 0) return std::nullopt;
+  return number;
+}
+
+}  // namespace
+
+std::optional<formats::ScreenSize> screenSizeOf(const std::string& file,
+                                                const std::string& option) {
+  if (!option.empty()) {
+    const std::size_t x = option.find('x');
+    if (x != std::string::npos) {
+      const auto width = positiveNumber(std::string_view(option).substr(0, x));
+      const auto height = positiveNumber(std::string_view(option).substr(x + 1));
+      if (width && height) return formats::ScreenSize{*width, *height};
+    }
+    throw Failure(Status::WrongUse, "--screen: '" + option + "' is no size; use WxH: 1920x1080");
+  }
+  MediaFileStats stats;
+  try {
+    const QuietModule quiet;
+    VOXAStatsLoader().loadStats(file, &stats);
+  } catch (const Kestova::KestovaException&) {  // no media that states a size
+    return std::nullopt;
+  }
+  for (const auto& track : stats.trackStats()) {
+    const auto& rect = track.rect;
+    if (track.tag == MediaFileStats::ScreenTrack && rect.width > 0 && rect.height > 0) {
+      return formats::ScreenSize{rect.width, rect.height};
+    }
+  }
+  return std::nullopt;
+}
+
+std::string titleOf(const std::string& file) {
+  const std::size_t end = file.find_last_of("/\\");
+  return end == std::string::npos ? file : file.substr(end + 1);
+}
+
+void writeResult(const std::string& out, bool force, std::string_view bytes) {
+  if (out == "-") {
+    Output output;
+    output.write(bytes);
+    output.flush();
+    return;
+  }
+  files::OutputFile file(out, force ? files::Existing::Replace : files::Existing::Refuse);
+  file.write(bytes);
+  file.commit();
+}
+
+}  // namespace voxa

@@ -1,0 +1,34 @@
+#include "tools/formats/Plot.h"
+
+#include "tools/series/RecordStream.h"
+#include "tools/voxa/Commands.h"
+#include "tools/voxa/Picture.h"
+#include "tools/voxa/QuietModule.h"
+#include "tools/voxa/Recording.h"
+
+namespace voxa {
+
+void drawPlot(const PlotOptions& options) {
+  const series::TimeRange range = timeRangeOf(options.times);
+  const auto parser = openRecording(options.file, options.container);
+  const auto streams = chooseStreams(*parser, options.file, options.streams, options.types);
+  formats::Plot plot({titleOf(options.file), screenSizeOf(options.file, options.screen)});
+  std::string damage;
+  for (const ChosenStream& stream : streams) {
+    plot.beginStream(stream.name, stream.type);
+    const QuietModule quiet;
+    try {
+      series::forEachRecord(
+          *parser, stream.id, stream.type, range,
+          [&plot](double seconds, const auto& record) { plot.add(seconds, record); });
+    } catch (const series::DamagedStream& error) {
+      if (damage.empty()) damage = error.message(options.file);
+    }
+  }
+  writeResult(options.out, options.force, plot.svg());
+  if (!damage.empty()) {
+    throw Failure(Status::DamagedData, damage + "; the picture shows the records before");
+  }
+}
+
+}  // namespace voxa

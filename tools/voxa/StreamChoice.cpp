@@ -1,0 +1,102 @@
+#include "tools/voxa/StreamChoice.h"
+
+#include <algorithm>
+#include <boost/uuid/uuid_io.hpp>
+#include <optional>
+#include <stdexcept>
+
+#include "ZRKMetaData/src/MetaDataUUID.h"
+#include "tools/series/Guess.h"
+#include "tools/voxa/Failure.h"
+#include "tools/voxa/Messages.h"
+#include "tools/voxa/NamedTypes.h"
+#include "tools/voxa/QuietModule.h"
+#include "tools/voxa/Rates.h"
+#include "tools/voxa/Recording.h"
+
+namespace voxa {
+
+using series::RecordType;
+using ZRKMetaData::MetaDataParser;
+using ZRKMetaData::MetaDataUUID;
+
+namespace {
+
+std::string nameOf(const MetaDataParser& parser, const boost::uuids::uuid& id) {
+  const std::string key = MetaDataUUID::shortKey(id);
+  const auto& all = parser.locations();
+  const bool isUnique = std::count_if(all.begin(), all.end(), [&key](const auto& other) {
+                          return MetaDataUUID::shortKey(other.first) == key;
+                        }) == 1;
+  return isUnique ? key : boost::uuids::to_string(id);
+}
+
+std::string candidatesOf(const series::Guess& guess) {
+  std::string text;
+  const std::size_t count = std::max<std::size_t>(2, guess.tieCount);
+  for (std::size_t index = 0; index < std::min(count, guess.candidates.size()); ++index) {
+    const auto& candidate = guess.candidates[index];
+    text += std::string("; ") + series::infoOf(candidate.type).name;
+    if (!candidate.reasons.empty()) text += " (" + candidate.reasons.back() + ")";
+  }
+  return text;
+}
+
+}  // namespace
+
+std::vector<ChosenStream> chooseStreams(MetaDataParser& parser, const std::string& file,
+                                        const std::vector<std::string>& names,
+                                        const std::vector<std::string>& types) {
+  const series::NamedTypes named = namedTypes(parser, file, types);
+  std::vector<boost::uuids::uuid> ids;
+  for (const std::string& name : names) {
+    const auto id = findStream(parser, file, name);
+    if (std::find(ids.begin(), ids.end(), id) == ids.end()) ids.push_back(id);
+  }
+  if (names.empty()) {
+    for (const auto& location : parser.locations()) ids.push_back(location.first);
+  }
+  if (ids.empty()) throw Failure(Status::NoSuchStream, file + ": no metadata streams");
+
+  std::vector<ChosenStream> chosen;
+  for (const auto& id : ids) {
+    const std::string name = nameOf(parser, id);
+    if (const auto type = named.find(id); type != named.end()) {
+      chosen.push_back({id, name, type->second});
+      continue;
+    }
+    const series::Guess guess = [&] {
+      const QuietModule quiet;
+      return series::guessRecordType(parser, id);
+    }();
+    if (const auto type = guess.certainType()) {
+      say(file + ": " + name + " read as " + series::infoOf(*type).name +
+          " (guessed; override with --as)");
+      chosen.push_back({id, name, *type});
+      continue;
+    }
+    const std::string doubt = file + ": the record type of " + name + " is not certain" +
+                              candidatesOf(guess) + "; use --as " + name + "=TYPE";
+    if (ids.size() == 1) throw Failure(Status::WrongUse, doubt);
+    say(doubt);
+  }
+  if (chosen.empty()) {
+    throw Failure(Status::WrongUse, file + ": no stream has a certain type; use --as");
+  }
+  return chosen;
+}
+
+series::TimeRange timeRangeOf(const TimeOptions& options) {
+  std::optional<series::FrameRate> rate;
+  if (!options.rate.empty()) rate = parseRate(options.rate);
+  const auto bound = [&rate](const std::string& text) {
+    return text.empty() ? std::nullopt : std::optional(series::parseTime(text, rate));
+  };
+  try {
+    return series::TimeRange(bound(options.from), bound(options.to));
+  } catch (const std::invalid_argument& error) {
+    throw Failure(Status::WrongUse, error.what());
+  }
+}
+
+}  // namespace voxa
