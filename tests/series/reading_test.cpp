@@ -41,7 +41,7 @@ struct FieldNames {
 
 template <class T>
 class Reading : public testing::Test {};
-TYPED_TEST_SUITE(Reading, RecordTypes);
+TYPED_TEST_SUITE(Reading, RecordTypes, RecordTypeNames);
 
 TYPED_TEST(Reading, DeliversTheRangeAndNamesTheFieldsOfTheTable) {
   const auto type = series::recordTypeOf<TypeParam>();
