@@ -1,4 +1,5 @@
-// The body that keyframed parameters share: the keyframes, their rules, and who is told.
+// The shared implementation of keyframed parameters: their keyframes, observers and placement
+// checks.
 #pragma once
 
 #include <atomic>
@@ -13,14 +14,15 @@
 
 namespace Kestova {
 
+struct NextKeyFrame;
 class TextBlock;
 
-/// Locks: see ParameterInterface. The interpolater and the name are left to derived classes.
+/// Locks: see ParameterInterface. Derived classes define the interpolater and the name.
 template <class T>
 class ParameterImpl : public Parameter<T> {
  public:
-  /// Makes an empty parameter. Its keyframes and its own observers belong to `owner`, which may be
-  /// empty; `editRateSource` is not owned and may be null.
+  /// Creates a parameter without keyframes. `owner`, which may be empty, is the project whose lock
+  /// guards the parameter and its keyframes; `editRateSource` is not owned and may be null.
   ParameterImpl(const boost::weak_ptr<const ThreadSafe>& owner, const std::string& identifier,
                 const EditRateSource* editRateSource);
   ~ParameterImpl() override;
@@ -111,19 +113,20 @@ class ParameterImpl : public Parameter<T> {
   void writeKeyFrames(TextBlock& out, const JSONOptions& options, int indent) const;
 
   using Entry = typename KeyFrameMap<T>::const_iterator;
-  using Place = typename KeyFrameMap<T>::Place;
+  using Position = typename KeyFrameMap<T>::Position;
 
   template <class... Called>
   boost::shared_ptr<Parameter<T>> keptAlive(const Called&... called);
 
   [[noreturn]] void refuse(const RationalTime& time) const;
   Entry lookUp(const RationalTime& time) const;
+  bool isAt(Entry entry, const RationalTime& time) const;
   Entry existing(const RationalTime& time) const;
-  bool hasRoom(Entry notBefore, const RationalTime& time, const RationalTime& leadInLength) const;
-  bool hasRoomForLeadIn(Entry notBefore, const RationalTime& time,
-                        const RationalTime& leadInLength) const;
-  void insert(Entry place, const RationalTime& time, KeyFramePointer keyFrame);
-  KeyFramePointer erase(Entry place);
+  Entry existingWithRoom(const RationalTime& time, const RationalTime& leadInLength) const;
+  Entry roomFor(const RationalTime& time, const RationalTime& leadInLength) const;
+  NextKeyFrame neighbour(Entry next) const;
+  void insert(Entry next, const RationalTime& time, KeyFramePointer keyFrame);
+  KeyFramePointer erase(Entry entry);
 
   // Guarded by the project's lock.
   KeyFrameMap<T> m_keyFrames;
@@ -134,9 +137,9 @@ class ParameterImpl : public Parameter<T> {
   Subject m_changeSubject;
   const EditRateSource* m_editRateSource;
 
-  // Where the last look-up ended, for the next one, which is often near. Readers overwrite each
-  // other's, which costs them a search and no more.
-  mutable std::atomic<Place> m_lastPlace{Place{}};
+  // The result of the last lookup, a hint for the next one, which is often near. A hint that
+  // another reader has overwritten only costs a search.
+  mutable std::atomic<Position> m_lastPosition{Position{}};
 };
 
 }  // namespace Kestova
