@@ -108,7 +108,7 @@ class Model {
     const Entry moving = existing(from);
     if (at(to) != nullptr) throw KeyFrameException(to, "");
     Model others = *this;
-    if (from != afterAllTimes()) others.remove(from);  // that time finds the moving keyframe itself
+    if (from != afterAllTimes()) others.remove(from);  // there it is its own neighbour
     if (!others.canAdd(to, moving.leadIn)) throw KeyFrameException(to, "");
     remove(from);
     insert({to, moving.value, moving.leadIn});
@@ -173,11 +173,11 @@ class Machine {
  private:
   RationalTime takeTime() {
     static constexpr int64 kDenominators[] = {1, 1, 1, 2, 3, 7};
-    const auto numerator = static_cast<std::int8_t>(m_input.take<std::uint8_t>());
+    const auto byte = m_input.take<std::uint8_t>();
     const std::uint8_t kind = m_input.take<std::uint8_t>() % 16;
-    if (kind == 14) return beforeAllTimes();
-    if (kind == 15) return afterAllTimes();
-    return {numerator, kDenominators[kind % 6]};
+    if (kind == 14) return RationalTime(beforeAllTimes().numerator() + byte % 8);
+    if (kind == 15) return RationalTime(afterAllTimes().numerator() - byte % 8);
+    return {static_cast<std::int8_t>(byte), kDenominators[kind % 6]};
   }
 
   RationalTime takeLeadIn() {

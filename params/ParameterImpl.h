@@ -57,8 +57,8 @@ class ParameterImpl : public Parameter<T> {
                                        const RationalTime& leadInLength) override;
   T valueAt(const RationalTime& time) const override;
 
-  /// Without keyframes one is added at `time` with lead-in 0. Otherwise the keyframe at exactly
-  /// `time` is set; KestovaException "error" when there is none.
+  /// Without keyframes adds one at `time` with lead-in 0. Otherwise sets the keyframe at exactly
+  /// `time`; throws KestovaException "error" when there is none.
   T setValue(const T& value, const RationalTime& time) override;
   T setValue(const T& value) override;
   boost::shared_ptr<KeyFrame<T>> keyFrameAt(const RationalTime& time) override;
@@ -67,16 +67,16 @@ class ParameterImpl : public Parameter<T> {
   RationalTime firstKeyFrameTime() const override;
   bool isEquivalentTo(const Parameter<T>& other) const override;
 
-  /// Writes the parameter as one member: `leadingText` as it stands, then at `indent` its name,
-  /// without `namePrefix` where it begins with that, and its value. A parameter with the default
-  /// interpolater, no bounds, and no keyframes or a single one without lead-in is written as its
-  /// value alone, unless it is named "toc", "quiz", "captions" or "captionData"; one without
-  /// keyframes then throws the KeyFrameException of `valueAt`. Others are objects with all their
-  /// keyframes. docs/serialisation.md has the text. What is written before a failure stays.
+  /// Writes the parameter as one member: `leadingText` unchanged, then at `indent` its name,
+  /// without a leading `namePrefix`, and its value. A parameter with the default interpolater, no
+  /// bounds, and no keyframes or a single one without lead-in is written as its value alone, unless
+  /// it is named "toc", "quiz", "captions" or "captionData"; without keyframes this throws the
+  /// KeyFrameException of `valueAt`. Other parameters are written as objects with all their
+  /// keyframes. docs/serialisation.md defines the text. Text written before a failure remains.
   void toJSON(const JSONOptions& options, int indent, const std::string& leadingText,
               const std::string& namePrefix) const override;
 
-  /// An extension of the JSON form: writes nothing and returns false.
+  /// Called by `toJSON` for derived classes that add members. Writes nothing and returns false.
   virtual bool writeExtraJSON(const JSONOptions& options, int indent) const;
 
   // Identified
@@ -89,7 +89,7 @@ class ParameterImpl : public Parameter<T> {
   void detach(Observer* observer) override;
   void notify() override;
 
-  // XMLable: the element "Parameter" with the keyframes in time order, if there are any
+  // XMLable: the element "Parameter" with its keyframes in time order
   void xmlElementName(XMLOptions& options) const override;
   void xmlBody(XMLOptions& options, int indent) const override;
 
