@@ -30,7 +30,7 @@ class Chunked {
   }
   const int* find(const RationalTime& time) {
     const auto found = m_map.lowerBound(time, m_last);
-    m_last = found.place();
+    m_last = found.position();
     return found == m_map.end() ? nullptr : found.value().get();
   }
   void remove(const RationalTime& time) { m_map.erase(m_map.lowerBound(time)); }
@@ -38,7 +38,7 @@ class Chunked {
  private:
   using Map = Kestova::ChunkedMap<Value>;
   Map m_map;
-  Map::Place m_last;
+  Map::Position m_last;
 };
 
 template <class Map>

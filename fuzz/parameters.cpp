@@ -1,32 +1,41 @@
-// Operations on a parameter, against a sorted vector that obeys the rules in the plainest way. The
-// input is a program: an operation a byte, its operands behind it.
+// Compares operations on a parameter with a model: a sorted vector that applies each rule by linear
+// search. The input is a program: one byte per operation, followed by its operands.
+#include <algorithm>
 #include <boost/smart_ptr/make_shared.hpp>
-#include <optional>
+#include <boost/smart_ptr/shared_ptr.hpp>
+#include <cstddef>
+#include <cstdint>
 #include <sstream>
+#include <stdexcept>
+#include <string>
+#include <utility>
 #include <vector>
 
 #include "fuzz/Fuzz.h"
 #include "host/Kestova/KeyFrameException.h"
 #include "host/Kestova/ThreadSafe.h"
 #include "params/LeftParameter.h"
+#include "params/TimeLimits.h"
 
 namespace {
 
+using Kestova::afterAllTimes;
+using Kestova::beforeAllTimes;
 using Kestova::int64;
 using Kestova::KeyFrameException;
 using Kestova::RationalTime;
 
-// What an operation came to: its answer as text, or the time of its refusal.
-using Answer = std::string;
-
+// The text that an operation writes, or the exception that it throws.
 template <class Action>
-Answer answerOf(Action action) {
+std::string resultOf(Action action) {
   std::ostringstream text;
   try {
     action(text);
   } catch (const KeyFrameException& refusal) {
     text.str("");
     text << "refused at " << refusal.time();
+  } catch (const std::overflow_error&) {
+    text.str("overflow");
   }
   return text.str();
 }
@@ -37,7 +46,18 @@ struct Entry {
   RationalTime leadIn;
 };
 
-// The rules, each in the plainest way. Times are small, so that nothing overflows.
+// The sign of time - (later - earlier). Exact for 64-bit numerators and denominators that divide
+// 42, as those of `takeTime` and their sums do.
+int compare(const RationalTime& time, const RationalTime& later, const RationalTime& earlier) {
+  using Kestova::int128;
+  const auto scaled = [&](const RationalTime& number) {
+    const int64 scale = time.denominator() * later.denominator() * earlier.denominator();
+    return int128{number.numerator()} * (scale / number.denominator());
+  };
+  const int128 difference = scaled(time) - scaled(later) + scaled(earlier);
+  return (difference > 0) - (difference < 0);
+}
+
 class Model {
  public:
   const Entry* at(const RationalTime& time) const {
@@ -64,12 +84,12 @@ class Model {
 
   bool leadInFits(const RationalTime& time, const RationalTime& leadIn) const {
     const Entry* const previous = before(time);
-    return previous == nullptr || !(previous->time > time - leadIn);
+    return compare(previous != nullptr ? previous->time : beforeAllTimes(), time, leadIn) <= 0;
   }
 
   bool canAdd(const RationalTime& time, const RationalTime& leadIn) const {
     const Entry* const next = after(time);
-    const bool isInside = next != nullptr && time > next->time - next->leadIn;
+    const bool isInside = next != nullptr && compare(time, next->time, next->leadIn) > 0;
     return at(time) == nullptr && !isInside && leadInFits(time, leadIn);
   }
 
@@ -88,7 +108,7 @@ class Model {
     const Entry moving = existing(from);
     if (at(to) != nullptr) throw KeyFrameException(to, "");
     Model others = *this;
-    others.remove(from);
+    if (from != afterAllTimes()) others.remove(from);  // there it is its own neighbour
     if (!others.canAdd(to, moving.leadIn)) throw KeyFrameException(to, "");
     remove(from);
     insert({to, moving.value, moving.leadIn});
@@ -97,7 +117,8 @@ class Model {
   void shift(const RationalTime& offset, int64 divisor) {
     std::vector<Entry> moved;
     for (const Entry& entry : std::vector<Entry>(m_entries)) {
-      if (entry.time.numerator() % divisor == 0) moved.push_back(remove(entry.time));
+      const bool isVisible = entry.time != afterAllTimes();
+      if (isVisible && entry.time.numerator() % divisor == 0) moved.push_back(remove(entry.time));
     }
     for (const Entry& entry : moved) add({entry.time + offset, entry.value, entry.leadIn});
   }
@@ -129,9 +150,9 @@ class Model {
 
  private:
   void insert(const Entry& entry) {
-    auto place = m_entries.begin();
-    while (place != m_entries.end() && place->time < entry.time) ++place;
-    m_entries.insert(place, entry);
+    auto next = m_entries.begin();
+    while (next != m_entries.end() && next->time < entry.time) ++next;
+    m_entries.insert(next, entry);
   }
 
   std::vector<Entry> m_entries;
@@ -152,8 +173,11 @@ class Machine {
  private:
   RationalTime takeTime() {
     static constexpr int64 kDenominators[] = {1, 1, 1, 2, 3, 7};
-    const auto numerator = static_cast<std::int8_t>(m_input.take<std::uint8_t>());
-    return {numerator, kDenominators[m_input.take<std::uint8_t>() % 6]};
+    const auto byte = m_input.take<std::uint8_t>();
+    const std::uint8_t kind = m_input.take<std::uint8_t>() % 16;
+    if (kind == 14) return RationalTime(beforeAllTimes().numerator() + byte % 8);
+    if (kind == 15) return RationalTime(afterAllTimes().numerator() - byte % 8);
+    return {static_cast<std::int8_t>(byte), kDenominators[kind % 6]};
   }
 
   RationalTime takeLeadIn() {
@@ -162,7 +186,7 @@ class Machine {
 
   template <class OnParameter, class OnModel>
   void both(const char* what, OnParameter onParameter, OnModel onModel) {
-    fuzz::require(answerOf(onParameter) == answerOf(onModel), what);
+    fuzz::require(resultOf(onParameter) == resultOf(onModel), what);
   }
 
   void step() {
@@ -272,10 +296,10 @@ class Machine {
           const Entry* const next = m_model.after(time);
           const Entry* const exact = m_model.at(time);
           const Entry* const first = exact != nullptr ? exact : next;
-          out << (previous != nullptr ? previous->time : Kestova::beforeAllTimes()) << " "
-              << (next != nullptr ? next->time : Kestova::afterAllTimes()) << " "
-              << (exact != nullptr) << " " << m_model.canAdd(time, length) << " "
-              << (first != nullptr && first->time <= time + length);
+          out << (previous != nullptr ? previous->time : beforeAllTimes()) << " "
+              << (next != nullptr ? next->time : afterAllTimes()) << " " << (exact != nullptr)
+              << " " << m_model.canAdd(time, length) << " "
+              << (first != nullptr && compare(time, first->time, length) >= 0);
         });
   }
 
@@ -283,29 +307,29 @@ class Machine {
     const auto times = m_parameter->keyFrameTimes();
     fuzz::require(
         times->size() == m_model.entries().size() && times->size() == m_parameter->numKeyFrames(),
-        "both hold as many keyframes");
-    for (std::size_t place = 0; place < times->size(); ++place) {
-      const Entry& entry = m_model.entries()[place];
-      const auto keyFrame = m_parameter->keyFrameAt((*times)[place]);
+        "both have the same number of keyframes");
+    for (std::size_t index = 0; index < times->size(); ++index) {
+      const Entry& entry = m_model.entries()[index];
+      const auto keyFrame = m_parameter->keyFrameAt((*times)[index]);
       fuzz::require(keyFrame->time() == entry.time && keyFrame->value() == entry.value &&
                         keyFrame->leadInLength() == entry.leadIn,
-                    "both hold the same keyframes");
+                    "both have the same keyframes");
     }
   }
 
   void compareCopies() {
     if (m_parameter->numKeyFrames() == 0) return;
     const boost::shared_ptr<Kestova::LeftParameter<int>> copy(m_parameter->clone());
-    fuzz::require(copy->isEquivalentTo(*m_parameter), "a copy is equivalent");
-    fuzz::require(xmlOf(*copy) == xmlOf(*m_parameter), "a copy is written alike");
+    fuzz::require(copy->isEquivalentTo(*m_parameter), "a copy is equivalent to its original");
+    fuzz::require(textOf(*copy) == textOf(*m_parameter), "a copy is written like its original");
   }
 
-  static std::string xmlOf(const Kestova::LeftParameter<int>& parameter) {
-    std::ostringstream out;
-    Kestova::XMLOptions options(out);
-    parameter.toXML(options, 0, "");
-    parameter.toJSON(Kestova::JSONOptions(out), 0, "", "");
-    return out.str();
+  static std::string textOf(const Kestova::LeftParameter<int>& parameter) {
+    return resultOf([&](auto& out) {
+      Kestova::XMLOptions options(out);
+      parameter.toXML(options, 0, "");
+      parameter.toJSON(Kestova::JSONOptions(out), 0, "", "");
+    });
   }
 
   fuzz::Input m_input;
@@ -319,7 +343,7 @@ class Machine {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  constexpr std::size_t kLongEnough = 2000;
-  Machine(fuzz::Input(data, std::min(size, kLongEnough))).run();
+  constexpr std::size_t kMaxProgramSize = 2000;  // each operation compares all keyframes
+  Machine(fuzz::Input(data, std::min(size, kMaxProgramSize))).run();
   return 0;
 }

@@ -1,4 +1,4 @@
-// An observable text: the name of a parameter, or a piece of metadata.
+// An observable value: the name of a parameter, or an item of metadata.
 #pragma once
 
 #include <boost/smart_ptr/weak_ptr.hpp>
@@ -11,8 +11,8 @@
 
 namespace Kestova {
 
-/// Built for std::string. Reading locks the owner's mutex; `setValue` does not: its caller holds
-/// the owner's write lock.
+/// Instantiated for std::string. `value` and `clone` lock the owner's mutex. `setValue` does not:
+/// the caller holds the owner's write lock.
 template <class T>
 class Attribute : public SubProject, public AttributeInterface, public Subject {
  public:
@@ -31,15 +31,15 @@ class Attribute : public SubProject, public AttributeInterface, public Subject {
   /// A copy of the value, read under the lock.
   virtual T value() const;
 
-  /// Sets the value, notifies the observers even when it is the same, and returns the old one.
+  /// Sets the value, notifies the observers even when it is the same, and returns the old value.
   virtual T setValue(const T& newValue);
 
   /// A hook for hosts; does nothing.
   virtual void attributeHook();
 
   // AttributeInterface
-  /// Copies under the lock. There are two Cloneable parts, so the copy is handed out as what has
-  /// one of them.
+  /// Copies under the lock. The caller owns the copy. The return type is AttributeInterface because
+  /// Attribute has two Cloneable bases.
   AttributeInterface* clone() const override;
   /// A copy of the value, without a lock.
   std::string valueString() const override;

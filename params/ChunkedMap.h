@@ -1,13 +1,12 @@
-// An ordered map from exact times to values, made for walking, appending and looking up: times
-// stand side by side in short sorted runs, and so do the last times of all runs. A look-up touches
-// a few cache lines, an insertion moves at most one run.
+// An ordered map from exact times to values, optimised for lookups, iteration and appending. Times
+// are stored in sorted chunks of up to 64, and the last times of all chunks in one array, so that a
+// lookup touches few cache lines and an insertion moves the elements of at most one chunk.
 #pragma once
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
-#include <limits>
 #include <utility>
 
 #include "host/Kestova/RationalTime.h"
@@ -15,18 +14,20 @@
 
 namespace Kestova {
 
-/// Moving a `Value` must not throw. Not synchronised. Every change makes iterators worthless, but a
-/// place that was taken from one may be tried again (`lowerBound`).
+/// Requires: moving a `Value` does not throw. Not synchronised. Every change invalidates iterators,
+/// but the position of an iterator stays valid as a hint for `lowerBound`.
 template <class Value>
 class ChunkedMap {
  public:
-  /// Where an entry stands: one word, so that it can be kept in an atomic.
-  struct alignas(std::uint64_t) Place {
+  /// The position of an entry. Fits in a lock-free atomic.
+  struct alignas(std::uint64_t) Position {
     std::uint32_t chunk = 0;
-    std::uint32_t slot = 0;
+    std::uint32_t index = 0;
 
-    bool operator==(const Place& other) const { return chunk == other.chunk && slot == other.slot; }
-    bool operator!=(const Place& other) const { return !(*this == other); }
+    bool operator==(const Position& other) const {
+      return chunk == other.chunk && index == other.index;
+    }
+    bool operator!=(const Position& other) const { return !(*this == other); }
   };
 
   class const_iterator {
@@ -37,44 +38,44 @@ class ChunkedMap {
     using reference = std::pair<const RationalTime&, const Value&>;
     using pointer = void;
 
-    const RationalTime& time() const { return chunk().times[m_place.slot]; }
-    const Value& value() const { return chunk().values[m_place.slot]; }
+    const RationalTime& time() const { return chunk().times[m_position.index]; }
+    const Value& value() const { return chunk().values[m_position.index]; }
     reference operator*() const { return {time(), value()}; }
-    Place place() const { return m_place; }
+    Position position() const { return m_position; }
 
     const_iterator& operator++() {
-      if (++m_place.slot == chunk().times.size()) m_place = {m_place.chunk + 1, 0};
+      if (++m_position.index == chunk().times.size()) m_position = {m_position.chunk + 1, 0};
       return *this;
     }
     const_iterator& operator--() {
-      if (m_place.slot == 0) {
-        --m_place.chunk;
-        m_place.slot = static_cast<std::uint32_t>(chunk().times.size());
+      if (m_position.index == 0) {
+        --m_position.chunk;
+        m_position.index = static_cast<std::uint32_t>(chunk().times.size());
       }
-      --m_place.slot;
+      --m_position.index;
       return *this;
     }
-    /// The entry before. Requires: this is not the first one.
+    /// The entry before this one. Requires: this is not the first entry.
     const_iterator previous() const {
       const_iterator entry = *this;
       return --entry;
     }
-    bool operator==(const const_iterator& other) const { return m_place == other.m_place; }
-    bool operator!=(const const_iterator& other) const { return m_place != other.m_place; }
+    bool operator==(const const_iterator& other) const { return m_position == other.m_position; }
+    bool operator!=(const const_iterator& other) const { return m_position != other.m_position; }
 
    private:
     friend class ChunkedMap;
-    const_iterator(const ChunkedMap& map, Place place) : m_map(&map), m_place(place) {}
-    const auto& chunk() const { return m_map->m_chunks[m_place.chunk]; }
+    const_iterator(const ChunkedMap& map, Position position) : m_map(&map), m_position(position) {}
+    const auto& chunk() const { return m_map->m_chunks[m_position.chunk]; }
 
     const ChunkedMap* m_map;
-    Place m_place;
+    Position m_position;
   };
 
   bool empty() const { return m_size == 0; }
   std::size_t size() const { return m_size; }
   const_iterator begin() const { return {*this, {}}; }
-  const_iterator end() const { return {*this, endPlace()}; }
+  const_iterator end() const { return at(m_chunks.size(), 0); }
 
   /// The first entry that is not before `time`.
   const_iterator lowerBound(const RationalTime& time) const {
@@ -82,22 +83,22 @@ class ChunkedMap {
     const auto last = std::lower_bound(m_lastTimes.begin(), m_lastTimes.end(), time);
     const auto chunk = last - m_lastTimes.begin();
     const Run<RationalTime>& times = m_chunks[static_cast<std::size_t>(chunk)].times;
-    // The search jumps to and fro in the chunk; its cache lines may as well come side by side.
-    constexpr std::size_t kTimesOfLine = 4;
-    for (std::size_t slot = 0; slot < times.size(); slot += kTimesOfLine) {
-      __builtin_prefetch(times.begin() + slot);
+    // A binary search waits for one cache miss after the other; loading all lines overlaps them.
+    constexpr std::size_t kTimesPerCacheLine = 4;
+    for (std::size_t index = 0; index < times.size(); index += kTimesPerCacheLine) {
+      __builtin_prefetch(times.begin() + index);
     }
     return at(chunk, std::lower_bound(times.begin(), times.end(), time) - times.begin());
   }
 
-  /// The same, quickly when it is at `near` or a few entries behind. `near` may be any place, also
-  /// one of before a change.
-  const_iterator lowerBound(const RationalTime& time, Place near) const {
-    constexpr int kNear = 4;
-    if (near.chunk < m_chunks.size() && near.slot < m_chunks[near.chunk].times.size()) {
-      const_iterator entry(*this, near);
+  /// The same. Takes constant time when the result is at `hint` or at most three entries after it.
+  /// Any position is a valid hint, also one from before a change.
+  const_iterator lowerBound(const RationalTime& time, Position hint) const {
+    constexpr int kMaxComparisons = 4;
+    if (hint.chunk < m_chunks.size() && hint.index < m_chunks[hint.chunk].times.size()) {
+      const_iterator entry(*this, hint);
       if (entry == begin() || entry.previous().time() < time) {
-        for (int step = 0; step < kNear && entry != end(); ++step, ++entry) {
+        for (int count = 0; count < kMaxComparisons && entry != end(); ++count, ++entry) {
           if (!(entry.time() < time)) return entry;
         }
       }
@@ -105,137 +106,130 @@ class ChunkedMap {
     return lowerBound(time);
   }
 
-  /// Puts an entry in front of `place`. Requires: `place` is the lower bound of `time`, which has
-  /// no entry. When memory cannot be had nothing is changed.
-  void insert(const_iterator place, const RationalTime& time, Value value) {
-    const Place spot = roomAt(place.place());
-    Chunk& chunk = m_chunks[spot.chunk];
-    chunk.times.insert(spot.slot, time);
-    chunk.values.insert(spot.slot, std::move(value));
-    m_lastTimes[spot.chunk] = chunk.times.back();
+  /// Inserts an entry before `next`. Requires: `next` is the lower bound of `time`, which has no
+  /// entry. When an allocation fails, nothing is changed.
+  void insert(const_iterator next, const RationalTime& time, Value value) {
+    const auto [number, index] = reserveBefore(next.position());
+    Chunk& chunk = m_chunks[number];
+    chunk.times.insert(index, time);
+    chunk.values.insert(index, std::move(value));
+    m_lastTimes[number] = chunk.times.back();
     ++m_size;
   }
 
-  /// Takes the entry at `place`, which is not the end, out and returns its value.
-  Value erase(const_iterator place) {
-    const auto [number, slot] = place.place();
+  /// Removes an entry and returns its value. Requires: `entry` is not the end.
+  Value erase(const_iterator entry) {
+    const auto [number, index] = entry.position();
     Chunk& chunk = m_chunks[number];
-    Value erased = std::move(chunk.values[slot]);
-    chunk.times.erase(slot);
-    chunk.values.erase(slot);
+    Value erased = std::move(chunk.values[index]);
+    chunk.times.erase(index);
+    chunk.values.erase(index);
     --m_size;
     if (chunk.times.empty()) {
-      dropChunk(number);
+      eraseChunk(number);
     } else {
       m_lastTimes[number] = chunk.times.back();
-      if (number != 0) joinIfSmall(number - 1U);
+      if (number != 0) mergeIfSmall(number - 1U);
     }
     return erased;
   }
 
-  /// Puts `value` in the place of the value there, which is returned.
-  Value exchange(const_iterator place, Value value) {
-    const auto [number, slot] = place.place();
-    return std::exchange(m_chunks[number].values[slot], std::move(value));
+  /// Replaces the value of an entry and returns the previous value.
+  Value exchange(const_iterator entry, Value value) {
+    const auto [number, index] = entry.position();
+    return std::exchange(m_chunks[number].values[index], std::move(value));
   }
 
  private:
-  static constexpr std::size_t kCapacity = 64;  // entries of a chunk
+  static constexpr std::size_t kMaxChunkSize =
+      64;  // bounds what an insertion moves: 1 KiB of times
 
   struct Chunk {
     Run<RationalTime> times;
     Run<Value> values;
   };
 
-  template <class Chunks, class Slots>
-  const_iterator at(Chunks chunk, Slots slot) const {
-    return {*this, {static_cast<std::uint32_t>(chunk), static_cast<std::uint32_t>(slot)}};
+  template <class Number, class Index>
+  const_iterator at(Number chunk, Index index) const {
+    return {*this, {static_cast<std::uint32_t>(chunk), static_cast<std::uint32_t>(index)}};
   }
 
-  Place endPlace() const { return {static_cast<std::uint32_t>(m_chunks.size()), 0}; }
-
-  // Where an entry that belongs in front of `place` can be put without allocating any more.
-  Place roomAt(Place place) {
-    if (place.slot == 0 && place.chunk != 0) {  // then behind the one before will do
-      const std::uint32_t before = place.chunk - 1;
+  // Allocates space for one more entry before `next`; returns the position at which to insert it.
+  Position reserveBefore(Position next) {
+    if (next.index == 0 && next.chunk != 0) {  // the end of the previous chunk is equivalent
+      const std::uint32_t before = next.chunk - 1;
       const std::size_t size = m_chunks[before].times.size();
-      if (size < kCapacity) {
-        growFor(m_chunks[before]);
+      if (size < kMaxChunkSize) {
+        reserveOneMore(m_chunks[before]);
         return {before, static_cast<std::uint32_t>(size)};
       }
     }
-    const bool isBetween = place.chunk == m_chunks.size() ||
-                           (place.slot == 0 && m_chunks[place.chunk].times.size() == kCapacity);
+    const bool isBetween = next.chunk == m_chunks.size() ||
+                           (next.index == 0 && m_chunks[next.chunk].times.size() == kMaxChunkSize);
     if (isBetween) {
-      addChunk(place.chunk);
-    } else if (m_chunks[place.chunk].times.size() == kCapacity) {
-      place = split(place);
+      insertChunk(next.chunk);
+    } else if (m_chunks[next.chunk].times.size() == kMaxChunkSize) {
+      next = split(next);
     }
-    growFor(m_chunks[place.chunk]);
-    return place;
+    reserveOneMore(m_chunks[next.chunk]);
+    return next;
   }
 
-  static void growFor(Chunk& chunk) {
-    chunk.times.makeRoom(kCapacity);
-    chunk.values.makeRoom(kCapacity);
+  static void reserveOneMore(Chunk& chunk) {
+    chunk.times.reserveOneMore(kMaxChunkSize);
+    chunk.values.reserveOneMore(kMaxChunkSize);
   }
 
-  // A chunk beside others will be filled; the first one may stay small.
-  Chunk newChunk() const {
+  // The only chunk of a map may stay small; others are expected to fill.
+  void insertChunk(std::size_t number) {
     Chunk chunk;
-    const std::size_t room = m_chunks.empty() ? 1 : kCapacity;
-    chunk.times.reserve(room);
-    chunk.values.reserve(room);
-    return chunk;
-  }
-
-  void addChunk(std::size_t number) {
-    Chunk chunk = newChunk();
-    constexpr std::size_t kAny = std::numeric_limits<std::uint32_t>::max();
-    m_lastTimes.makeRoom(kAny);
-    m_chunks.makeRoom(kAny);
+    const std::size_t capacity = m_chunks.empty() ? 1 : kMaxChunkSize;
+    chunk.times.reserve(capacity);
+    chunk.values.reserve(capacity);
+    m_lastTimes.reserveOneMore();
+    m_chunks.reserveOneMore();
     m_chunks.insert(number, std::move(chunk));
     m_lastTimes.insert(number, RationalTime());
   }
 
-  // Moves the second half of a full chunk to a new one behind it; returns where `place` is now.
-  Place split(Place place) {
-    constexpr std::uint32_t kHalf = kCapacity / 2;
-    addChunk(place.chunk + 1U);
-    Chunk& full = m_chunks[place.chunk];
-    moveEnd(full, kHalf, m_chunks[place.chunk + 1U]);
-    m_lastTimes[place.chunk + 1U] = m_lastTimes[place.chunk];
-    m_lastTimes[place.chunk] = full.times.back();
-    if (place.slot <= kHalf) return place;
-    return {place.chunk + 1, place.slot - kHalf};
+  void eraseChunk(std::size_t number) {
+    m_chunks.erase(number);
+    m_lastTimes.erase(number);
   }
 
-  static void moveEnd(Chunk& from, std::size_t first, Chunk& to) {
-    for (std::size_t slot = first; slot < from.times.size(); ++slot) {
-      to.times.insert(to.times.size(), from.times[slot]);
-      to.values.insert(to.values.size(), std::move(from.values[slot]));
+  // Moves the second half of a full chunk to a new chunk; returns the new position of `entry`.
+  Position split(Position entry) {
+    constexpr std::uint32_t kHalf = kMaxChunkSize / 2;
+    insertChunk(entry.chunk + 1U);
+    Chunk& full = m_chunks[entry.chunk];
+    moveTail(full, kHalf, m_chunks[entry.chunk + 1U]);
+    m_lastTimes[entry.chunk + 1U] = m_lastTimes[entry.chunk];
+    m_lastTimes[entry.chunk] = full.times.back();
+    if (entry.index <= kHalf) return entry;
+    return {entry.chunk + 1, entry.index - kHalf};
+  }
+
+  static void moveTail(Chunk& from, std::size_t first, Chunk& to) {
+    for (std::size_t index = first; index < from.times.size(); ++index) {
+      to.times.insert(to.times.size(), from.times[index]);
+      to.values.insert(to.values.size(), std::move(from.values[index]));
     }
     from.times.truncate(first);
     from.values.truncate(first);
   }
 
-  void dropChunk(std::size_t number) {
-    m_chunks.erase(number);
-    m_lastTimes.erase(number);
-  }
-
-  // Two neighbours that are nearly empty become one, where that needs no memory.
-  void joinIfSmall(std::size_t number) {
+  // Merges a chunk with the next one when together they fill at most half a chunk and need no
+  // allocation.
+  void mergeIfSmall(std::size_t number) {
     Chunk& left = m_chunks[number];
     Chunk& right = m_chunks[number + 1];
-    const std::size_t together = left.times.size() + right.times.size();
-    if (together > kCapacity / 2 || left.times.capacity() < together ||
-        left.values.capacity() < together) {
+    const std::size_t size = left.times.size() + right.times.size();
+    if (size > kMaxChunkSize / 2 || left.times.capacity() < size || left.values.capacity() < size) {
       return;
     }
-    moveEnd(right, 0, left);
+    moveTail(right, 0, left);
     m_lastTimes[number] = left.times.back();
-    dropChunk(number + 1);
+    eraseChunk(number + 1);
   }
 
   Run<Chunk> m_chunks;            // none is empty

@@ -1,4 +1,4 @@
-// A value at a time.
+// A keyframe: a value at a time.
 #pragma once
 
 #include <boost/smart_ptr/shared_ptr.hpp>
@@ -12,12 +12,12 @@
 
 namespace Kestova {
 
-/// Built for the eight value types. Reading takes no lock; who changes a keyframe of a parameter
-/// holds the project's write lock. A keyframe notifies its own observers when its time, value,
-/// lead-in or interpolater is set to something different.
+/// Instantiated for the eight value types. Reading takes no lock; to change a keyframe of a
+/// parameter, the caller holds the project's write lock. A keyframe notifies its observers when its
+/// time, value, lead-in or interpolater is set to something different.
 ///
-/// What is read of a keyframe is inline and everything else virtual, so that a host can use it
-/// without linking to the body.
+/// Accessors are inline and everything else is virtual, so that a host can use a keyframe without
+/// linking to its implementation.
 template <class T>
 class KeyFrame : public SubProject, public Subject {
  public:
@@ -30,15 +30,15 @@ class KeyFrame : public SubProject, public Subject {
   KeyFrame& operator=(const KeyFrame&) = delete;
   ~KeyFrame() override;
 
-  // In the unit of the parameter. The references are good until the next change.
+  // Times are in the unit of the parameter. The references are valid as long as the keyframe.
   const RationalTime& time() const { return m_time; }
   const T& value() const { return m_value; }
 
   /// The span before the time that belongs to this keyframe: the transition into it.
   const RationalTime& leadInLength() const { return m_leadInLength; }
 
-  /// Null unless the keyframe has an interpolater of its own, which then rules the interval that
-  /// ends here.
+  /// The keyframe's own interpolater, which replaces that of the parameter for the interval that
+  /// ends here. Usually null.
   const boost::shared_ptr<Interpolater<T>>& interpolater() const { return m_interpolater; }
 
   // SubProject
@@ -46,11 +46,11 @@ class KeyFrame : public SubProject, public Subject {
   void interfaceHook() override;
   bool interfaceQuery() const override;
 
-  /// Requires: the keyframe is in no parameter, whose map it would break; `moveKeyFrame` of the
-  /// parameter moves those.
+  /// Requires: the keyframe is in no parameter, because the change would break the order of the
+  /// parameter's map. Use `moveKeyFrame` of the parameter instead.
   virtual void setTime(const RationalTime& time);
 
-  /// Sets what `verifyValue` makes of `value`. Equality is ==, so that NaN differs from NaN.
+  /// Sets `verifyValue(value)`. Compares with ==, so that setting NaN always notifies.
   virtual void setValue(const T& value);
 
   virtual void setLeadInLength(const RationalTime& leadInLength);
@@ -62,8 +62,8 @@ class KeyFrame : public SubProject, public Subject {
   /// Takes no lock. The caller owns the copy.
   KeyFrame* clone() const override;
 
-  // XMLable: the element "Keyframe" with time, value and lead-in, and its metadata inside. The run
-  // of attributes begins and ends with a space of its own; that is part of the form.
+  // XMLable: the element "Keyframe" with time, value and lead-in, and its metadata inside. The
+  // attribute text starts and ends with a space; readers of the format depend on its exact bytes.
   void xmlElementName(XMLOptions& options) const override;
   void xmlAttributes(XMLOptions& options) const override;
   void xmlBody(XMLOptions& options, int indent) const override;

@@ -1,15 +1,15 @@
-// A parameter whose values hold until the next keyframe: what every loaded stream becomes.
+// A parameter whose value holds until the next keyframe. Every stream is loaded into one.
 #pragma once
 
 #include "params/ParameterImpl.h"
 
 namespace Kestova {
 
-/// Built for the eight value types. Its interpolater is the step and cannot be replaced, neither
-/// for the parameter nor for one of its keyframes.
+/// Instantiated for the eight value types. Its step interpolater cannot be replaced, neither for
+/// the parameter nor for one of its keyframes.
 ///
-/// `setValue(value, time)` writes to the keyframe in force just before `time`, although `valueAt`
-/// of a keyframe's own time gives that keyframe's value:
+/// `setValue(value, time)` writes to the keyframe whose value holds just before `time`, although
+/// `valueAt` a keyframe's time returns that keyframe's value:
 ///
 ///   no keyframes                       adds one at `time` with lead-in 0
 ///   at or before the first keyframe    writes to the first
@@ -32,8 +32,8 @@ class LeftParameter : public ParameterImpl<T> {
   void accept(ParameterVisitor& visitor) override;
   void accept(ConstParameterVisitor& visitor) const override;
 
-  // Parameter. A keyframe with an interpolater of its own is refused with a KeyFrameException at
-  // its time and an empty message.
+  // Parameter. A keyframe with an interpolater of its own throws KeyFrameException at its time,
+  // with an empty message.
   void addKeyFrame(const boost::shared_ptr<KeyFrame<T>>& keyFrame) override;
   using ParameterImpl<T>::addKeyFrame;
   boost::shared_ptr<KeyFrame<T>> replaceKeyFrame(

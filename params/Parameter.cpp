@@ -3,7 +3,7 @@
 #include <stdexcept>
 
 #include "host/Kestova/KeyFrameListener.h"
-#include "params/PlacementRules.h"
+#include "params/Placement.h"
 
 namespace Kestova {
 
@@ -49,12 +49,13 @@ bool Parameter<T>::isOccupied(const RationalTime& time) const {
   if (this->keyFrameExists(time)) return true;
   const RationalTime next = this->nextKeyFrameTime(time);
   if (!this->keyFrameExists(next)) return false;
-  return isInsideLeadIn(time, next, this->keyFrameAt(next)->leadInLength());
+  const RationalTime leadIn = this->keyFrameAt(next)->leadInLength();
+  return !fitsBetween(beforeAllTimes(), {next, leadIn}, time, RationalTime(0));
 }
 
 template <class T>
 bool Parameter<T>::leadInFits(const RationalTime& time, const RationalTime& leadInLength) const {
-  return !reachesPast(this->previousKeyFrameTime(time), time, leadInLength);
+  return fitsBetween(this->previousKeyFrameTime(time), NextKeyFrame(), time, leadInLength);
 }
 
 template <class T>
@@ -93,7 +94,7 @@ void Parameter<T>::setUiHints(const boost::shared_ptr<UiHints>& hints) {
   m_uiHints = hints;
 }
 
-// Without listeners the time, which may lie in a keyframe long out of the cache, is not looked at.
+// Without listeners `time` is not read, because its keyframe may be a cache miss.
 template <class T>
 void Parameter<T>::announceAdded(const RationalTime& time) {
   if (hasKeyFrameListeners()) announce(&KeyFrameListener::keyFrameAdded, time);
@@ -104,7 +105,7 @@ void Parameter<T>::announceRemoved(const RationalTime& time) {
   if (hasKeyFrameListeners()) announce(&KeyFrameListener::keyFrameRemoved, time);
 }
 
-// The time is a copy: a listener may free the keyframe that it came from.
+// `time` is a copy: a listener may free the keyframe that it belongs to.
 template <class T>
 void Parameter<T>::announce(Announcement announcement, RationalTime time) {
   const boost::shared_ptr<ParameterInterface> self = this->shared_from_this();

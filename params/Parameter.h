@@ -1,4 +1,4 @@
-// A keyframed parameter with values of one type, as its users see it.
+// The interface of a keyframed parameter with values of one type.
 #pragma once
 
 #include <boost/smart_ptr/enable_shared_from_this.hpp>
@@ -18,22 +18,22 @@ namespace Kestova {
 
 class KeyFrameListener;
 
-/// Built for the eight value types. Locks and the order of the operations: see ParameterInterface.
-/// KeyFrameException carries the time in question and the parameter's name; nothing is changed
-/// before a check fails.
+/// Instantiated for the eight value types. Locks and the order of the operations: see
+/// ParameterInterface. A KeyFrameException carries the time that was refused and the parameter's
+/// name; an operation that throws it has changed nothing, unless it says otherwise.
 ///
 /// An observer or listener may drop the last reference to the parameter. The operation that calls
 /// it holds its own reference: it completes, calls the others, and the parameter is destroyed when
-/// the operation returns. Requires: a parameter that no shared pointer owns, or whose observer
-/// another thread attached meanwhile, is not destroyed during an operation.
+/// the operation returns. Requires: a parameter that no shared pointer owns, or to which another
+/// thread attaches an observer during the operation, is not destroyed during it.
 ///
-/// Placement of keyframes: a time is taken when a keyframe has it, or when it lies strictly inside
-/// the lead-in of the next keyframe; a lead-in may reach back to the time of the previous keyframe,
-/// not past it.
+/// Placement of keyframes: a time is occupied when a keyframe has it or when it is strictly inside
+/// the lead-in of the next keyframe. A lead-in may reach back to the time of the previous keyframe
+/// but not past it.
 ///
 ///   with keyframes at 10 (lead-in 0) and 20 (lead-in 4)
-///     add at 10 or 20          refused: taken
-///     add at 16, lead-in 0     fits: where the lead-in of 20 begins
+///     add at 10 or 20          refused: occupied
+///     add at 16, lead-in 0     fits: the start of the lead-in of 20
 ///     add at 17, lead-in 0     refused: inside the lead-in of 20
 ///     add at 15, lead-in 5     fits: reaches 10 exactly
 ///     add at 15, lead-in 6     refused: reaches past 10
@@ -44,76 +44,78 @@ class Parameter : public ParameterInterface,
  public:
   ~Parameter() override;
 
-  /// Listeners are told of keyframes that are added and removed, in order of joining, after the
-  /// observers. They are not owned. One that is added twice is called twice; removing takes both.
+  /// Listeners are called when a keyframe is added or removed, after the observers and in the order
+  /// in which they were added. They are not owned. A listener that is added twice is called twice;
+  /// removing it removes both.
   virtual void addKeyFrameListener(KeyFrameListener* listener);
   virtual void removeKeyFrameListener(KeyFrameListener* listener);
 
-  /// Writes the parameter as a JSON member. This one throws std::runtime_error: a class that can
-  /// be written overrides it.
+  /// Writes the parameter as a JSON member. The default throws std::runtime_error.
   virtual void toJSON(const JSONOptions& options, int indent, const std::string& leadingText,
                       const std::string& namePrefix) const;
   virtual bool isSerializable() const;
 
-  /// Puts a made keyframe in its place. Requires: not null, in no parameter.
+  /// Adds a keyframe. Requires: it is not null and in no parameter. Throws KeyFrameException when
+  /// it does not fit.
   virtual void addKeyFrame(const boost::shared_ptr<KeyFrame<T>>& keyFrame) = 0;
 
-  /// Makes a keyframe and puts it in its place.
+  /// Creates and adds a keyframe. Throws KeyFrameException when it does not fit.
   virtual void addKeyFrame(const RationalTime& time, const T& value,
                            const RationalTime& leadInLength) = 0;
 
-  /// Puts `keyFrame`, whose time becomes `time`, in the place of the one at `time`, which is
-  /// returned. Throws KeyFrameException when none is there or the new lead-in does not fit.
+  /// Replaces the keyframe at `time` with `keyFrame`, sets the time of `keyFrame` to `time`, and
+  /// returns the old keyframe. Throws KeyFrameException when there is none or when the new lead-in
+  /// does not fit.
   virtual boost::shared_ptr<KeyFrame<T>> replaceKeyFrame(
       const RationalTime& time, const boost::shared_ptr<KeyFrame<T>>& keyFrame) = 0;
 
-  /// Both set the value of a keyframe and return the previous one. The keyframe is notified when
-  /// the value differs, the parameter in any case. They throw KeyFrameException when no keyframe
-  /// is at the time.
+  /// Sets the value of a keyframe and returns the previous value. The keyframe notifies its
+  /// observers when the value differs, the parameter always. Throws KeyFrameException when there is
+  /// no keyframe at the time.
   virtual T setKeyFrameValue(const boost::shared_ptr<KeyFrame<T>>& keyFrame, const T& value) = 0;
   virtual T setKeyFrameValue(const RationalTime& time, const T& value) = 0;
 
-  /// Takes the keyframe out and returns it. Throws KeyFrameException when none is there.
+  /// Removes a keyframe and returns it. Throws KeyFrameException when there is none.
   virtual boost::shared_ptr<KeyFrame<T>> removeKeyFrame(const RationalTime& time) = 0;
 
-  /// Returns the previous lead-in. Throws KeyFrameException when no keyframe is there or the new
-  /// lead-in would reach past the previous keyframe.
+  /// Sets the lead-in of a keyframe and returns the previous one. Throws KeyFrameException when
+  /// there is no keyframe or when the new lead-in would reach past the previous keyframe.
   virtual RationalTime setKeyFrameLeadInLength(const RationalTime& time,
                                                const RationalTime& leadInLength) = 0;
 
-  /// The value at any time; without keyframes KeyFrameException at 0. (read lock)
+  /// The value at any time. Throws KeyFrameException at 0 without keyframes. (read lock)
   ///
   ///   at or before the first keyframe         its value
-  ///   at or after the last, or only one       its value
+  ///   at or after the last keyframe           its value
   ///   at a keyframe                           its value
   ///   between, less than one frame before     the later value (with an edit-rate source only)
-  ///   between                                 what the interpolater makes of both; the later
-  ///                                           keyframe's own one, if it has one
+  ///   between                                 interpolated from both values, by the later
+  ///                                           keyframe's own interpolater if it has one
   virtual T valueAt(const RationalTime& time) const = 0;
 
-  /// Sets the value at a time, or at 0. Which keyframe that is, the class says. Returns the
-  /// previous value of the keyframe, T() when one was added.
+  /// Sets the value at a time, or at 0. The class defines which keyframe is written. Returns the
+  /// previous value of that keyframe, or T() when one was added.
   virtual T setValue(const T& value, const RationalTime& time) = 0;
   virtual T setValue(const T& value) = 0;
 
   virtual boost::shared_ptr<Interpolater<T>> interpolater() const = 0;
 
-  /// Returns the one before.
+  /// Returns the previous interpolater.
   virtual boost::shared_ptr<Interpolater<T>> setInterpolater(
       const boost::shared_ptr<Interpolater<T>>& interpolater) = 0;
   virtual boost::shared_ptr<Interpolater<T>> defaultInterpolater() const = 0;
 
-  /// The keyframe with exactly this time; KeyFrameException if none. (read lock)
+  /// The keyframe at exactly this time. Throws KeyFrameException when there is none. (read lock)
   virtual boost::shared_ptr<KeyFrame<T>> keyFrameAt(const RationalTime& time) = 0;
   virtual boost::shared_ptr<const KeyFrame<T>> keyFrameAt(const RationalTime& time) const = 0;
 
-  /// True when a keyframe lies in `range`, both ends included. (read lock)
+  /// True when there is a keyframe in `range`, both ends included. (read lock)
   virtual bool hasKeyFrameIn(const Range<RationalTime>& range) const = 0;
 
   /// INT64_MAX when there is none. (read lock)
   virtual RationalTime firstKeyFrameTime() const = 0;
 
-  // The placement rules above. Exact, and they never throw.
+  // The placement rules above. Exact; never throw.
   virtual bool isOccupied(const RationalTime& time) const;
   virtual bool leadInFits(const RationalTime& time, const RationalTime& leadInLength) const;
   virtual bool canAddKeyFrame(const RationalTime& time, const RationalTime& leadInLength) const;
@@ -142,7 +144,7 @@ class Parameter : public ParameterInterface,
 
   bool hasKeyFrameListeners() const { return !m_keyFrameListeners.empty(); }
 
-  /// Tell the listeners. Without any, the parameter need not be owned by a shared pointer.
+  /// Calls the listeners. Requires: a shared pointer owns the parameter, or there are no listeners.
   void announceAdded(const RationalTime& time);
   void announceRemoved(const RationalTime& time);
 

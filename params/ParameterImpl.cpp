@@ -11,7 +11,7 @@
 #include "host/Kestova/TextBlock.h"
 #include "host/Kestova/ThreadSafe.h"
 #include "params/ParameterIterator.h"
-#include "params/PlacementRules.h"
+#include "params/Placement.h"
 #include "params/ValueTraits.h"
 
 namespace Kestova {
@@ -60,7 +60,7 @@ Range<RationalTime> ParameterImpl<T>::keyFrameRange() const {
 template <class T>
 void ParameterImpl<T>::shiftKeyFrames(const RationalTime& offset,
                                       const std::function<bool(const RationalTime&)>& predicate) {
-  const auto self = this->weak_from_this().lock();  // the predicate may drop the parameter as well
+  const auto self = this->weak_from_this().lock();  // the predicate may drop the last reference
   auto batch = m_changeSubject.disableNotifies();
   std::vector<KeyFramePointer> moved;
   for (ParameterIterator<T> at(*this); !at.atEnd(); at.next()) {
@@ -68,7 +68,7 @@ void ParameterImpl<T>::shiftKeyFrames(const RationalTime& offset,
   }
   for (KeyFramePointer& keyFrame : moved) {
     this->addKeyFrame(keyFrame->time() + offset, keyFrame->value(), keyFrame->leadInLength());
-    keyFrame.reset();  // the next one gets its memory
+    keyFrame.reset();  // frees its memory for the next one
   }
   batch.release();
   this->notify();
@@ -91,22 +91,22 @@ boost::shared_ptr<std::vector<RationalTime>> ParameterImpl<T>::keyFrameTimes() c
 
 template <class T>
 void ParameterImpl<T>::moveKeyFrame(const RationalTime& from, const RationalTime& to) {
-  const KeyFramePointer keyFrame = existing(from).value();
+  const Entry moving = existing(from);
+  const KeyFramePointer keyFrame = moving.value();
   const auto self = keptAlive(*keyFrame);
-  if (this->keyFrameExists(to)) refuse(to);
+  const Entry notBefore = lookUp(to);
+  if (isAt(notBefore, to)) refuse(to);
 
-  RationalTime next = this->nextKeyFrameTime(to);
-  if (next == from) next = this->nextKeyFrameTime(next);
-  if (this->keyFrameExists(next) &&
-      isInsideLeadIn(to, next, this->keyFrameAt(next)->leadInLength())) {
-    refuse(to);
-  }
-  RationalTime previous = this->previousKeyFrameTime(to);
-  if (previous == from) previous = this->previousKeyFrameTime(from);
-  if (reachesPast(previous, to, keyFrame->leadInLength())) refuse(to);
+  // The moving keyframe is not its own neighbour, except from INT64_MAX, where the time that
+  // stands for "none" leads to it again.
+  RationalTime previous = m_mapUtil.previousTime(m_keyFrames, notBefore);
+  if (previous == from) previous = m_mapUtil.previousTime(m_keyFrames, moving);
+  Entry next = notBefore;
+  if (next == moving && from != afterAllTimes()) ++next;
+  if (!fitsBetween(previous, neighbour(next), to, keyFrame->leadInLength())) refuse(to);
 
-  const RationalTime target = to;  // `to` may be the time of the keyframe that is about to change
-  insert(lookUp(target), target, keyFrame);
+  const RationalTime target = to;  // a copy: `to` may refer to the time of the moving keyframe
+  insert(notBefore, target, keyFrame);
   erase(lookUp(from));
   keyFrame->setTime(target);
   this->notify();
@@ -127,8 +127,7 @@ RationalTime ParameterImpl<T>::nextKeyFrameTime(const RationalTime& time) const 
 template <class T>
 bool ParameterImpl<T>::keyFrameExists(const RationalTime& time) const {
   const ReadLock lock(lockOf(m_owner));
-  const Entry found = lookUp(time);
-  return found != m_keyFrames.end() && found.time() == time;
+  return isAt(lookUp(time), time);
 }
 
 template <class T>
@@ -147,9 +146,7 @@ void ParameterImpl<T>::setEditRateSource(const EditRateSource* source) {
 template <class T>
 void ParameterImpl<T>::addKeyFrame(const KeyFramePointer& keyFrame) {
   const RationalTime time = keyFrame->time();
-  const Entry place = m_keyFrames.lowerBound(time);
-  if (!hasRoom(place, time, keyFrame->leadInLength())) refuse(time);
-  insert(place, time, keyFrame);
+  insert(roomFor(time, keyFrame->leadInLength()), time, keyFrame);
   const auto self = keptAlive();
   this->notify();
   this->announceAdded(time);
@@ -158,11 +155,10 @@ void ParameterImpl<T>::addKeyFrame(const KeyFramePointer& keyFrame) {
 template <class T>
 void ParameterImpl<T>::addKeyFrame(const RationalTime& time, const T& value,
                                    const RationalTime& leadInLength) {
-  const Entry place = m_keyFrames.lowerBound(time);
-  if (!hasRoom(place, time, leadInLength)) refuse(time);
-  insert(place, time, boost::make_shared<KeyFrame<T>>(m_owner, time, value, leadInLength));
+  const Entry next = roomFor(time, leadInLength);
+  insert(next, time, boost::make_shared<KeyFrame<T>>(m_owner, time, value, leadInLength));
   const auto self = keptAlive();
-  const RationalTime added = time;  // `time` may belong to a keyframe that an observer frees
+  const RationalTime added = time;  // a copy: an observer may free the keyframe of `time`
   this->notify();
   this->announceAdded(added);
 }
@@ -170,16 +166,15 @@ void ParameterImpl<T>::addKeyFrame(const RationalTime& time, const T& value,
 template <class T>
 boost::shared_ptr<KeyFrame<T>> ParameterImpl<T>::replaceKeyFrame(const RationalTime& time,
                                                                  const KeyFramePointer& keyFrame) {
-  const Entry place = existing(time);
-  if (!hasRoomForLeadIn(place, time, keyFrame->leadInLength())) refuse(time);
-  const RationalTime placeTime = place.time();
-  KeyFramePointer old = m_keyFrames.exchange(place, keyFrame);
+  const Entry replaced = existingWithRoom(time, keyFrame->leadInLength());
+  const RationalTime target = replaced.time();
+  KeyFramePointer old = m_keyFrames.exchange(replaced, keyFrame);
   const RationalTime oldTime = old->time();
   const auto self = keptAlive(*keyFrame);
-  keyFrame->setTime(placeTime);
+  keyFrame->setTime(target);
   this->notify();
   this->announceRemoved(oldTime);
-  this->announceAdded(placeTime);
+  this->announceAdded(target);
   return old;
 }
 
@@ -210,10 +205,8 @@ boost::shared_ptr<KeyFrame<T>> ParameterImpl<T>::removeKeyFrame(const RationalTi
 template <class T>
 RationalTime ParameterImpl<T>::setKeyFrameLeadInLength(const RationalTime& time,
                                                        const RationalTime& leadInLength) {
-  const Entry place = existing(time);
-  if (!hasRoomForLeadIn(place, time, leadInLength)) refuse(time);
-  // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): an observer may take it out
-  const KeyFramePointer keyFrame = place.value();
+  // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): an observer may remove it
+  const KeyFramePointer keyFrame = existingWithRoom(time, leadInLength).value();
   const auto self = keptAlive(*keyFrame);
   const RationalTime old = keyFrame->leadInLength();
   keyFrame->setLeadInLength(leadInLength);
@@ -444,8 +437,8 @@ MetaDataMap* ParameterImpl<T>::metaDataMap() const {
   return m_metaData.get();
 }
 
-// A reference to this parameter for the rest of an operation that calls observers of the parameter
-// and of `called`, any of which may drop the last one. Without observers and listeners it is null,
+// A reference to this parameter for the rest of an operation, because the observers of the
+// parameter and of `called` may drop the last one. Null when there are no observers and listeners,
 // which saves two atomic operations per change.
 template <class T>
 template <class... Called>
@@ -460,50 +453,64 @@ void ParameterImpl<T>::refuse(const RationalTime& time) const {
   throw KeyFrameException(time, this->name());
 }
 
-// The first keyframe that is not before `time`. The caller of all that follows holds a lock.
+// The lower bound of `time`. The caller of this and of all functions below holds the lock.
 template <class T>
 typename ParameterImpl<T>::Entry ParameterImpl<T>::lookUp(const RationalTime& time) const {
-  const Place near = m_lastPlace.load(std::memory_order_relaxed);
-  const Entry found = m_keyFrames.lowerBound(time, near);
-  if (found.place() != near) m_lastPlace.store(found.place(), std::memory_order_relaxed);
+  const Position hint = m_lastPosition.load(std::memory_order_relaxed);
+  const Entry found = m_keyFrames.lowerBound(time, hint);
+  if (found.position() != hint) m_lastPosition.store(found.position(), std::memory_order_relaxed);
   return found;
+}
+
+template <class T>
+bool ParameterImpl<T>::isAt(Entry entry, const RationalTime& time) const {
+  return entry != m_keyFrames.end() && entry.time() == time;
 }
 
 template <class T>
 typename ParameterImpl<T>::Entry ParameterImpl<T>::existing(const RationalTime& time) const {
   const Entry found = lookUp(time);
-  if (found == m_keyFrames.end() || found.time() != time) refuse(time);
+  if (!isAt(found, time)) refuse(time);
   return found;
 }
 
-// What `canAddKeyFrame` answers, where `notBefore` is the lower bound of `time`.
+// The keyframe at `time`. Throws when a new lead-in does not fit.
 template <class T>
-bool ParameterImpl<T>::hasRoom(Entry notBefore, const RationalTime& time,
-                               const RationalTime& leadInLength) const {
-  if (notBefore != m_keyFrames.end() &&
-      (notBefore.time() == time ||
-       isInsideLeadIn(time, notBefore.time(), notBefore.value()->leadInLength()))) {
-    return false;
-  }
-  return hasRoomForLeadIn(notBefore, time, leadInLength);
+typename ParameterImpl<T>::Entry ParameterImpl<T>::existingWithRoom(
+    const RationalTime& time, const RationalTime& leadInLength) const {
+  const Entry found = existing(time);
+  const RationalTime previous = m_mapUtil.previousTime(m_keyFrames, found);
+  if (!fitsBetween(previous, NextKeyFrame(), time, leadInLength)) refuse(time);
+  return found;
+}
+
+// The entry before which a new keyframe is inserted. Throws when it does not fit.
+template <class T>
+typename ParameterImpl<T>::Entry ParameterImpl<T>::roomFor(const RationalTime& time,
+                                                           const RationalTime& leadInLength) const {
+  const Entry next = m_keyFrames.lowerBound(time);
+  const RationalTime previous = m_mapUtil.previousTime(m_keyFrames, next);
+  if (isAt(next, time) || !fitsBetween(previous, neighbour(next), time, leadInLength)) refuse(time);
+  return next;
 }
 
 template <class T>
-bool ParameterImpl<T>::hasRoomForLeadIn(Entry notBefore, const RationalTime& time,
-                                        const RationalTime& leadInLength) const {
-  return !reachesPast(m_mapUtil.previousTime(m_keyFrames, notBefore), time, leadInLength);
+NextKeyFrame ParameterImpl<T>::neighbour(Entry next) const {
+  if (next == m_keyFrames.end()) return {};
+  return {next.time(), next.value()->leadInLength()};
 }
 
 template <class T>
-void ParameterImpl<T>::insert(Entry place, const RationalTime& time, KeyFramePointer keyFrame) {
-  m_keyFrames.insert(place, time, std::move(keyFrame));
-  m_lastPlace.store(place.place(), std::memory_order_relaxed);
+void ParameterImpl<T>::insert(Entry next, const RationalTime& time, KeyFramePointer keyFrame) {
+  m_keyFrames.insert(next, time, std::move(keyFrame));
+  m_lastPosition.store(next.position(), std::memory_order_relaxed);
 }
 
 template <class T>
-boost::shared_ptr<KeyFrame<T>> ParameterImpl<T>::erase(Entry place) {
-  m_lastPlace.store(place.place(), std::memory_order_relaxed);  // where the next one will be
-  return m_keyFrames.erase(place);
+boost::shared_ptr<KeyFrame<T>> ParameterImpl<T>::erase(Entry entry) {
+  // The next keyframe moves to this position.
+  m_lastPosition.store(entry.position(), std::memory_order_relaxed);
+  return m_keyFrames.erase(entry);
 }
 
 #define KESTOVA_PARAMETER_IMPL(T) template class ParameterImpl<T>;

@@ -1,4 +1,5 @@
-// The body that keyframed parameters share: the keyframes, their rules, and who is told.
+// The shared implementation of keyframed parameters: their keyframes, observers and placement
+// checks.
 #pragma once
 
 #include <atomic>
@@ -13,14 +14,15 @@
 
 namespace Kestova {
 
+struct NextKeyFrame;
 class TextBlock;
 
-/// Locks: see ParameterInterface. The interpolater and the name are left to derived classes.
+/// Locks: see ParameterInterface. Derived classes define the interpolater and the name.
 template <class T>
 class ParameterImpl : public Parameter<T> {
  public:
-  /// Makes an empty parameter. Its keyframes and its own observers belong to `owner`, which may be
-  /// empty; `editRateSource` is not owned and may be null.
+  /// Creates a parameter without keyframes. `owner`, which may be empty, is the project whose lock
+  /// guards the parameter and its keyframes; `editRateSource` is not owned and may be null.
   ParameterImpl(const boost::weak_ptr<const ThreadSafe>& owner, const std::string& identifier,
                 const EditRateSource* editRateSource);
   ~ParameterImpl() override;
@@ -55,8 +57,8 @@ class ParameterImpl : public Parameter<T> {
                                        const RationalTime& leadInLength) override;
   T valueAt(const RationalTime& time) const override;
 
-  /// Without keyframes one is added at `time` with lead-in 0. Otherwise the keyframe at exactly
-  /// `time` is set; KestovaException "error" when there is none.
+  /// Without keyframes adds one at `time` with lead-in 0. Otherwise sets the keyframe at exactly
+  /// `time`; throws KestovaException "error" when there is none.
   T setValue(const T& value, const RationalTime& time) override;
   T setValue(const T& value) override;
   boost::shared_ptr<KeyFrame<T>> keyFrameAt(const RationalTime& time) override;
@@ -65,16 +67,16 @@ class ParameterImpl : public Parameter<T> {
   RationalTime firstKeyFrameTime() const override;
   bool isEquivalentTo(const Parameter<T>& other) const override;
 
-  /// Writes the parameter as one member: `leadingText` as it stands, then at `indent` its name,
-  /// without `namePrefix` where it begins with that, and its value. A parameter with the default
-  /// interpolater, no bounds, and no keyframes or a single one without lead-in is written as its
-  /// value alone, unless it is named "toc", "quiz", "captions" or "captionData"; one without
-  /// keyframes then throws the KeyFrameException of `valueAt`. Others are objects with all their
-  /// keyframes. docs/serialisation.md has the text. What is written before a failure stays.
+  /// Writes the parameter as one member: `leadingText` unchanged, then at `indent` its name,
+  /// without a leading `namePrefix`, and its value. A parameter with the default interpolater, no
+  /// bounds, and no keyframes or a single one without lead-in is written as its value alone, unless
+  /// it is named "toc", "quiz", "captions" or "captionData"; without keyframes this throws the
+  /// KeyFrameException of `valueAt`. Other parameters are written as objects with all their
+  /// keyframes. docs/serialisation.md defines the text. Text written before a failure remains.
   void toJSON(const JSONOptions& options, int indent, const std::string& leadingText,
               const std::string& namePrefix) const override;
 
-  /// An extension of the JSON form: writes nothing and returns false.
+  /// Called by `toJSON` for derived classes that add members. Writes nothing and returns false.
   virtual bool writeExtraJSON(const JSONOptions& options, int indent) const;
 
   // Identified
@@ -87,7 +89,7 @@ class ParameterImpl : public Parameter<T> {
   void detach(Observer* observer) override;
   void notify() override;
 
-  // XMLable: the element "Parameter" with the keyframes in time order, if there are any
+  // XMLable: the element "Parameter" with its keyframes in time order
   void xmlElementName(XMLOptions& options) const override;
   void xmlBody(XMLOptions& options, int indent) const override;
 
@@ -111,19 +113,20 @@ class ParameterImpl : public Parameter<T> {
   void writeKeyFrames(TextBlock& out, const JSONOptions& options, int indent) const;
 
   using Entry = typename KeyFrameMap<T>::const_iterator;
-  using Place = typename KeyFrameMap<T>::Place;
+  using Position = typename KeyFrameMap<T>::Position;
 
   template <class... Called>
   boost::shared_ptr<Parameter<T>> keptAlive(const Called&... called);
 
   [[noreturn]] void refuse(const RationalTime& time) const;
   Entry lookUp(const RationalTime& time) const;
+  bool isAt(Entry entry, const RationalTime& time) const;
   Entry existing(const RationalTime& time) const;
-  bool hasRoom(Entry notBefore, const RationalTime& time, const RationalTime& leadInLength) const;
-  bool hasRoomForLeadIn(Entry notBefore, const RationalTime& time,
-                        const RationalTime& leadInLength) const;
-  void insert(Entry place, const RationalTime& time, KeyFramePointer keyFrame);
-  KeyFramePointer erase(Entry place);
+  Entry existingWithRoom(const RationalTime& time, const RationalTime& leadInLength) const;
+  Entry roomFor(const RationalTime& time, const RationalTime& leadInLength) const;
+  NextKeyFrame neighbour(Entry next) const;
+  void insert(Entry next, const RationalTime& time, KeyFramePointer keyFrame);
+  KeyFramePointer erase(Entry entry);
 
   // Guarded by the project's lock.
   KeyFrameMap<T> m_keyFrames;
@@ -134,9 +137,9 @@ class ParameterImpl : public Parameter<T> {
   Subject m_changeSubject;
   const EditRateSource* m_editRateSource;
 
-  // Where the last look-up ended, for the next one, which is often near. Readers overwrite each
-  // other's, which costs them a search and no more.
-  mutable std::atomic<Place> m_lastPlace{Place{}};
+  // The result of the last lookup, a hint for the next one, which is often near. A hint that
+  // another reader has overwritten only costs a search.
+  mutable std::atomic<Position> m_lastPosition{Position{}};
 };
 
 }  // namespace Kestova

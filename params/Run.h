@@ -1,78 +1,79 @@
-// A short run of elements side by side that gives and takes at both ends as cheaply as in the
-// middle of nowhere: room is kept in front as well as behind.
+// A vector that keeps free space in front of its elements as well as behind them, so that
+// insertion and removal at the front are as cheap as at the back.
 #pragma once
 
 #include <algorithm>
 #include <cstddef>
+#include <limits>
 #include <utility>
 #include <vector>
 
 namespace Kestova {
 
-/// `T` is default constructible and copyable; moving it must not throw. Not synchronised.
+/// Requires: `T` is default constructible and copyable, and its move does not throw. Not
+/// synchronised. Every change invalidates pointers and references to the elements.
 template <class T>
 class Run {
  public:
   std::size_t size() const { return m_elements.size() - m_first; }
   bool empty() const { return size() == 0; }
 
-  // Good until the next change.
   const T* begin() const { return m_elements.data() + m_first; }
   const T* end() const { return m_elements.data() + m_elements.size(); }
-  const T& operator[](std::size_t place) const { return m_elements[m_first + place]; }
-  T& operator[](std::size_t place) { return m_elements[m_first + place]; }
+  const T& operator[](std::size_t index) const { return m_elements[m_first + index]; }
+  T& operator[](std::size_t index) { return m_elements[m_first + index]; }
   const T& back() const { return m_elements.back(); }
 
   std::size_t capacity() const { return m_elements.capacity(); }
   void reserve(std::size_t count) { m_elements.reserve(m_first + count); }
 
-  /// Afterwards one more element can be inserted without taking memory. Grows to twice the size, at
-  /// most to `most` elements.
-  void makeRoom(std::size_t most) {
-    if (size() == capacity()) m_elements.reserve(std::min(most, 2 * size() + 1));
+  /// Ensures that the next insertion does not allocate. A full run grows to about twice its size,
+  /// but to no more than `maxCapacity`.
+  void reserveOneMore(std::size_t maxCapacity = std::numeric_limits<std::size_t>::max()) {
+    if (size() == capacity()) m_elements.reserve(std::min(maxCapacity, 2 * size() + 1));
   }
 
-  /// Puts `element` in front of the one at `place`. Requires: there is room.
-  void insert(std::size_t place, T element) {
-    if (place == 0 && !empty()) {
+  /// Inserts `element` before the one at `index`. Requires: size() < capacity().
+  void insert(std::size_t index, T element) {
+    if (index == 0 && !empty()) {
       if (m_first == 0) openFront();
       m_elements[--m_first] = std::move(element);
       return;
     }
     if (m_elements.size() == capacity()) closeFront();
-    m_elements.insert(at(place), std::move(element));
+    m_elements.insert(iteratorAt(index), std::move(element));
   }
 
-  void erase(std::size_t place) {
-    if (place != 0) {
-      m_elements.erase(at(place));
+  void erase(std::size_t index) {
+    if (index != 0) {
+      m_elements.erase(iteratorAt(index));
       return;
     }
     m_elements[m_first++] = T{};
     if (m_first > size()) closeFront();
   }
 
-  /// Leaves the first `count` elements.
-  void truncate(std::size_t count) { m_elements.erase(at(count), m_elements.end()); }
+  /// Keeps the first `count` elements.
+  void truncate(std::size_t count) { m_elements.erase(iteratorAt(count), m_elements.end()); }
 
  private:
-  auto at(std::size_t place) {
-    return m_elements.begin() + static_cast<std::ptrdiff_t>(m_first + place);
+  auto iteratorAt(std::size_t index) {
+    return m_elements.begin() + static_cast<std::ptrdiff_t>(m_first + index);
   }
 
-  // Half of the room moves from behind to the front.
+  // Moves half of the free space to the front.
   void openFront() {
     m_first = (capacity() - m_elements.size() + 1) / 2;
     m_elements.insert(m_elements.begin(), m_first, T{});
   }
 
   void closeFront() {
-    m_elements.erase(m_elements.begin(), at(0));
+    m_elements.erase(m_elements.begin(), iteratorAt(0));
     m_first = 0;
   }
 
   std::vector<T> m_elements;
-  std::size_t m_first = 0;  // what is in front of it is room
+  std::size_t m_first = 0;  // the elements before this index are free space
 };
 
 }  // namespace Kestova

@@ -1,24 +1,39 @@
-// The eight value types under one suite, and the project they live in.
+// Values of the eight types, and a fixture with a parameter in a project.
 #pragma once
 
 #include <gtest/gtest.h>
 
 #include <boost/smart_ptr/make_shared.hpp>
+#include <boost/smart_ptr/shared_ptr.hpp>
+#include <initializer_list>
 #include <limits>
+#include <list>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "host/Kestova/KeyFrameException.h"
+#include "host/Kestova/Observable.h"
+#include "host/Kestova/RationalTime.h"
 #include "host/Kestova/ThreadSafe.h"
 #include "host/Kestova/ValueTypes.h"
 #include "params/LeftParameter.h"
+#include "params/ValueTraits.h"
 
 namespace Kestova {
 
 using ValueTypes = testing::Types<int, double, int64, std::string, Point, Rect<float>,
                                   std::list<Rect<float>>, KeystrokeData>;
 
-/// Value number `n` of a type; different numbers give different values.
+/// Names the cases of a typed suite.
+struct TypeNames {
+  template <class T>
+  static std::string GetName(int /*index*/) {
+    return ValueTraits<T>::kTypeName;
+  }
+};
+
+/// A value of a type; different numbers make different values.
 template <class T>
 T valueOf(int n) {
   return static_cast<T>(n);
@@ -50,12 +65,12 @@ inline KeystrokeData valueOf(int n) {
 inline const RationalTime kBeforeAll(std::numeric_limits<int64>::min());
 inline const RationalTime kAfterAll(std::numeric_limits<int64>::max());
 
-/// A time written short: T(3) or T(21, 2).
-inline RationalTime T(int64 numerator, int64 denominator = 1) {
+/// time(3) or time(21, 2).
+inline RationalTime time(int64 numerator, int64 denominator = 1) {
   return {numerator, denominator};
 }
 
-/// Counts its calls.
+/// Counts the calls since the last `take`.
 class Counter final : public Observer {
  public:
   void changed() override { ++count; }
@@ -70,8 +85,8 @@ class Fixture : public testing::Test {
   using Parameter = LeftParameter<Value>;
 
   void add(std::initializer_list<int64> times) {
-    for (const int64 time : times) {
-      shared->addKeyFrame(T(time), valueOf<Value>(static_cast<int>(time)), T(0));
+    for (const int64 frame : times) {
+      shared->addKeyFrame(time(frame), valueOf<Value>(static_cast<int>(frame)), time(0));
     }
   }
 
@@ -81,14 +96,14 @@ class Fixture : public testing::Test {
   boost::shared_ptr<Parameter> shared = boost::make_shared<Parameter>(project, "name", nullptr);
 };
 
-/// Runs `action` and expects a KeyFrameException at `time` with `message`.
+/// Expects that `action` throws a KeyFrameException at `refusedAt` with `message`.
 template <class Action>
-void expectRefusal(const RationalTime& time, const std::string& message, Action action) {
+void expectRefusal(const RationalTime& refusedAt, const std::string& message, Action action) {
   try {
     action();
     ADD_FAILURE() << "was not refused";
   } catch (const KeyFrameException& refusal) {
-    EXPECT_EQ(refusal.time(), time);
+    EXPECT_EQ(refusal.time(), refusedAt);
     EXPECT_EQ(refusal.what(), message);
   }
 }

@@ -1,5 +1,8 @@
+#include <memory>
+#include <string>
 #include <typeinfo>
 
+#include "params/Attribute.h"
 #include "tests/params/Values.h"
 
 namespace Kestova {
@@ -23,7 +26,7 @@ TEST_F(Attributes, NotifyWheneverTheyAreSet) {
   EXPECT_EQ(attribute.valueString(), "new");
 }
 
-TEST_F(Attributes, AreClonedThroughEitherOfTheirTwoCloneableParts) {
+TEST_F(Attributes, AreClonedThroughEitherCloneableBase) {
   const Cloneable& ofSubProject = static_cast<const SubProject&>(attribute);
   const AttributeInterface& interface = attribute;
   const Cloneable& ofInterface = interface;
@@ -62,7 +65,7 @@ TEST_F(Attributes, AreCopiedIntoMetadataWithTheTargetsProject) {
 
   const auto second = target.addMetaData("key", attribute);
   EXPECT_EQ((*target.metaDataMap())["key"], second);
-  EXPECT_EQ(first->valueString(), "text");  // what was replaced stays as it was
+  EXPECT_EQ(first->valueString(), "text");  // the replaced attribute is unchanged
   const auto shared = boost::make_shared<Text>("shared", project);
   EXPECT_EQ(target.addMetaData("other", shared), shared);
   EXPECT_EQ(target.removeMetaData("other"), shared);

@@ -2,24 +2,18 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <iterator>
 #include <map>
 #include <random>
+#include <utility>
 
 namespace Kestova {
 namespace {
 
 using Map = ChunkedMap<int>;
 using Model = std::map<RationalTime, int>;
-
-class Dice {
- public:
-  explicit Dice(unsigned seed) : m_engine(seed) {}
-  std::uint32_t index(unsigned bound) { return static_cast<std::uint32_t>(m_engine() % bound); }
-  int operator()(unsigned bound) { return static_cast<int>(index(bound)); }
-
- private:
-  std::mt19937 m_engine;
-};
+using Random = std::mt19937;
 
 void expectSame(const Map& map, const Model& model) {
   ASSERT_EQ(map.size(), model.size());
@@ -28,7 +22,7 @@ void expectSame(const Map& map, const Model& model) {
   for (const auto& [time, value] : model) {
     ASSERT_EQ(entry.time(), time);
     ASSERT_EQ(entry.value(), value);
-    ASSERT_EQ(map.lowerBound(time).place(), entry.place());
+    ASSERT_EQ(map.lowerBound(time).position(), entry.position());
     ++entry;
   }
   ASSERT_EQ(entry, map.end());
@@ -38,62 +32,63 @@ void expectSame(const Map& map, const Model& model) {
   }
 }
 
-// How times come: the times of a run of additions, by the number of the addition.
+// The order of the times of a sequence of insertions.
 struct Order {
   const char* name;
-  int (*time)(int number, Dice& random);
+  int (*time)(int number, Random& random);
 };
 
 const Order kOrders[] = {
-    {"InTimeOrder", [](int number, Dice&) { return number; }},
-    {"InReverse", [](int number, Dice&) { return -number; }},
-    {"FromBothEnds", [](int number, Dice&) { return number % 2 == 0 ? number : -number; }},
-    {"Shuffled", [](int, Dice& random) { return random(2000); }},
+    {"InTimeOrder", [](int number, Random&) { return number; }},
+    {"InReverse", [](int number, Random&) { return -number; }},
+    {"FromBothEnds", [](int number, Random&) { return number % 2 == 0 ? number : -number; }},
+    {"Shuffled", [](int, Random& random) { return static_cast<int>(random() % 2000); }},
 };
 
 class ChunkedMaps : public testing::TestWithParam<Order> {};
 
-TEST_P(ChunkedMaps, AgreeWithAPlainMap) {
-  Dice random(1);
+TEST_P(ChunkedMaps, AgreeWithAStandardMap) {
+  Random random(1);
   Map map;
   Model model;
   for (int number = 0; number < 1000; ++number) {
     const RationalTime time(GetParam().time(number, random));
-    const auto place = map.lowerBound(time);
-    if (place != map.end() && place.time() == time) {
-      EXPECT_EQ(map.exchange(place, number), std::exchange(model[time], number));
+    const auto entry = map.lowerBound(time);
+    if (entry != map.end() && entry.time() == time) {
+      EXPECT_EQ(map.exchange(entry, number), std::exchange(model[time], number));
     } else {
-      map.insert(place, time, number);
+      map.insert(entry, time, number);
       model[time] = number;
     }
     if (number % 100 == 50) expectSame(map, model);
   }
   expectSame(map, model);
-  // Erased from places all over, until little and then nothing is left.
+  // Erases at random positions until the map is empty.
   while (!model.empty()) {
-    const auto doomed = std::next(model.begin(), random(static_cast<unsigned>(model.size())));
+    const auto doomed = std::next(model.begin(), static_cast<int>(random() % model.size()));
     EXPECT_EQ(map.erase(map.lowerBound(doomed->first)), doomed->second);
     model.erase(doomed);
     if (model.size() % 100 < 3) expectSame(map, model);
   }
 }
 
-TEST_P(ChunkedMaps, FindTheSameWhereverTheLookBegins) {
-  Dice random(2);
+TEST_P(ChunkedMaps, FindTheSameEntryWithAnyHint) {
+  Random random(2);
   Map map;
   for (int number = 0; number < 500; ++number) {
     const RationalTime time(3 * GetParam().time(number, random));
-    const auto place = map.lowerBound(time);
-    if (place == map.end() || place.time() != time) map.insert(place, time, number);
+    const auto entry = map.lowerBound(time);
+    if (entry == map.end() || entry.time() != time) map.insert(entry, time, number);
   }
   for (int number = 0; number < 5000; ++number) {
-    const RationalTime time(random(8000) - 2000);
-    const Map::Place near{random.index(12), random.index(70)};  // also where nothing is
-    EXPECT_EQ(map.lowerBound(time, near), map.lowerBound(time));
+    const RationalTime time(static_cast<int>(random() % 8000) - 2000);
+    const auto chunk = static_cast<std::uint32_t>(random() % 12);  // also past the end
+    const auto index = static_cast<std::uint32_t>(random() % 70);
+    EXPECT_EQ(map.lowerBound(time, {chunk, index}), map.lowerBound(time));
   }
   for (auto entry = map.begin(); entry != map.end(); ++entry) {
-    const RationalTime behind = entry.time() + RationalTime(1, 2);
-    EXPECT_EQ(map.lowerBound(behind, entry.place()), std::next(entry));
+    const RationalTime after = entry.time() + RationalTime(1, 2);
+    EXPECT_EQ(map.lowerBound(after, entry.position()), std::next(entry));
   }
 }
 

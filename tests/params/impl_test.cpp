@@ -1,13 +1,17 @@
 #include <sstream>
 #include <stdexcept>
+#include <string>
+#include <utility>
 
 #include "host/Kestova/EditRateSource.h"
+#include "host/Kestova/Interpolater.h"
+#include "params/ParameterImpl.h"
 #include "tests/params/Values.h"
 
 namespace Kestova {
 namespace {
 
-// Gives the time itself, so that it shows when and with what it was asked.
+// Linear, plus 1000 times the lead-in, so that the result shows every argument.
 class Straight final : public Interpolater<double> {
  public:
   double interpolate(const double& earlier, const double& later, const RationalTime& earlierTime,
@@ -19,7 +23,7 @@ class Straight final : public Interpolater<double> {
   std::string typeName() const override { return "straight"; }
 };
 
-// What ParameterImpl leaves open, filled in for these tests.
+// Defines what ParameterImpl leaves to derived classes.
 class Plain final : public ParameterImpl<double> {
  public:
   using ParameterImpl<double>::ParameterImpl;
@@ -55,34 +59,34 @@ class Impl : public testing::Test {
   Plain parameter{{}, "", nullptr};
 };
 
-TEST_F(Impl, AsksItsInterpolaterBetweenKeyframes) {
-  parameter.addKeyFrame(T(10), 0.0, T(0));
-  parameter.addKeyFrame(T(20), 100.0, T(2));
-  EXPECT_EQ(parameter.valueAt(T(25, 2)), 25 + 2000);
-  EXPECT_EQ(parameter.valueAt(T(20)), 100);
+TEST_F(Impl, InterpolatesBetweenKeyframes) {
+  parameter.addKeyFrame(time(10), 0.0, time(0));
+  parameter.addKeyFrame(time(20), 100.0, time(2));
+  EXPECT_EQ(parameter.valueAt(time(25, 2)), 25 + 2000);
+  EXPECT_EQ(parameter.valueAt(time(20)), 100);
 
   parameter.setInterpolater(LeftInterpolater<double>::getInstance());
-  EXPECT_EQ(parameter.valueAt(T(15)), 0);
-  parameter.keyFrameAt(T(20))->setInterpolater(boost::make_shared<Straight>());
-  EXPECT_EQ(parameter.valueAt(T(15)), 50 + 2000);  // the later keyframe's own comes first
+  EXPECT_EQ(parameter.valueAt(time(15)), 0);
+  parameter.keyFrameAt(time(20))->setInterpolater(boost::make_shared<Straight>());
+  EXPECT_EQ(parameter.valueAt(time(15)), 50 + 2000);  // the later keyframe's own takes precedence
 }
 
-TEST_F(Impl, TakesTheNextValueLessThanOneFrameBeforeIt) {
+TEST_F(Impl, ReturnsTheNextValueLessThanOneFrameBeforeIt) {
   const TwentyFive rate;
   parameter.setEditRateSource(&rate);
-  parameter.addKeyFrame(T(0), 0.0, T(0));
-  parameter.addKeyFrame(T(1), 100.0, T(0));
-  EXPECT_EQ(parameter.valueAt(T(24, 25)), 96);  // exactly one frame before
-  EXPECT_EQ(parameter.valueAt(T(241, 250)), 100);
+  parameter.addKeyFrame(time(0), 0.0, time(0));
+  parameter.addKeyFrame(time(1), 100.0, time(0));
+  EXPECT_EQ(parameter.valueAt(time(24, 25)), 96);  // exactly one frame before
+  EXPECT_EQ(parameter.valueAt(time(241, 250)), 100);
   parameter.setEditRateSource(nullptr);
-  EXPECT_DOUBLE_EQ(parameter.valueAt(T(241, 250)), 96.4);
+  EXPECT_DOUBLE_EQ(parameter.valueAt(time(241, 250)), 96.4);
 }
 
 TEST_F(Impl, SetsTheKeyframeAtExactlyTheTime) {
-  EXPECT_EQ(parameter.setValue(1.0, T(10)), 0);
-  EXPECT_EQ(parameter.setValue(2.0, T(10)), 1);
+  EXPECT_EQ(parameter.setValue(1.0, time(10)), 0);
+  EXPECT_EQ(parameter.setValue(2.0, time(10)), 1);
   try {
-    parameter.setValue(3.0, T(11));
+    parameter.setValue(3.0, time(11));
     ADD_FAILURE() << "was not refused";
   } catch (const KestovaException& error) {
     EXPECT_STREQ(error.what(), "error");
@@ -91,7 +95,7 @@ TEST_F(Impl, SetsTheKeyframeAtExactlyTheTime) {
 }
 
 TEST_F(Impl, NamesAnInterpolaterThatIsNotTheDefaultInJson) {
-  parameter.addKeyFrame(T(10), 0.5, T(0));
+  parameter.addKeyFrame(time(10), 0.5, time(0));
   std::ostringstream out;
   parameter.toJSON(JSONOptions(out), 0, "", "");
   EXPECT_EQ(out.str(),
@@ -108,7 +112,7 @@ TEST_F(Impl, NamesAnInterpolaterThatIsNotTheDefaultInJson) {
             "}");
 }
 
-TEST_F(Impl, CannotBeWrittenByTheBaseOfAllParameters) {
+TEST_F(Impl, IsNotWrittenByTheBaseClass) {
   std::ostringstream out;
   try {
     parameter.baseToJSON(JSONOptions(out));

@@ -1,3 +1,7 @@
+#include <memory>
+#include <string>
+
+#include "params/Attribute.h"
 #include "tests/params/Values.h"
 
 namespace Kestova {
@@ -5,29 +9,29 @@ namespace {
 
 template <class Value>
 class KeyFrames : public Fixture<Value> {};
-TYPED_TEST_SUITE(KeyFrames, ValueTypes, );
+TYPED_TEST_SUITE(KeyFrames, ValueTypes, TypeNames);
 
-TYPED_TEST(KeyFrames, NotifyWhenSomethingBecomesDifferent) {
-  KeyFrame<TypeParam> keyFrame(this->project, T(1), valueOf<TypeParam>(1), T(0));
+TYPED_TEST(KeyFrames, NotifyOnlyWhenSomethingChanges) {
+  KeyFrame<TypeParam> keyFrame(this->project, time(1), valueOf<TypeParam>(1), time(0));
   Counter changes;
   keyFrame.attach(&changes);
-  keyFrame.setTime(T(2, 2));
+  keyFrame.setTime(time(2, 2));
   keyFrame.setValue(valueOf<TypeParam>(1));
-  keyFrame.setLeadInLength(T(0));
+  keyFrame.setLeadInLength(time(0));
   keyFrame.setInterpolater(nullptr);
   EXPECT_EQ(changes.take(), 0);
-  keyFrame.setTime(T(2));
+  keyFrame.setTime(time(2));
   keyFrame.setValue(valueOf<TypeParam>(2));
-  keyFrame.setLeadInLength(T(1));
+  keyFrame.setLeadInLength(time(1));
   keyFrame.setInterpolater(LeftInterpolater<TypeParam>::getInstance());
   EXPECT_EQ(changes.take(), 4);
-  EXPECT_EQ(keyFrame.time(), T(2));
+  EXPECT_EQ(keyFrame.time(), time(2));
   EXPECT_EQ(keyFrame.value(), valueOf<TypeParam>(2));
-  EXPECT_EQ(keyFrame.leadInLength(), T(1));
+  EXPECT_EQ(keyFrame.leadInLength(), time(1));
 }
 
 TYPED_TEST(KeyFrames, AreClonedWithTheirMetadataAndWithoutObservers) {
-  KeyFrame<TypeParam> keyFrame(this->project, T(1), valueOf<TypeParam>(1), T(2));
+  KeyFrame<TypeParam> keyFrame(this->project, time(1), valueOf<TypeParam>(1), time(2));
   const auto own = LeftInterpolater<TypeParam>::getInstance();
   keyFrame.setInterpolater(own);
   keyFrame.addMetaData("key", Attribute<std::string>("text", this->project));
@@ -38,12 +42,12 @@ TYPED_TEST(KeyFrames, AreClonedWithTheirMetadataAndWithoutObservers) {
   const std::unique_ptr<Cloneable> asCloneable(cloneable.clone());
   const std::unique_ptr<KeyFrame<TypeParam>> copy(keyFrame.clone());
   EXPECT_NE(dynamic_cast<KeyFrame<TypeParam>*>(asCloneable.get()), nullptr);
-  EXPECT_EQ(copy->time(), T(1));
+  EXPECT_EQ(copy->time(), time(1));
   EXPECT_EQ(copy->value(), valueOf<TypeParam>(1));
-  EXPECT_EQ(copy->leadInLength(), T(2));
+  EXPECT_EQ(copy->leadInLength(), time(2));
   EXPECT_EQ(copy->interpolater(), own);
   EXPECT_EQ(copy->projectMutex().lock(), this->project);
-  copy->setTime(T(5));
+  copy->setTime(time(5));
   EXPECT_EQ(changes.take(), 0);
   (*copy->metaDataMap())["key"].reset();
   EXPECT_EQ((*keyFrame.metaDataMap())["key"]->valueString(), "text");

@@ -15,47 +15,47 @@ class Locking : public Fixture<int> {
  protected:
   void SetUp() override { add({10, 20}); }
 
-  // True when `query`, run by another thread, waits as long as this one writes.
+  // True when `query` on another thread blocks while this thread holds the write lock.
   template <class Query>
-  bool waits(Query query) {
+  bool blocks(Query query) {
     std::future<void> done;
-    bool isWaiting = false;
+    bool isBlocked = false;
     {
       const WriteLock lock(shared->mutex());
       done = std::async(std::launch::async, query);
-      isWaiting = done.wait_for(30ms) == std::future_status::timeout;
+      isBlocked = done.wait_for(30ms) == std::future_status::timeout;
     }
     done.get();
-    return isWaiting;
+    return isBlocked;
   }
 };
 
-TEST_F(Locking, IsDoneByTheQueriesThatSaySo) {
-  EXPECT_TRUE(waits([this] { shared->keyFrameExists(T(10)); }));
-  EXPECT_TRUE(waits([this] { shared->previousKeyFrameTime(T(10)); }));
-  EXPECT_TRUE(waits([this] { shared->nextKeyFrameTime(T(10)); }));
-  EXPECT_TRUE(waits([this] { shared->keyFrameAt(T(10)); }));
-  EXPECT_TRUE(waits([this] { shared->firstKeyFrameTime(); }));
-  EXPECT_TRUE(waits([this] { shared->hasKeyFrameIn({T(10), T(0)}); }));
-  EXPECT_TRUE(waits([this] { shared->valueAt(T(10)); }));
-  EXPECT_TRUE(waits([this] { delete shared->clone(); }));
-  EXPECT_TRUE(waits([this] { shared->identifier()->value(); }));
-  EXPECT_TRUE(waits([this] { delete shared->identifier()->clone(); }));
+TEST_F(Locking, IsDoneByReadLockedQueries) {
+  EXPECT_TRUE(blocks([this] { shared->keyFrameExists(time(10)); }));
+  EXPECT_TRUE(blocks([this] { shared->previousKeyFrameTime(time(10)); }));
+  EXPECT_TRUE(blocks([this] { shared->nextKeyFrameTime(time(10)); }));
+  EXPECT_TRUE(blocks([this] { shared->keyFrameAt(time(10)); }));
+  EXPECT_TRUE(blocks([this] { shared->firstKeyFrameTime(); }));
+  EXPECT_TRUE(blocks([this] { shared->hasKeyFrameIn({time(10), time(0)}); }));
+  EXPECT_TRUE(blocks([this] { shared->valueAt(time(10)); }));
+  EXPECT_TRUE(blocks([this] { delete shared->clone(); }));
+  EXPECT_TRUE(blocks([this] { shared->identifier()->value(); }));
+  EXPECT_TRUE(blocks([this] { delete shared->identifier()->clone(); }));
 }
 
-TEST_F(Locking, IsLeftToTheCallerByTheOthers) {
-  EXPECT_FALSE(waits([this] { shared->numKeyFrames(); }));
-  EXPECT_FALSE(waits([this] { shared->keyFrameTimes(); }));
-  EXPECT_FALSE(waits([this] { shared->identifier()->valueString(); }));
-  EXPECT_FALSE(waits([this] { shared->identifier()->setValue("x"); }));
+TEST_F(Locking, IsLeftToTheCallerByOtherOperations) {
+  EXPECT_FALSE(blocks([this] { shared->numKeyFrames(); }));
+  EXPECT_FALSE(blocks([this] { shared->keyFrameTimes(); }));
+  EXPECT_FALSE(blocks([this] { shared->identifier()->valueString(); }));
+  EXPECT_FALSE(blocks([this] { shared->identifier()->setValue("x"); }));
 }
 
 TEST_F(Locking, LetsTheWriterUseEveryOperation) {
   auto done = std::async(std::launch::async, [this] {
     const WriteLock lock(shared->mutex());
-    shared->addKeyFrame(T(30), 3, T(0));
-    shared->moveKeyFrame(T(30), T(40));
-    shared->shiftKeyFrames(T(1), [](const RationalTime&) { return true; });
+    shared->addKeyFrame(time(30), 3, time(0));
+    shared->moveKeyFrame(time(30), time(40));
+    shared->shiftKeyFrames(time(1), [](const RationalTime&) { return true; });
     shared->addMetaData("key", Attribute<std::string>("text", project));
     delete shared->clone();
   });
@@ -70,30 +70,30 @@ TEST_F(Locking, KeepsTheProjectAlive) {
   EXPECT_FALSE(watched.expired());
 }
 
-TEST_F(Locking, WithoutAProjectIsNone) {
+TEST_F(Locking, WithoutAProjectDoesNothing) {
   project.reset();
   EXPECT_EQ(shared->mutex(), nullptr);
-  EXPECT_EQ(shared->valueAt(T(10)), 10);
+  EXPECT_EQ(shared->valueAt(time(10)), 10);
   shared->addMetaData("key", Attribute<std::string>("text", project));
   EXPECT_EQ(shared->metaDataMap()->size(), 1U);
 }
 
-TEST_F(Locking, LetsReadersSeeWholeStatesOfAWritersWork) {
+TEST_F(Locking, LetsReadersSeeOnlyConsistentStates) {
   add({15});
   std::atomic<bool> isOver{false};
   std::thread reader([&] {
     while (!isOver) {
-      const int value = shared->valueAt(T(10));
+      const int value = shared->valueAt(time(10));
       EXPECT_TRUE(value == 10 || value == 11) << value;
-      shared->keyFrameExists(T(15));
+      shared->keyFrameExists(time(15));
       const boost::shared_ptr<LeftParameter<int>> copy(shared->clone());
       EXPECT_NE(copy->numKeyFrames(), 2U);
     }
   });
   for (int round = 0; round < 300; ++round) {
     const WriteLock lock(shared->mutex());
-    shared->removeKeyFrame(T(15));
-    shared->setKeyFrameValue(T(10), 10 + round % 2);
+    shared->removeKeyFrame(time(15));
+    shared->setKeyFrameValue(time(10), 10 + round % 2);
     add({15});
   }
   isOver = true;

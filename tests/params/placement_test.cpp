@@ -1,4 +1,5 @@
-#include <algorithm>
+#include <limits>
+#include <vector>
 
 #include "tests/params/Values.h"
 
@@ -13,20 +14,20 @@ struct Row {
 };
 
 const Row kRows[] = {
-    {T(10), T(0), false},      {T(20), T(0), false},          {T(9), T(0), true},
-    {T(16), T(0), true},       {T(33, 2), T(0), false},       {T(17), T(0), false},
-    {T(319, 16), T(0), false}, {T(15), T(5), true},           {T(15), T(51, 10), false},
-    {T(15), T(6), false},      {T(21), T(1), true},           {T(21), T(2), false},
-    {T(5), T(100), true},      {T(25), T(-3), true},          {kBeforeAll, T(0), true},
-    {kBeforeAll, T(1), false},  // reaches past what stands for "nothing before"
-    {kAfterAll, T(1), true},   {kAfterAll, kAfterAll, false},
+    {time(10), time(0), false},      {time(20), time(0), false},    {time(9), time(0), true},
+    {time(16), time(0), true},       {time(33, 2), time(0), false}, {time(17), time(0), false},
+    {time(319, 16), time(0), false}, {time(15), time(5), true},     {time(15), time(51, 10), false},
+    {time(15), time(6), false},      {time(21), time(1), true},     {time(21), time(2), false},
+    {time(5), time(100), true},      {time(25), time(-3), true},    {kBeforeAll, time(0), true},
+    {kBeforeAll, time(1), false},  // reaches past the time that stands for "none before"
+    {kAfterAll, time(1), true},      {kAfterAll, kAfterAll, false},
 };
 
 class Placement : public Fixture<int> {
  protected:
   void SetUp() override {
-    shared->addKeyFrame(T(10), 1, T(0));
-    shared->addKeyFrame(T(20), 2, T(4));
+    shared->addKeyFrame(time(10), 1, time(0));
+    shared->addKeyFrame(time(20), 2, time(4));
   }
 };
 
@@ -42,53 +43,54 @@ TEST_F(Placement, DecidesWhatMayBeAdded) {
       const auto made = boost::make_shared<KeyFrame<int>>(project, row.time, 3, row.leadIn);
       expectRefusal(row.time, "name", [&] { shared->addKeyFrame(made); });
     }
-    EXPECT_EQ(times(), (std::vector<RationalTime>{T(10), T(20)}));
+    EXPECT_EQ(times(), (std::vector<RationalTime>{time(10), time(20)}));
   }
 }
 
-TEST_F(Placement, TellsTakenTimesFromLeadInsThatReachTooFar) {
-  EXPECT_TRUE(shared->isOccupied(T(17)));
-  EXPECT_TRUE(shared->leadInFits(T(17), T(7)));
-  EXPECT_FALSE(shared->isOccupied(T(15)));
-  EXPECT_FALSE(shared->leadInFits(T(15), T(6)));
+TEST_F(Placement, DistinguishesOccupiedTimesFromLeadInsThatAreTooLong) {
+  EXPECT_TRUE(shared->isOccupied(time(17)));
+  EXPECT_TRUE(shared->leadInFits(time(17), time(7)));
+  EXPECT_FALSE(shared->isOccupied(time(15)));
+  EXPECT_FALSE(shared->leadInFits(time(15), time(6)));
 }
 
-TEST_F(Placement, BindsLeadInsThatAreSetLater) {
+TEST_F(Placement, AppliesToChangedLeadIns) {
   Counter keyFrame;
   Counter changes;
-  shared->keyFrameAt(T(20))->attach(&keyFrame);
+  shared->keyFrameAt(time(20))->attach(&keyFrame);
   shared->attach(&changes);
-  EXPECT_EQ(shared->setKeyFrameLeadInLength(T(20), T(10)), T(4));
+  EXPECT_EQ(shared->setKeyFrameLeadInLength(time(20), time(10)), time(4));
   EXPECT_EQ(keyFrame.take(), 1);
   EXPECT_EQ(changes.take(), 1);
-  EXPECT_EQ(shared->setKeyFrameLeadInLength(T(20), T(10)), T(10));
+  EXPECT_EQ(shared->setKeyFrameLeadInLength(time(20), time(10)), time(10));
   EXPECT_EQ(keyFrame.take(), 0);  // nothing changed
   EXPECT_EQ(changes.take(), 1);
-  expectRefusal(T(20), "name", [&] { shared->setKeyFrameLeadInLength(T(20), T(101, 10)); });
-  expectRefusal(T(15), "name", [&] { shared->setKeyFrameLeadInLength(T(15), T(0)); });
-  EXPECT_EQ(shared->keyFrameAt(T(20))->leadInLength(), T(10));
+  expectRefusal(time(20), "name",
+                [&] { shared->setKeyFrameLeadInLength(time(20), time(101, 10)); });
+  expectRefusal(time(15), "name", [&] { shared->setKeyFrameLeadInLength(time(15), time(0)); });
+  EXPECT_EQ(shared->keyFrameAt(time(20))->leadInLength(), time(10));
 }
 
-TEST_F(Placement, BindsMovesWithoutTheMovingKeyframe) {
-  shared->addKeyFrame(T(30), 3, T(8));
+TEST_F(Placement, AppliesToMovesButNotAgainstTheMovingKeyframe) {
+  shared->addKeyFrame(time(30), 3, time(8));
   struct Move {
     RationalTime from;
     RationalTime to;
-    RationalTime refusedAt;  // what the refusal names; `from` itself stands for none
+    RationalTime refusedAt;  // ignored for a move that fits
     bool fits;
   };
   for (const Move& move : {
-           Move{T(11), T(12), T(11), false},  // nobody there
-           Move{T(20), T(30), T(30), false},  // taken
-           Move{T(20), T(20), T(20), false},  // taken by itself
-           Move{T(20), T(23), T(23), false},  // inside the lead-in of 30
-           Move{T(20), T(22), T(22), true},   // where it begins
-           Move{T(20), T(13), T(13), false},  // its own lead-in would pass 10
-           Move{T(20), T(14), T(14), true},
-           Move{T(30), T(20 + 7), T(27), false},  // its own lead-in would pass 20
-           Move{T(30), T(28), T(28), true},       // and is no obstacle to itself
-           Move{T(20), T(40), T(40), true},       // past its neighbour
-           Move{T(10), T(17), T(17), false},      // inside the lead-in of 20
+           Move{time(11), time(12), time(11), false},  // no keyframe there
+           Move{time(20), time(30), time(30), false},  // occupied
+           Move{time(20), time(20), time(20), false},  // occupied by itself
+           Move{time(20), time(23), time(23), false},  // inside the lead-in of 30
+           Move{time(20), time(22), time(22), true},   // where that lead-in starts
+           Move{time(20), time(13), time(13), false},  // its own lead-in would reach past 10
+           Move{time(20), time(14), time(14), true},
+           Move{time(30), time(27), time(27), false},  // its own lead-in would reach past 20
+           Move{time(30), time(28), time(28), true},   // and is no obstacle to itself
+           Move{time(20), time(40), time(40), true},   // past its neighbour
+           Move{time(10), time(17), time(17), false},  // inside the lead-in of 20
        }) {
     if (move.fits) {
       const auto keyFrame = shared->keyFrameAt(move.from);
@@ -99,23 +101,38 @@ TEST_F(Placement, BindsMovesWithoutTheMovingKeyframe) {
     } else {
       expectRefusal(move.refusedAt, "name", [&] { shared->moveKeyFrame(move.from, move.to); });
     }
-    EXPECT_EQ(times(), (std::vector<RationalTime>{T(10), T(20), T(30)})) << move.to;
+    EXPECT_EQ(times(), (std::vector<RationalTime>{time(10), time(20), time(30)})) << move.to;
   }
 }
 
+TEST_F(Placement, AppliesToMovesFromAndToTheTimesThatStandForNone) {
+  const auto last = [](int64 before) { return time(std::numeric_limits<int64>::max() - before); };
+  shared->addKeyFrame(kAfterAll, 3, time(5));
+  expectRefusal(last(4), "name", [&] { shared->moveKeyFrame(kAfterAll, last(4)); });  // its own
+  shared->moveKeyFrame(kAfterAll, last(5));
+  shared->moveKeyFrame(last(5), last(4));
+  expectRefusal(kBeforeAll, "name", [&] { shared->moveKeyFrame(last(4), kBeforeAll); });
+  shared->moveKeyFrame(time(10), kBeforeAll);
+  shared->moveKeyFrame(kBeforeAll, time(10));
+  EXPECT_EQ(times(), (std::vector<RationalTime>{time(10), time(20), last(4)}));
+}
+
 TEST_F(Placement, NeverThrowsOverflowAtTheExtremes) {
-  const RationalTime extremes[] = {
-      kBeforeAll, T(std::numeric_limits<int64>::min() + 1), T(1, std::numeric_limits<int64>::max()),
-      T(0),       T(std::numeric_limits<int64>::max() - 1), kAfterAll};
-  shared->addKeyFrame(kBeforeAll, 0, T(0));
-  shared->addKeyFrame(kAfterAll, 9, T(1));
-  for (const RationalTime& time : extremes) {
+  const RationalTime extremes[] = {kBeforeAll,
+                                   time(std::numeric_limits<int64>::min() + 1),
+                                   time(1, std::numeric_limits<int64>::max()),
+                                   time(0),
+                                   time(std::numeric_limits<int64>::max() - 1),
+                                   kAfterAll};
+  shared->addKeyFrame(kBeforeAll, 0, time(0));
+  shared->addKeyFrame(kAfterAll, 9, time(1));
+  for (const RationalTime& at : extremes) {
     for (const RationalTime& leadIn : extremes) {
-      EXPECT_NO_THROW(shared->canAddKeyFrame(time, leadIn)) << time << " " << leadIn;
-      EXPECT_NO_THROW(shared->hasKeyFrameIn({time, leadIn})) << time << " " << leadIn;
+      EXPECT_NO_THROW(shared->canAddKeyFrame(at, leadIn)) << at << " " << leadIn;
+      EXPECT_NO_THROW(shared->hasKeyFrameIn({at, leadIn})) << at << " " << leadIn;
     }
   }
-  EXPECT_TRUE(shared->isOccupied(T(std::numeric_limits<int64>::max())));
+  EXPECT_TRUE(shared->isOccupied(time(std::numeric_limits<int64>::max())));
 }
 
 }  // namespace

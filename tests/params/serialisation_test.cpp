@@ -29,33 +29,33 @@ std::string jsonOf(const Parameter<T>& parameter, int indent = 0, const std::str
   return out.str();
 }
 
-// Three values of each type whose texts are not trivial.
+// Three values per type that are hard to write.
 template <class T>
-std::vector<T> tellingValues() {
+std::vector<T> hardValues() {
   return {valueOf<T>(-1), valueOf<T>(2), valueOf<T>(2147483647)};
 }
 template <>
-std::vector<double> tellingValues() {
+std::vector<double> hardValues() {
   return {0.1, -1e300, std::numeric_limits<double>::infinity()};
 }
 template <>
-std::vector<int64> tellingValues() {
+std::vector<int64> hardValues() {
   return {std::numeric_limits<int64>::min(), 0, std::numeric_limits<int64>::max()};
 }
 template <>
-std::vector<std::string> tellingValues() {
+std::vector<std::string> hardValues() {
   return {"", "<a href=\"x\">'&'</a>", std::string("tab\tline\nnul\0bad\xFF \xE2\x82\xAC", 20)};
 }
 template <>
-std::vector<Point> tellingValues() {
+std::vector<Point> hardValues() {
   return {{-5, 7, 0}, {0.1, 1234567.25, -0.0}, {1e21, 1.0 / 3, 0}};
 }
 template <>
-std::vector<Rect<float>> tellingValues() {
+std::vector<Rect<float>> hardValues() {
   return {{0, 0, 1920, 1080}, {-0.5F, 16777216.0F, 1e-7F, 0.1F}, {}};
 }
 template <>
-std::vector<std::list<Rect<float>>> tellingValues() {
+std::vector<std::list<Rect<float>>> hardValues() {
   return {{}, {{1, 2, 3, 4}}, {{1, 2, 3, 4}, {-0.5F, 0, 0, 7}}};
 }
 
@@ -64,18 +64,18 @@ class Serialisation : public Fixture<Value> {
  protected:
   void SetUp() override {
     auto& parameter = *this->shared;
-    const auto values = tellingValues<Value>();
+    const auto values = hardValues<Value>();
     parameter.identifier()->setValue("screen.position");
-    parameter.addKeyFrame(T(10), values[0], T(0));
-    parameter.addKeyFrame(T(20), values[1], T(4));
-    parameter.addKeyFrame(T(51, 2), values[2], T(1, 3));
-    const auto keyFrame = parameter.keyFrameAt(T(20));
+    parameter.addKeyFrame(time(10), values[0], time(0));
+    parameter.addKeyFrame(time(20), values[1], time(4));
+    parameter.addKeyFrame(time(51, 2), values[2], time(1, 3));
+    const auto keyFrame = parameter.keyFrameAt(time(20));
     keyFrame->addMetaData("b", Text("<2>", this->project));
     keyFrame->addMetaData("a \"quoted\"", Text("1", this->project));
     parameter.addMetaData("never", Text("written", this->project));
   }
 };
-TYPED_TEST_SUITE(Serialisation, ValueTypes, );
+TYPED_TEST_SUITE(Serialisation, ValueTypes, TypeNames);
 
 template <class Value>
 void expectDocuments(Parameter<Value>& parameter) {
@@ -83,14 +83,14 @@ void expectDocuments(Parameter<Value>& parameter) {
   const std::string xml = xmlOf(parameter, 1);
   EXPECT_EQ(xml, testing_support::dataFile(name + ".xml"));
 
-  const auto values = tellingValues<Value>();
+  const auto values = hardValues<Value>();
   parameter.setValueBounds(
       boost::make_shared<ValueBounds<Value>>(ValueBounds<Value>{values[0], values[1], values[2]}));
   parameter.setUiHints(boost::make_shared<UiHints>(UiHints{3, -4}));
   EXPECT_EQ(jsonOf(parameter, 1, ",\n", "screen."), testing_support::dataFile(name + ".json"));
 }
 
-// While it lives, new streams write 1234.5 as "1.234,5".
+// During its lifetime new streams write 1234.5 as "1.234,5".
 class GroupingLocale {
  public:
   GroupingLocale()
@@ -108,7 +108,7 @@ class GroupingLocale {
   const std::locale m_before;
 };
 
-TYPED_TEST(Serialisation, IsTheDocumentOfTheType) {
+TYPED_TEST(Serialisation, MatchesTheGoldenFiles) {
   expectDocuments(*this->shared);
 }
 
@@ -153,9 +153,9 @@ class JsonForms : public Fixture<int> {
   }
 };
 
-TEST_F(JsonForms, OfASingleKeyframeAreItsValueAlone) {
-  expectRefusal(T(0), "name", [&] { jsonOf(*shared); });
-  shared->addKeyFrame(T(10), 7, T(0));
+TEST_F(JsonForms, OfASingleKeyframeAreItsValue) {
+  expectRefusal(time(0), "name", [&] { jsonOf(*shared); });
+  shared->addKeyFrame(time(10), 7, time(0));
   EXPECT_EQ(jsonOf(*shared), "\"name\" : 7");
   EXPECT_EQ(jsonOf(*shared, 2, "lead", "na"), "lead    \"me\" : 7");
   EXPECT_EQ(jsonOf(*shared, 0, "", "ame"), "\"name\" : 7");
@@ -194,13 +194,13 @@ TEST_F(JsonForms, OfBoundsWithoutKeyframesAreObjects) {
 }
 
 TEST_F(JsonForms, OfASingleKeyframeWithALeadInAreObjects) {
-  shared->addKeyFrame(T(10), 7, T(4));
+  shared->addKeyFrame(time(10), 7, time(4));
   EXPECT_EQ(jsonOf(*shared).substr(0, 12), "\"name\" : {\n ");
 }
 
 TEST_F(JsonForms, OfPointsHaveNoValueText) {
   LeftParameter<Point> parameter({}, "p", nullptr);
-  parameter.addKeyFrame(T(0), {1, 2, 0}, T(0));
+  parameter.addKeyFrame(time(0), {1, 2, 0}, time(0));
   EXPECT_EQ(jsonOf(parameter), "\"p\" : ");
 }
 
@@ -211,10 +211,10 @@ TEST(Numbers, AreTheShortestJsonThatReadsBackTheSame) {
   EXPECT_EQ(json_representation(-0.0), "-0");
   EXPECT_EQ(json_representation(std::nan("")), "null");
   EXPECT_EQ(json_representation(-std::numeric_limits<double>::infinity()), "null");
-  EXPECT_EQ(json_representation(T(42, 4)), "\"21/2\"");
+  EXPECT_EQ(json_representation(time(42, 4)), "\"21/2\"");
 }
 
-TEST(Numbers, InXmlHaveSeventeenDigitsAndWordsWithTheirSign) {
+TEST(Numbers, InXmlHaveSeventeenDigitsAndSignedWords) {
   using Traits = ValueTraits<double>;
   using View = std::string_view;
   EXPECT_EQ(View(Traits::xmlText(0.1)), "0.10000000000000001");
@@ -236,17 +236,17 @@ TEST(XmlForms, OfAttributesHaveNoBody) {
 }
 
 TEST(XmlForms, OfKeyframesNameTheirOwnInterpolater) {
-  KeyFrame<int> keyFrame({}, T(1), 2, T(3, 2));
+  KeyFrame<int> keyFrame({}, time(1), 2, time(3, 2));
   keyFrame.setInterpolater(LeftInterpolater<int>::getInstance());
   EXPECT_EQ(xmlOf(keyFrame),
             "<Keyframe  time=\"1\" value=\"2\" leadInLength=\"3/2\"  interpolater=\"left\" />\n");
 }
 
-TEST(XmlForms, AreWholeWhateverTheirSize) {
+TEST(XmlForms, AreCompleteAtAnySize) {
   LeftParameter<int> parameter({}, "p", nullptr);
   std::string expected = "<Parameter>\n  <Keyframes>\n";
   for (int n = 0; n < 2000; ++n) {
-    parameter.addKeyFrame(T(n), n, T(0));
+    parameter.addKeyFrame(time(n), n, time(0));
     const std::string number = std::to_string(n);
     expected +=
         "  <Keyframe  time=\"" + number + "\" value=\"" + number + "\" leadInLength=\"0\" />\n";
