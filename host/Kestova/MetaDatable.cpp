@@ -35,7 +35,7 @@ boost::shared_ptr<AttributeInterface> MetaDatable::removeMetaData(const std::str
 }
 
 // What carries metadata is part of a project or has no lock; asking here, once, keeps the two
-// operations out of the operation tables of the classes that carry it.
+// operations out of the vtables of the classes that carry it.
 boost::shared_ptr<ReadWriteMutex> MetaDatable::metaDataMutex() const {
   const auto* const object = dynamic_cast<const SubProject*>(this);
   return object != nullptr ? object->mutex() : boost::shared_ptr<ReadWriteMutex>();
