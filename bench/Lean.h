@@ -18,6 +18,7 @@
 #include "host/Kestova/Point.h"
 #include "host/Kestova/RationalTime.h"
 #include "host/Kestova/ThreadSafe.h"
+#include "params/ExactTime.h"
 
 namespace bench {
 

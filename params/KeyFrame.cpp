@@ -75,24 +75,6 @@ KeyFrame<T>* KeyFrame<T>::clone() const {
 }
 
 template <class T>
-void KeyFrame<T>::xmlElementName(XMLOptions& options) const {
-  options.write("Keyframe");
-}
-
-template <class T>
-void KeyFrame<T>::xmlAttributes(XMLOptions& options) const {
-  options.write(" time=\"", m_time, "\" value=\"", ValueTraits<T>::xmlText(m_value),
-                "\" leadInLength=\"", m_leadInLength, "\" ");
-  if (m_interpolater) options.write(" interpolater=\"", m_interpolater->typeName(), "\" ");
-}
-
-template <class T>
-void KeyFrame<T>::xmlBody(XMLOptions& options, int indent) const {
-  // Most have none and need not ask for it through two more calls.
-  if (m_metaData != nullptr) this->metaDataXML(options, indent);
-}
-
-template <class T>
 MetaDataMap* KeyFrame<T>::createMetaDataMap() {
   m_metaData = std::make_unique<MetaDataMap>();
   return m_metaData.get();
@@ -104,6 +86,6 @@ MetaDataMap* KeyFrame<T>::metaDataMap() const {
 }
 
 #define KESTOVA_KEYFRAME(T) template class KeyFrame<T>;
-KESTOVA_FOR_EACH_VALUE_TYPE(KESTOVA_KEYFRAME)
+KESTOVA_FOR_EACH_PARAMETER_TYPE(KESTOVA_KEYFRAME)
 
 }  // namespace Kestova

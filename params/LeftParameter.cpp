@@ -3,6 +3,7 @@
 #include "host/Kestova/KeyFrameException.h"
 #include "host/Kestova/ParameterVisitor.h"
 #include "host/Kestova/ReadWriteMutex.h"
+#include "params/ValueTypes.h"
 
 namespace Kestova {
 
@@ -87,6 +88,6 @@ LeftParameter<T>* LeftParameter<T>::clone() const {
 }
 
 #define KESTOVA_LEFT_PARAMETER(T) template class LeftParameter<T>;
-KESTOVA_FOR_EACH_VALUE_TYPE(KESTOVA_LEFT_PARAMETER)
+KESTOVA_FOR_EACH_PARAMETER_TYPE(KESTOVA_LEFT_PARAMETER)
 
 }  // namespace Kestova

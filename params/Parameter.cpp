@@ -2,10 +2,15 @@
 
 #include <stdexcept>
 
+#include "calls/CallList.h"
 #include "host/Kestova/KeyFrameListener.h"
 #include "params/Placement.h"
+#include "params/ValueTypes.h"
 
 namespace Kestova {
+
+template <class T>
+struct Parameter<T>::Listeners : calls::CallList<KeyFrameListener*> {};
 
 template <class T>
 Parameter<T>::Parameter() = default;
@@ -24,12 +29,13 @@ Parameter<T>::~Parameter() = default;
 
 template <class T>
 void Parameter<T>::addKeyFrameListener(KeyFrameListener* listener) {
-  m_keyFrameListeners.add(listener);
+  if (!m_keyFrameListeners) m_keyFrameListeners = std::make_unique<Listeners>();
+  m_keyFrameListeners->add(listener);
 }
 
 template <class T>
 void Parameter<T>::removeKeyFrameListener(KeyFrameListener* listener) {
-  m_keyFrameListeners.remove(listener);
+  if (m_keyFrameListeners) m_keyFrameListeners->remove(listener);
 }
 
 template <class T>
@@ -97,25 +103,26 @@ void Parameter<T>::setUiHints(const boost::shared_ptr<UiHints>& hints) {
 // Without listeners `time` is not read, because its keyframe may be a cache miss.
 template <class T>
 void Parameter<T>::announceAdded(const RationalTime& time) {
-  if (hasKeyFrameListeners()) announce(&KeyFrameListener::keyFrameAdded, time);
+  if (m_keyFrameListeners) announce(&KeyFrameListener::keyFrameAdded, time);
 }
 
 template <class T>
 void Parameter<T>::announceRemoved(const RationalTime& time) {
-  if (hasKeyFrameListeners()) announce(&KeyFrameListener::keyFrameRemoved, time);
+  if (m_keyFrameListeners) announce(&KeyFrameListener::keyFrameRemoved, time);
 }
 
 // `time` is a copy: a listener may free the keyframe that it belongs to.
 template <class T>
 void Parameter<T>::announce(Announcement announcement, RationalTime time) {
+  if (m_keyFrameListeners->empty()) return;
   const boost::shared_ptr<ParameterInterface> self = this->shared_from_this();
-  CallList<KeyFrameListener*>::Round round(m_keyFrameListeners);
-  while (KeyFrameListener* const* const listener = round.next(m_keyFrameListeners)) {
+  typename Listeners::Round round(*m_keyFrameListeners);
+  while (KeyFrameListener* const* const listener = round.next(*m_keyFrameListeners)) {
     ((*listener)->*announcement)(self, time);
   }
 }
 
 #define KESTOVA_PARAMETER(T) template class Parameter<T>;
-KESTOVA_FOR_EACH_VALUE_TYPE(KESTOVA_PARAMETER)
+KESTOVA_FOR_EACH_PARAMETER_TYPE(KESTOVA_PARAMETER)
 
 }  // namespace Kestova

@@ -3,9 +3,9 @@
 
 #include <boost/smart_ptr/enable_shared_from_this.hpp>
 #include <boost/smart_ptr/shared_ptr.hpp>
+#include <memory>
 #include <string>
 
-#include "host/Kestova/CallList.h"
 #include "host/Kestova/Identified.h"
 #include "host/Kestova/Interpolater.h"
 #include "host/Kestova/Json.h"
@@ -142,19 +142,21 @@ class Parameter : public ParameterInterface,
   /// A copy shares bounds and hints and has no listeners.
   Parameter(const Parameter& other);
 
-  bool hasKeyFrameListeners() const { return !m_keyFrameListeners.empty(); }
+  /// True once a listener was added, even if it was removed again.
+  bool hasHadListeners() const { return m_keyFrameListeners != nullptr; }
 
   /// Calls the listeners. Requires: a shared pointer owns the parameter, or there are no listeners.
   void announceAdded(const RationalTime& time);
   void announceRemoved(const RationalTime& time);
 
  private:
+  struct Listeners;
   using Announcement = void (KeyFrameListener::*)(const boost::shared_ptr<ParameterInterface>&,
                                                   const RationalTime&);
   void announce(Announcement announcement, RationalTime time);
 
   // Guarded by the project's lock.
-  CallList<KeyFrameListener*> m_keyFrameListeners;
+  std::unique_ptr<Listeners> m_keyFrameListeners;  // null until the first one is added
   boost::shared_ptr<ValueBounds<T>> m_valueBounds;
   boost::shared_ptr<UiHints> m_uiHints;
 };

@@ -2,14 +2,13 @@
 
 #include <algorithm>
 #include <boost/smart_ptr/make_shared.hpp>
-#include <iterator>
-#include <string_view>
 #include <utility>
 
 #include "host/Kestova/EditRateSource.h"
 #include "host/Kestova/KeyFrameException.h"
-#include "host/Kestova/TextBlock.h"
-#include "host/Kestova/ThreadSafe.h"
+#include "host/Kestova/ReadWriteMutex.h"
+#include "params/ExactTime.h"
+#include "params/OwnerLock.h"
 #include "params/ParameterIterator.h"
 #include "params/Placement.h"
 #include "params/ValueTraits.h"
@@ -93,7 +92,7 @@ template <class T>
 void ParameterImpl<T>::moveKeyFrame(const RationalTime& from, const RationalTime& to) {
   const Entry moving = existing(from);
   const KeyFramePointer keyFrame = moving.value();
-  const auto self = keptAlive(*keyFrame);
+  const auto self = this->weak_from_this().lock();
   const Entry notBefore = lookUp(to);
   if (isAt(notBefore, to)) refuse(to);
 
@@ -170,7 +169,7 @@ boost::shared_ptr<KeyFrame<T>> ParameterImpl<T>::replaceKeyFrame(const RationalT
   const RationalTime target = replaced.time();
   KeyFramePointer old = m_keyFrames.exchange(replaced, keyFrame);
   const RationalTime oldTime = old->time();
-  const auto self = keptAlive(*keyFrame);
+  const auto self = this->weak_from_this().lock();
   keyFrame->setTime(target);
   this->notify();
   this->announceRemoved(oldTime);
@@ -186,7 +185,7 @@ T ParameterImpl<T>::setKeyFrameValue(const KeyFramePointer& keyFrame, const T& v
 template <class T>
 T ParameterImpl<T>::setKeyFrameValue(const RationalTime& time, const T& value) {
   const KeyFramePointer keyFrame = existing(time).value();
-  const auto self = keptAlive(*keyFrame);
+  const auto self = this->weak_from_this().lock();
   T old = keyFrame->value();
   keyFrame->setValue(value);
   this->notify();
@@ -207,7 +206,7 @@ RationalTime ParameterImpl<T>::setKeyFrameLeadInLength(const RationalTime& time,
                                                        const RationalTime& leadInLength) {
   // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): an observer may remove it
   const KeyFramePointer keyFrame = existingWithRoom(time, leadInLength).value();
-  const auto self = keptAlive(*keyFrame);
+  const auto self = this->weak_from_this().lock();
   const RationalTime old = keyFrame->leadInLength();
   keyFrame->setLeadInLength(leadInLength);
   this->notify();
@@ -292,96 +291,6 @@ bool ParameterImpl<T>::isEquivalentTo(const Parameter<T>& other) const {
 }
 
 template <class T>
-void ParameterImpl<T>::toJSON(const JSONOptions& options, int indent,
-                              const std::string& leadingText, const std::string& namePrefix) const {
-  std::string key = this->name();
-  if (key.compare(0, namePrefix.size(), namePrefix) == 0) key.erase(0, namePrefix.size());
-  TextBlock out(options.outStream());
-  out.write(leadingText, Indent{indent}, '"', key, "\" : ");
-  if (isWrittenAsValueAlone()) {
-    out.write(ValueTraits<T>::jsonText(this->valueAt(RationalTime(0))));
-    return;
-  }
-  out.write("{\n", Indent{indent + 1}, json_keyname("type"),
-            json_representation(std::string(ValueTraits<T>::kTypeName)));
-  out.flush();
-  this->writeExtraJSON(options, indent + 1);
-  if (const auto own = this->interpolater(); own && own != this->defaultInterpolater()) {
-    out.write(",\n", Indent{indent + 1}, json_keyname("interp"),
-              json_representation(own->typeName()));
-  }
-  writeBounds(out, indent + 1);
-  writeHints(out, indent + 1);
-  writeKeyFrames(out, options, indent + 1);
-  out.write('\n', Indent{indent}, '}');
-}
-
-template <class T>
-bool ParameterImpl<T>::isWrittenAsValueAlone() const {
-  if (this->interpolater() != this->defaultInterpolater() || this->valueBounds()) return false;
-  if (m_keyFrames.empty()) return true;
-  static constexpr std::string_view kAlwaysWhole[] = {"toc", "quiz", "captions", "captionData"};
-  return m_keyFrames.size() == 1 &&
-         m_keyFrames.begin().value()->leadInLength() == RationalTime(0) &&
-         std::count(std::begin(kAlwaysWhole), std::end(kAlwaysWhole), this->name()) == 0;
-}
-
-template <class T>
-void ParameterImpl<T>::writeBounds(TextBlock& out, int indent) const {
-  const auto bounds = this->valueBounds();
-  if (!bounds) return;
-  const Indent inside{indent + 1};
-  out.write(",\n", Indent{indent}, json_keyname("valueBounds"), "{\n");
-  out.write(inside, json_keyname("minValue"), ValueTraits<T>::jsonText(bounds->minValue), ",\n");
-  out.write(inside, json_keyname("maxValue"), ValueTraits<T>::jsonText(bounds->maxValue), ",\n");
-  out.write(inside, json_keyname("defaultValue"), ValueTraits<T>::jsonText(bounds->defaultValue));
-  out.write('\n', Indent{indent}, '}');
-}
-
-template <class T>
-void ParameterImpl<T>::writeHints(TextBlock& out, int indent) const {
-  const auto hints = this->uiHints();
-  if (!hints) return;
-  const Indent inside{indent + 1};
-  out.write(",\n", Indent{indent}, json_keyname("uiHints"), "{\n");
-  out.write(inside, json_keyname("userInterfaceType"), hints->userInterfaceType, ",\n");
-  out.write(inside, json_keyname("unitType"), hints->unitType);
-  out.write('\n', Indent{indent}, '}');
-}
-
-// The time of a keyframe in JSON is where its lead-in begins.
-template <class T>
-void ParameterImpl<T>::writeKeyFrames(TextBlock& out, const JSONOptions& options,
-                                      int indent) const {
-  if (this->numKeyFrames() < 1) return;
-  out.write(",\n", Indent{indent}, json_keyname("keyframes"), "[\n");
-  const std::string outside = json_indent(indent + 1);
-  const std::string inside = json_indent(indent + 2);
-  const std::string timeKey = outside + "{\n" + inside + json_keyname("time");
-  const std::string valueKey = ",\n" + inside + json_keyname("value");
-  const std::string durationKey = ",\n" + inside + json_keyname("duration");
-  const std::string end = '\n' + outside + '}';
-  std::string_view separator;
-  for (const auto& [time, keyFrame] : m_keyFrames) {
-    const RationalTime& leadIn = keyFrame->leadInLength();
-    out.write(separator, timeKey, JSONTime{keyFrame->time() - leadIn}, valueKey,
-              ValueTraits<T>::jsonText(keyFrame->value()), durationKey, JSONTime{leadIn});
-    if (keyFrame->metaDataMap() != nullptr) {
-      out.flush();
-      MetaDatable::toJSON(*keyFrame, options, indent + 2, "");
-    }
-    out.write(end);
-    separator = ",\n";
-  }
-  out.write('\n', Indent{indent}, ']');
-}
-
-template <class T>
-bool ParameterImpl<T>::writeExtraJSON(const JSONOptions& /*options*/, int /*indent*/) const {
-  return false;
-}
-
-template <class T>
 boost::shared_ptr<Attribute<std::string>> ParameterImpl<T>::identifier() {
   return m_identifier;
 }
@@ -393,11 +302,13 @@ boost::shared_ptr<const Attribute<std::string>> ParameterImpl<T>::identifier() c
 
 template <class T>
 void ParameterImpl<T>::attach(Observer* observer) {
+  m_isObserved.store(true, std::memory_order_relaxed);
   m_changeSubject.attach(observer);
 }
 
 template <class T>
 void ParameterImpl<T>::attachWithoutNotifyDelay(Observer* observer) {
+  m_isObserved.store(true, std::memory_order_relaxed);
   m_changeSubject.attachWithoutNotifyDelay(observer);
 }
 
@@ -413,20 +324,6 @@ void ParameterImpl<T>::notify() {
 }
 
 template <class T>
-void ParameterImpl<T>::xmlElementName(XMLOptions& options) const {
-  options.write("Parameter");
-}
-
-template <class T>
-void ParameterImpl<T>::xmlBody(XMLOptions& options, int indent) const {
-  if (m_keyFrames.empty()) return;
-  options.write(Indent{indent}, "<Keyframes>\n");
-  const std::string noPrefix;
-  for (const auto& [time, keyFrame] : m_keyFrames) keyFrame->toXML(options, indent, noPrefix);
-  options.write(Indent{indent}, "</Keyframes>\n");
-}
-
-template <class T>
 MetaDataMap* ParameterImpl<T>::createMetaDataMap() {
   m_metaData = std::make_unique<MetaDataMap>();
   return m_metaData.get();
@@ -437,15 +334,13 @@ MetaDataMap* ParameterImpl<T>::metaDataMap() const {
   return m_metaData.get();
 }
 
-// A reference to this parameter for the rest of an operation, because the observers of the
-// parameter and of `called` may drop the last one. Null when there are no observers and listeners,
-// which saves two atomic operations per change.
+// A reference to this parameter for the rest of an operation, because an observer or listener may
+// drop the last one. Null if nothing was ever attached, which saves two atomic operations per
+// keyframe that is added or removed.
 template <class T>
-template <class... Called>
-boost::shared_ptr<Parameter<T>> ParameterImpl<T>::keptAlive(const Called&... called) {
-  const bool callsNobody =
-      m_changeSubject.isIdle() && !this->hasKeyFrameListeners() && (called.isIdle() && ...);
-  return callsNobody ? nullptr : this->weak_from_this().lock();
+boost::shared_ptr<Parameter<T>> ParameterImpl<T>::keptAlive() {
+  const bool isObserved = m_isObserved.load(std::memory_order_relaxed) || this->hasHadListeners();
+  return isObserved ? this->weak_from_this().lock() : nullptr;
 }
 
 template <class T>
@@ -514,6 +409,6 @@ boost::shared_ptr<KeyFrame<T>> ParameterImpl<T>::erase(Entry entry) {
 }
 
 #define KESTOVA_PARAMETER_IMPL(T) template class ParameterImpl<T>;
-KESTOVA_FOR_EACH_VALUE_TYPE(KESTOVA_PARAMETER_IMPL)
+KESTOVA_FOR_EACH_PARAMETER_TYPE(KESTOVA_PARAMETER_IMPL)
 
 }  // namespace Kestova

@@ -15,7 +15,6 @@
 namespace Kestova {
 
 struct NextKeyFrame;
-class TextBlock;
 
 /// Locks: see ParameterInterface. Derived classes define the interpolater and the name.
 template <class T>
@@ -107,16 +106,10 @@ class ParameterImpl : public Parameter<T> {
  private:
   using KeyFramePointer = boost::shared_ptr<KeyFrame<T>>;
 
-  bool isWrittenAsValueAlone() const;
-  void writeBounds(TextBlock& out, int indent) const;
-  void writeHints(TextBlock& out, int indent) const;
-  void writeKeyFrames(TextBlock& out, const JSONOptions& options, int indent) const;
-
   using Entry = typename KeyFrameMap<T>::const_iterator;
   using Position = typename KeyFrameMap<T>::Position;
 
-  template <class... Called>
-  boost::shared_ptr<Parameter<T>> keptAlive(const Called&... called);
+  boost::shared_ptr<Parameter<T>> keptAlive();
 
   [[noreturn]] void refuse(const RationalTime& time) const;
   Entry lookUp(const RationalTime& time) const;
@@ -135,6 +128,7 @@ class ParameterImpl : public Parameter<T> {
   std::unique_ptr<MetaDataMap> m_metaData;
   KeyFrameMapUtil<T> m_mapUtil;
   Subject m_changeSubject;
+  std::atomic<bool> m_isObserved{false};  // set by the first attach, from any thread
   const EditRateSource* m_editRateSource;
 
   // The result of the last lookup, a hint for the next one, which is often near. A hint that

@@ -1,7 +1,7 @@
 // The rule that decides where a keyframe may be placed.
 #pragma once
 
-#include "host/Kestova/RationalTime.h"
+#include "params/ExactTime.h"
 #include "params/TimeLimits.h"
 
 namespace Kestova {

@@ -8,13 +8,13 @@
 #include <string>
 
 #include "host/Kestova/Json.h"
-#include "host/Kestova/NumberText.h"
-#include "host/Kestova/ValueTypes.h"
 #include "host/Kestova/XMLable.h"
+#include "params/ValueTypes.h"
+#include "text/NumberText.h"
 
 namespace Kestova {
 
-/// What holds for a type unless its row says otherwise. Texts are for a TextBlock.
+/// What holds for a type unless its row says otherwise. Texts are what a text::TextBlock takes.
 template <class T>
 struct CommonValueTraits {
   /// The value to store when `value` is asked for. A type could adjust it here; none does.
@@ -43,8 +43,8 @@ struct IntegerValueTraits : CommonValueTraits<T> {
   static T jsonText(T value) { return value; }
 };
 
-/// One row for each of the types that KESTOVA_FOR_EACH_VALUE_TYPE lists. `kTypeName` is the name
-/// under which the type is written.
+/// One row for each of the types that KESTOVA_FOR_EACH_PARAMETER_TYPE lists. `kTypeName` is the
+/// name under which the type is written.
 template <class T>
 struct ValueTraits;
 
@@ -56,8 +56,8 @@ struct ValueTraits<int> : IntegerValueTraits<int> {
 template <>
 struct ValueTraits<double> : JsonValueTraits<double> {
   static constexpr const char* kTypeName = "double";
-  static NumberText xmlText(double value) {
-    return NumberText(value, std::numeric_limits<double>::max_digits10);
+  static text::NumberText xmlText(double value) {
+    return text::NumberText(value, std::numeric_limits<double>::max_digits10);
   }
   static bool similarToValue(double left, double right) {
     return left == right || (left != left && right != right);
@@ -114,7 +114,7 @@ struct ValueTraits<KeystrokeData> : CommonValueTraits<KeystrokeData> {
 
 #define KESTOVA_HAS_TRAITS(T) \
   static_assert(ValueTraits<T>::kTypeName != nullptr, "a value type without a row of traits");
-KESTOVA_FOR_EACH_VALUE_TYPE(KESTOVA_HAS_TRAITS)
+KESTOVA_FOR_EACH_PARAMETER_TYPE(KESTOVA_HAS_TRAITS)
 #undef KESTOVA_HAS_TRAITS
 
 }  // namespace Kestova

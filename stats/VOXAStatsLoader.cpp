@@ -23,6 +23,13 @@ constexpr int kBitsPerSample = 16;
 constexpr int kVideoKind = 0;
 constexpr int kAudioKind = 1;
 
+// The host's numbers for the type of a track; the host defines no names for them.
+constexpr int kVideoType = 0;
+constexpr int kAudioType = 2;
+
+// Screen tracks carry the metadata.
+constexpr auto kScreenTag = static_cast<MediaFileStats::TrackTag>(1);
+
 // The stream file names of a recording, with limits on the cost of hostile files.
 class StreamNames {
  public:
@@ -81,12 +88,12 @@ MediaFileStats::TrackStats statsOf(const VOXA::MP4TrackReader& track, int index,
   stats.tag = VOXAStatsLoader::trackTagFromVOXATrackTag(track.tag());
   stats.index = index;
   if (track.kind() == kVideoKind) {
-    stats.type = MediaFileStats::VideoType;
-    if (stats.tag == MediaFileStats::ScreenTrack) {
+    stats.type = kVideoType;
+    if (stats.tag == kScreenTag) {
       stats.metaDataFilenames = streamNames.forTrack(index);
     }
   } else if (track.kind() == kAudioKind) {
-    stats.type = MediaFileStats::AudioType;
+    stats.type = kAudioType;
     stats.sampleRate = kSampleRate;
     stats.channelCount = kChannelCount;
     stats.bitsPerSample = kBitsPerSample;
@@ -126,14 +133,14 @@ void VOXAStatsLoader::loadStats(const std::string& filename, MediaFileStats* sta
 MediaFileStats::TrackTag VOXAStatsLoader::trackTagFromVOXATrackTag(unsigned int tag) {
   switch (tag) {
     case 100:
-      return MediaFileStats::ScreenTrack;
+      return kScreenTag;
     case 101:
-      return MediaFileStats::CameraTrack;
-    case 102:
-      return MediaFileStats::FourthTrack;
+      return static_cast<MediaFileStats::TrackTag>(2);
+    case 102:  // crosses with 103 on purpose
+      return static_cast<MediaFileStats::TrackTag>(4);
     case 103:
-      return MediaFileStats::ThirdTrack;
+      return static_cast<MediaFileStats::TrackTag>(3);
     default:
-      return MediaFileStats::NoTag;
+      return static_cast<MediaFileStats::TrackTag>(0);
   }
 }

@@ -9,14 +9,16 @@
 
 namespace text {
 
-/// The rule for forEachPiece, for texts that are too long to copy. Covers what stands between the
+/// The rule for forEachPiece, for texts that are too long to copy. Covers what is between the
 /// quotes.
 struct JsonRule {
-  static std::size_t plainLength(std::string_view bytes);
-  static Escape escapeFirst(std::string_view& bytes);
+  static constexpr bool isPlain(char32_t character) {
+    return character >= 0x20 && character != '"' && character != '\\';
+  }
+  static Escape escape(const Utf8Character& character, std::string_view bytes);
 };
 
-/// `bytes` as a JSON string, quotes included.
+/// Returns `bytes` as a JSON string, quotes included.
 std::string jsonString(std::string_view bytes);
 
 }  // namespace text

@@ -4,7 +4,7 @@ namespace text {
 
 namespace {
 
-// What a first byte announces: the number of bytes that follow, and the range of the first of them,
+// Describes a first byte: the number of bytes that follow, and the range of the first of them,
 // which excludes overlong forms, surrogates and code points above U+10FFFF.
 struct Lead {
   int following;  // -1 for a byte that starts no character

@@ -1,7 +1,8 @@
-// UTF-8 that may be malformed: one decoder, used by everything that reads or writes text.
+// Decodes UTF-8 that may be malformed. Everything that reads or writes text uses this decoder.
 //
-// Well-formed means the table of Unicode 15, section 3.9 (D92): no overlong forms, no surrogates,
-// nothing above U+10FFFF. Every function may be called from any thread and keeps no state.
+// Well-formed is defined by table 3-7 of Unicode 15, section 3.9 (D92): no overlong forms, no
+// surrogates, nothing above U+10FFFF. Every function may be called from any thread and keeps no
+// state.
 #pragma once
 
 #include <cstddef>
@@ -10,24 +11,23 @@
 
 namespace text {
 
-/// U+FFFD, which stands for malformed bytes.
+/// U+FFFD, which replaces malformed bytes.
 constexpr char32_t kReplacementCharacter = U'\uFFFD';
 constexpr std::string_view kEncodedReplacementCharacter = "\xEF\xBF\xBD";
 
 /// The first character of a text.
 struct Utf8Character {
   char32_t codePoint;  ///< kReplacementCharacter for malformed bytes
-  std::size_t length;  ///< how many bytes it takes, at least 1
+  std::size_t length;  ///< in bytes, at least 1
   bool isWellFormed;
 };
 
-/// Decodes the first character of `bytes`. Malformed bytes are one character for each longest
-/// prefix that could have begun a well-formed one. Requires: `bytes` is not empty.
+/// Decodes the first character of `bytes`. In malformed text, each maximal prefix of a well-formed
+/// character counts as one character, as does any other byte. Requires: `bytes` is not empty.
 Utf8Character firstCharacter(std::string_view bytes);
 
 bool isWellFormedUtf8(std::string_view bytes);
 
-/// Copies `bytes`, with U+FFFD for each malformed character.
+/// Returns `bytes` with U+FFFD in place of each malformed character.
 std::string wellFormedUtf8(std::string_view bytes);
-
 }  // namespace text

@@ -1,4 +1,4 @@
-// A named value of any type, as metadata holds it.
+// A metadata value of any type.
 #pragma once
 
 #include <boost/smart_ptr/shared_ptr.hpp>
@@ -15,22 +15,22 @@ class KESTOVA_API AttributeInterface : public Cloneable {
  public:
   ~AttributeInterface() override;
 
-  /// A new copy of the most derived class. The caller owns it.
+  /// Returns a new copy of the most derived class. The caller owns it.
   AttributeInterface* clone() const override = 0;
 
-  /// Called with a fresh copy of this attribute once a shared pointer owns it, for attributes that
-  /// keep a reference to themselves. The others have nothing to do here.
+  /// Called with a new copy of this attribute once a shared pointer owns it, for attributes that
+  /// keep a reference to themselves. Does nothing by default.
   virtual void setupSharedClone(const boost::shared_ptr<AttributeInterface>& sharedClone) const;
 
-  /// The value as plain text.
+  /// Returns the value as plain text.
   virtual std::string valueString() const = 0;
 
-  /// Stores a copy of this attribute, with the target's project as its owner, under `key` in the
-  /// metadata of `target` and returns the copy. Takes the write lock of the target's metadata.
+  /// Stores a copy of this attribute, owned by the project of `target`, under `key` in the metadata
+  /// of `target` and returns the copy. Takes the write lock of the target's metadata.
   virtual boost::shared_ptr<AttributeInterface> addToMetaData(const std::string& key,
                                                               MetaDatable& target) const = 0;
 
-  /// The value as JSON text.
+  /// Returns the value as JSON text.
   virtual std::string jsonValue() const = 0;
 };
 

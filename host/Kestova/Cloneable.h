@@ -1,4 +1,4 @@
-// What can be copied without knowing its class.
+// An object that can be copied without knowing its class.
 #pragma once
 
 namespace Kestova {
@@ -7,7 +7,7 @@ class Cloneable {
  public:
   virtual ~Cloneable() = default;
 
-  /// A new copy of the most derived class. The caller owns it.
+  /// Returns a new copy of the most derived class. The caller owns it.
   virtual Cloneable* clone() const = 0;
 };
 

@@ -1,4 +1,4 @@
-// Gives a parameter the edit rate of the times that it holds.
+// The source of the edit rate of a parameter's times.
 #pragma once
 
 #include "host/Kestova/Export.h"
@@ -10,7 +10,7 @@ class KESTOVA_API EditRateSource {
  public:
   virtual ~EditRateSource();
 
-  /// In frames per unit of the parameter's times.
+  /// Returns the edit rate in frames per unit of the parameter's times.
   virtual SafeRational editRate() const = 0;
 };
 

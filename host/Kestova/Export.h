@@ -1,5 +1,4 @@
-// Marks what the host library hands to other binaries. Whoever builds the library defines
-// KESTOVA_BUILD.
+// Marks what the host library exports. The build of the library defines KESTOVA_BUILD.
 #pragma once
 
 #if !defined(_WIN32)

@@ -1,4 +1,4 @@
-// What has a name that can be changed and observed.
+// An object whose name can be changed and observed.
 #pragma once
 
 #include <boost/smart_ptr/shared_ptr.hpp>
@@ -15,7 +15,7 @@ class KESTOVA_API Identified {
  public:
   virtual ~Identified();
 
-  /// The attribute that holds the name, shared with the object.
+  /// Returns the attribute that holds the name. The object shares it.
   virtual boost::shared_ptr<Attribute<std::string>> identifier() = 0;
   virtual boost::shared_ptr<const Attribute<std::string>> identifier() const = 0;
 };

@@ -1,4 +1,4 @@
-// The host's integer types, the same on every platform.
+// The host's integer types. They are the same on every platform.
 #pragma once
 
 namespace Kestova {

@@ -1,5 +1,5 @@
-// The destructors of the host's pure interfaces, so that each has one home for its type
-// information.
+// The destructors of the host's pure interfaces, so that the vtable and type information of each
+// are emitted once.
 #include "host/Kestova/EditRateSource.h"
 #include "host/Kestova/Identified.h"
 #include "host/Kestova/KeyFrameListener.h"

@@ -1,4 +1,4 @@
-// Values between two keyframes.
+// Computes values between two keyframes.
 #pragma once
 
 #include <boost/smart_ptr/shared_ptr.hpp>
@@ -10,27 +10,27 @@
 
 namespace Kestova {
 
-/// Has no state that a call changes; one object serves any number of parameters and threads.
+/// Calls change no state: any number of parameters and threads may share one object.
 template <class T>
 class Interpolater {
  public:
   virtual ~Interpolater() = default;
 
-  /// The value at `time` between `earlier` and `later`. `leadInLength` is that of the later
+  /// Returns the value at `time` between `earlier` and `later`. `leadInLength` is that of the later
   /// keyframe. All times are in the parameter's unit.
   virtual T interpolate(const T& earlier, const T& later, const RationalTime& earlierTime,
                         const RationalTime& laterTime, double time,
                         const RationalTime& leadInLength) const = 0;
 
-  /// The name under which the interpolater is written.
+  /// Returns the name of the interpolater in JSON and XML.
   virtual std::string typeName() const = 0;
 };
 
-/// The step: the earlier value holds until the later keyframe.
+/// Step interpolation: the earlier value holds until the later keyframe.
 template <class T>
 class LeftInterpolater final : public Interpolater<T> {
  public:
-  /// The one object of its type, shared by all binaries that the host library is loaded into.
+  /// Returns the only object for `T`, which all binaries in the process share.
   static boost::shared_ptr<Interpolater<T>> getInstance();
 
   T interpolate(const T& earlier, const T& later, const RationalTime& earlierTime,

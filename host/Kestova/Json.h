@@ -1,4 +1,4 @@
-// JSON text as the host writes it. docs/serialisation.md fixes it.
+// JSON text as the host writes it. docs/serialisation.md specifies it.
 #pragma once
 
 #include <ostream>
@@ -10,7 +10,7 @@
 
 namespace Kestova {
 
-/// Where JSON goes. The stream must outlive it.
+/// The destination of JSON. The stream must outlive it.
 class JSONOptions {
  public:
   explicit JSONOptions(std::ostream& out) : m_out(out) {}
@@ -21,21 +21,21 @@ class JSONOptions {
   std::ostream& m_out;
 };
 
-/// `text` as a JSON string, valid whatever its bytes: what is no UTF-8 becomes U+FFFD.
+/// Returns `text` as a JSON string. It is valid for any bytes: malformed UTF-8 becomes U+FFFD.
 KESTOVA_API std::string json_representation(const std::string& text);
 
-/// The shortest text that reads back as the same number; null for what is no finite number.
+/// Returns the shortest text that reads back as the same number; null for NaN and infinities.
 KESTOVA_API std::string json_representation(double number);
 KESTOVA_API std::string json_representation(int number);
 KESTOVA_API std::string json_representation(int64 number);
 
-/// A whole time as a number, another as the fraction in quotes.
+/// Returns a whole time as a number, any other as a quoted fraction: "21/2".
 KESTOVA_API std::string json_representation(const RationalTime& time);
 
-/// The white space in front of a line at a level of indentation: two spaces each.
+/// Returns the white space at the start of a line: two spaces per level of indentation.
 KESTOVA_API std::string json_indent(int level);
 
-/// `name` as a key with its separator: "name" and " : ".
+/// Returns `name` as a JSON string, followed by the separator " : ".
 KESTOVA_API std::string json_keyname(const std::string& name);
 
 }  // namespace Kestova

@@ -13,7 +13,7 @@ class KESTOVA_API KestovaException : public std::exception {
   explicit KestovaException(const std::string& message);
   ~KestovaException() override;
 
-  /// The message as it was given; it lives as long as the exception.
+  /// Returns the message. The pointer is valid as long as the exception.
   const char* what() const noexcept override { return m_message.c_str(); }
 
  private:

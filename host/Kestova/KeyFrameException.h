@@ -1,4 +1,4 @@
-// A keyframe that is missing, or whose placement is refused.
+// Thrown for a keyframe that is missing or whose placement is refused.
 #pragma once
 
 #include "host/Kestova/KestovaException.h"

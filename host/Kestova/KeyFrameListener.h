@@ -1,4 +1,4 @@
-// Told which keyframes come and go.
+// Receives the times of keyframes that are added and removed.
 #pragma once
 
 #include <boost/smart_ptr/shared_ptr.hpp>
@@ -10,10 +10,10 @@ namespace Kestova {
 
 class ParameterInterface;
 
-/// Called in the thread that changes the parameter, under the lock that it holds, after the
-/// parameter's observers. It may add and remove listeners, itself included, and change the
-/// parameter again. What it throws ends the round and reaches the one who made the change, which
-/// stands.
+/// Called by the thread that changes the parameter, under the lock that it holds, after the
+/// observers of the parameter. A listener may add and remove listeners, itself included, and change
+/// the parameter again. An exception of a listener ends the round and propagates to the caller of
+/// the operation; the change itself is kept.
 class KESTOVA_API KeyFrameListener {
  public:
   virtual ~KeyFrameListener();

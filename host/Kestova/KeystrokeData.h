@@ -1,9 +1,8 @@
-// A key that was struck: its character and the flags of its event.
+// A keystroke: the character of the key and the flags of its event.
 #pragma once
 
 #include <ostream>
-
-#include "host/Kestova/NumberText.h"
+#include <string>
 
 namespace Kestova {
 
@@ -26,9 +25,11 @@ inline bool operator!=(const KeystrokeData& left, const KeystrokeData& right) {
   return !(left == right);
 }
 
-/// Writes "(character,eventFlags)" in decimal, whatever the locale and format of the stream.
+/// Writes "(character,eventFlags)" in decimal, whatever the locale and the number format of the
+/// stream.
 inline std::ostream& operator<<(std::ostream& out, const KeystrokeData& data) {
-  return out << '(' << NumberText(data.character()) << ',' << NumberText(data.eventFlags()) << ')';
+  return out << '(' + std::to_string(data.character()) + ',' + std::to_string(data.eventFlags()) +
+                    ')';
 }
 
 }  // namespace Kestova

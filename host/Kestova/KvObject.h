@@ -11,7 +11,7 @@ class KESTOVA_API KvObject {
  public:
   virtual ~KvObject();
 
-  /// A text for logs: the name of the most derived class, unless a class says something better.
+  /// Returns a text for logs: the name of the most derived class, unless a class overrides it.
   virtual std::string description() const;
 
  protected:

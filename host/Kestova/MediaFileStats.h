@@ -1,4 +1,4 @@
-// What the host knows of a media file: its name, its frame, its tracks.
+// The statistics of a media file: its name, its frame and its tracks.
 #pragma once
 
 #include <boost/rational.hpp>
@@ -12,13 +12,13 @@
 
 namespace Kestova {
 
-/// Filled by a StatsLoader, on one thread. Owns copies of what it is given.
+/// Filled by a StatsLoader on one thread. Owns copies of its arguments.
 class KESTOVA_API MediaFileStats {
  public:
-  /// What a track shows. The numbers are the host's.
+  /// The content of a track. The host defines the numbers.
   enum TrackTag { NoTag = 0, ScreenTrack = 1, CameraTrack = 2, ThirdTrack = 3, FourthTrack = 4 };
 
-  /// What a track is. The numbers are the host's.
+  /// The kind of a track. The host defines the numbers.
   enum TrackType { VideoType = 0, AudioType = 2, OtherType = 3 };
 
   /// One track. A plain value.
@@ -32,7 +32,7 @@ class KESTOVA_API MediaFileStats {
     int bitsPerSample = 0;
     int bytesPerSample = 0;
     std::string auxText;
-    int index = -1;                              ///< place among the tracks of the file
+    int index = -1;                              ///< among the tracks of the file, from 0
     std::vector<std::string> metaDataFilenames;  ///< stream file names
     TrackTag tag = NoTag;
     int auxValue = 1;
@@ -47,7 +47,7 @@ class KESTOVA_API MediaFileStats {
   virtual void setRect(const Rect<int>& rect);
   virtual void addTrackStats(const TrackStats& trackStats);
 
-  // Good until the next change.
+  // Every change invalidates the references.
   const std::string& filename() const { return m_filename; }
   const Rect<int>& rect() const { return m_rect; }
   const std::vector<TrackStats>& trackStats() const { return m_trackStats; }

@@ -34,8 +34,8 @@ boost::shared_ptr<AttributeInterface> MetaDatable::removeMetaData(const std::str
   return removed;
 }
 
-// What carries metadata is part of a project or has no lock; asking here, once, keeps the two
-// operations out of the vtables of the classes that carry it.
+// An object with metadata is a SubProject or has no lock. The casts keep overriders of these two
+// operations out of the vtables of the classes that have metadata.
 boost::shared_ptr<ReadWriteMutex> MetaDatable::metaDataMutex() const {
   const auto* const object = dynamic_cast<const SubProject*>(this);
   return object != nullptr ? object->mutex() : boost::shared_ptr<ReadWriteMutex>();
@@ -68,8 +68,9 @@ void MetaDatable::metaDataXML(XMLOptions& options, int indent) const {
   const MetaDataMap* const map = metaDataMap();
   if (map == nullptr) return;
   for (const auto& [key, attribute] : *map) {
-    options.write(Indent{indent}, "<MetaData key=\"", xml_representation(key), "\" value=\"",
-                  xml_representation(attribute->valueString()), "\"/>\n");
+    options.outStream() << XMLable::genIndent(indent) << "<MetaData key=\""
+                        << xml_representation(key) << "\" value=\""
+                        << xml_representation(attribute->valueString()) << "\"/>\n";
   }
 }
 

@@ -1,4 +1,4 @@
-// What carries metadata: named attributes under string keys.
+// An object with metadata: attributes under string keys.
 #pragma once
 
 #include <boost/smart_ptr/shared_ptr.hpp>
@@ -23,45 +23,46 @@ class KESTOVA_API MetaDatable {
  public:
   virtual ~MetaDatable();
 
-  /// Stores a copy of `attribute`, or the attribute that the pointer shares, under `key` in the
-  /// place of what stood there, and returns what is stored now. Takes the write lock of
+  /// Stores a copy of `attribute`, or the attribute that the pointer shares, under `key` and
+  /// returns the stored one. Replaces an attribute that is already there. Takes the write lock of
   /// `metaDataMutex`.
   virtual boost::shared_ptr<AttributeInterface> addMetaData(const std::string& key,
                                                             const AttributeInterface& attribute);
   virtual boost::shared_ptr<AttributeInterface> addMetaData(
       const std::string& key, const boost::shared_ptr<AttributeInterface>& attribute);
 
-  /// Removes what stands under `key` and returns it, null when there is nothing. Takes the write
+  /// Removes the attribute under `key` and returns it, or null if there is none. Takes the write
   /// lock of `metaDataMutex`.
   virtual boost::shared_ptr<AttributeInterface> removeMetaData(const std::string& key);
 
-  /// Makes an empty map in the place of the present one, which is freed. The object owns it.
+  /// Creates an empty map and frees the previous one. The object owns the map.
   virtual MetaDataMap* createMetaDataMap() = 0;
 
-  /// The map, null until first use. The object owns it.
+  /// Returns the map, or null before the first use. The object owns the map.
   virtual MetaDataMap* metaDataMap() const = 0;
 
-  /// The lock that guards the map: the object's own. Null when the object belongs to no project.
+  /// Returns the lock that guards the map, which is the lock of the object. Null if the object
+  /// belongs to no project.
   virtual boost::shared_ptr<ReadWriteMutex> metaDataMutex() const;
 
-  /// The project of the object, which attributes stored here get as their owner.
+  /// Returns the project of the object, which becomes the owner of stored attributes.
   virtual boost::weak_ptr<const ThreadSafe> metaDataProjectMutex() const;
 
-  /// The place of `key` in the metadata of `target`; an empty one is made when there is none. The
-  /// caller holds the write lock of the target's `metaDataMutex`.
+  /// Returns the entry of `key` in the metadata of `target` and creates an empty one if there is
+  /// none. The caller holds the write lock of the target's `metaDataMutex`.
   static boost::shared_ptr<AttributeInterface>& metaDataAccessor(MetaDatable& target,
                                                                  const std::string& key);
 
-  /// Writes the metadata of `object` as members of the JSON object around it, in the order of the
-  /// keys, each behind ",\n" at the given level, `prefix` in front of its key. The caller holds the
-  /// lock.
+  /// Writes the metadata of `object` as members of the enclosing JSON object, in the order of the
+  /// keys. Each member follows ",\n" and the indentation of `level`; `prefix` precedes its key. The
+  /// caller holds the lock.
   static void toJSON(const MetaDatable& object, const JSONOptions& options, int level,
                      const std::string& prefix);
 
-  /// Writes the metadata as elements, one a key. The caller holds the lock.
+  /// Writes the metadata as elements, one per key. The caller holds the lock.
   void metaDataXML(XMLOptions& options, int indent) const;
 
-  /// A deep copy, or null for null.
+  /// Returns a deep copy, or null for null.
   static std::unique_ptr<MetaDataMap> cloneMetaData(const MetaDataMap* map);
 };
 

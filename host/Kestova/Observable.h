@@ -1,34 +1,35 @@
-// What tells its observers that it has changed.
+// An object that notifies observers of its changes.
 #pragma once
 
 namespace Kestova {
 
-/// Told of changes, in the thread that makes them.
+/// Called for changes, by the thread that makes them.
 class Observer {
  public:
   virtual ~Observer() = default;
 
-  /// The observed object has changed. It may attach and detach observers, itself included, and
-  /// notify again. What it throws ends the round and reaches the one who made the change, which
-  /// stands.
+  /// Called after the observed object changed. It may attach and detach observers, itself included,
+  /// and notify again. An exception ends the round and propagates to the caller of the operation;
+  /// the change itself is kept.
   virtual void changed() = 0;
 };
 
-/// Observers are not owned: one that goes away detaches first.
+/// Observers are not owned: an observer detaches before it is destroyed.
 class Observable {
  public:
   virtual ~Observable() = default;
 
-  /// Adds `observer` behind those already there. One that is there already stays as it is.
+  /// Appends `observer`. Has no effect if it is already attached.
   virtual void attach(Observer* observer) = 0;
 
-  /// Adds an observer that is told of each change even while others wait for the end of a batch.
+  /// Appends an observer that is called for each change even during a batch of changes.
   virtual void attachWithoutNotifyDelay(Observer* observer) = 0;
 
   virtual void detach(Observer* observer) = 0;
 
-  /// Tells the observers, in order of attaching. One that is detached meanwhile is not called any
-  /// more, one that is attached meanwhile waits for the next change.
+  /// Calls the observers in the order in which they were attached. An observer that is detached
+  /// during the round is not called any more; one that is attached during it is first called for
+  /// the next change.
   virtual void notify() = 0;
 };
 

@@ -1,4 +1,4 @@
-// Finds out the class of a parameter: one operation for each.
+// Dispatches on the class of a parameter: one operation per class.
 #pragma once
 
 #include <boost/smart_ptr/shared_ptr.hpp>
@@ -23,7 +23,7 @@ class KESTOVA_API ParameterVisitor {
   KESTOVA_FOR_EACH_VALUE_TYPE(KESTOVA_VISIT)
 };
 
-/// For parameters that it may only read.
+/// For parameters that the visitor may only read.
 class KESTOVA_API ConstParameterVisitor {
  public:
   virtual ~ConstParameterVisitor();

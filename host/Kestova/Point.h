@@ -1,4 +1,4 @@
-// A place in space, in pixels of the project.
+// A point in space, in pixels of the project.
 #pragma once
 
 #include <ostream>
@@ -23,7 +23,7 @@ inline bool operator!=(const Point& left, const Point& right) {
   return !(left == right);
 }
 
-/// Writes "(x,y,z)", each number as the shortest text that reads back the same.
+/// Writes "(x,y,z)", each number as the shortest text that reads back as the same number.
 KESTOVA_API std::ostream& operator<<(std::ostream& out, const Point& point);
 
 }  // namespace Kestova

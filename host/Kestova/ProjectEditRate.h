@@ -11,7 +11,7 @@ class KESTOVA_API ProjectEditRate {
  public:
   virtual ~ProjectEditRate();
 
-  /// In frames per second.
+  /// Returns the edit rate in frames per second.
   virtual boost::rational<unsigned int> editRate() const = 0;
 };
 

@@ -1,4 +1,4 @@
-// A stretch from a start, as long as its length.
+// A range: a start and a length.
 #pragma once
 
 #include "host/Kestova/Integers.h"

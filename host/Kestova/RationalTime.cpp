@@ -1,8 +1,20 @@
 #include "host/Kestova/RationalTime.h"
 
-#include "host/Kestova/NumberText.h"
+#include <string>
+
+#include "text/NumberText.h"
 
 namespace Kestova {
+
+namespace {
+
+// left + numerator / denominator, where no product exceeds 127 bits.
+Ratio sum(const RationalTime& left, int128 numerator, int128 denominator) {
+  return reduced(left.numerator() * denominator + numerator * left.denominator(),
+                 left.denominator() * denominator);
+}
+
+}  // namespace
 
 RationalTime operator+(const RationalTime& left, const RationalTime& right) {
   int64 whole = 0;
@@ -10,11 +22,7 @@ RationalTime operator+(const RationalTime& left, const RationalTime& right) {
       !__builtin_add_overflow(left.numerator(), right.numerator(), &whole)) {
     return RationalTime(whole);
   }
-  const Ratio& a = left.ratio();
-  const Ratio& b = right.ratio();
-  return RationalTime(
-      reduced(int128{a.numerator} * b.denominator + int128{b.numerator} * a.denominator,
-              int128{a.denominator} * b.denominator));
+  return RationalTime(sum(left, right.numerator(), right.denominator()));
 }
 
 RationalTime operator-(const RationalTime& left, const RationalTime& right) {
@@ -23,12 +31,13 @@ RationalTime operator-(const RationalTime& left, const RationalTime& right) {
       !__builtin_sub_overflow(left.numerator(), right.numerator(), &whole)) {
     return RationalTime(whole);
   }
-  const WideRatio wide = difference(left.ratio(), right.ratio());
-  return RationalTime(reduced(wide.numerator, wide.denominator));
+  return RationalTime(sum(left, -int128{right.numerator()}, right.denominator()));
 }
 
 std::ostream& operator<<(std::ostream& out, const RationalTime& time) {
-  return out << NumberText(time);
+  std::string text(text::NumberText(time.numerator()));
+  if (!time.isWhole()) text.append("/").append(text::NumberText(time.denominator()));
+  return out << text;
 }
 
 }  // namespace Kestova

@@ -1,11 +1,12 @@
-// The host's exact time: a reduced fraction of 64-bit numbers with a positive denominator. What one
-// unit is (a frame, a second) is the owner's to say; times of loaded parameters are frame numbers.
-// A plain value. Comparisons are exact for all operands, the extremes included.
+// An exact time: a reduced fraction of 64-bit numbers with a positive denominator. The owner
+// defines the unit (a frame, a second); times of loaded parameters are frame numbers. A plain
+// value. Comparisons are exact for all operands, extremes included.
 #pragma once
 
 #include <ostream>
 
 #include "host/Kestova/Export.h"
+#include "host/Kestova/Integers.h"
 #include "host/Kestova/Ratio.h"
 
 namespace Kestova {
@@ -15,7 +16,7 @@ class KESTOVA_API RationalTime {
   RationalTime() : m_ratio{0, 1} {}
   explicit RationalTime(const int64& whole) : m_ratio{whole, 1} {}
 
-  /// Throws boost::bad_rational for a zero denominator, std::overflow_error when the reduced form
+  /// Throws boost::bad_rational for a zero denominator, std::overflow_error if the reduced form
   /// does not fit.
   RationalTime(int64 numerator, int64 denominator)
       : m_ratio(denominator == 1 ? Ratio{numerator, 1} : reduced(numerator, denominator)) {}
@@ -23,7 +24,6 @@ class KESTOVA_API RationalTime {
   int64 numerator() const { return m_ratio.numerator; }
   int64 denominator() const { return m_ratio.denominator; }
   bool isWhole() const { return m_ratio.denominator == 1; }
-  const Ratio& ratio() const { return m_ratio; }
 
   double toDouble() const {
     return static_cast<double>(m_ratio.numerator) / static_cast<double>(m_ratio.denominator);
@@ -59,20 +59,9 @@ inline bool operator>=(const RationalTime& left, const RationalTime& right) {
   return !(left < right);
 }
 
-/// Both throw std::overflow_error when the reduced result does not fit.
+/// Both throw std::overflow_error if the reduced result does not fit.
 KESTOVA_API RationalTime operator+(const RationalTime& left, const RationalTime& right);
 KESTOVA_API RationalTime operator-(const RationalTime& left, const RationalTime& right);
-
-/// The sign of `time` - (`later` - `earlier`): -1, 0 or 1. Exact, and never throws.
-inline int compareWithDifference(const RationalTime& time, const RationalTime& later,
-                                 const RationalTime& earlier) {
-  if (time.isWhole() && later.isWhole() && earlier.isWhole()) {  // as frame numbers are
-    const int128 sum = int128{time.numerator()} + earlier.numerator();
-    return (sum > later.numerator()) - (sum < later.numerator());
-  }
-  const WideRatio wide = difference(later.ratio(), earlier.ratio());
-  return compareProducts(wide.denominator, time.numerator(), wide.numerator, time.denominator());
-}
 
 /// Writes "10" for a whole time, else "21/2".
 KESTOVA_API std::ostream& operator<<(std::ostream& out, const RationalTime& time);

@@ -10,11 +10,11 @@ namespace Kestova {
 thread_local ReadWriteMutex::ReadHold* ReadWriteMutex::t_readHolds = nullptr;
 
 bool ReadWriteMutex::isWriter() const {
-  // Only this thread ever stores its own identity here, so any order of loads sees it.
+  // Only this thread stores its own identity, so a relaxed load suffices.
   return m_writer.load(std::memory_order_relaxed) == std::this_thread::get_id();
 }
 
-// By the thread whose holds these are. It rarely has more than one or two.
+// Called by the thread that owns the list, which rarely has more than two entries.
 bool ReadWriteMutex::isAmong(const ReadHold* holds) const {
   while (holds != nullptr && holds->mutex != this) holds = holds->next;
   return holds != nullptr;
@@ -25,7 +25,8 @@ void ReadWriteMutex::lockRead(ReadHold& hold) {
     ++m_holds;
     return;
   }
-  ReadHold*& holds = t_readHolds;  // once: finding it is a call where libraries are shared
+  // Cached, because thread-local access is a function call in a shared library.
+  ReadHold*& holds = t_readHolds;
   if (!isAmong(holds)) {
     if (m_gateIsClosed.load()) {
       m_gate.lock();

@@ -1,12 +1,12 @@
-// The lock of a project. Many threads may read, one may write.
+// The lock of a project: many readers or one writer.
 //
-// The thread that holds the write lock may take it again and may take read locks; the exclusive
-// hold ends with the last of them. A thread that holds a read lock may take more of them even while
-// a writer waits. A waiting writer is not starved: once it waits, threads that hold nothing queue
-// behind it. Asking for the write lock while holding only a read lock can never succeed; it is
-// reported on standard error and throws KestovaException instead of waiting for ever.
+// The thread that holds the write lock may take it again and may take read locks; it keeps
+// exclusive access until it releases the last of them. A thread that holds a read lock may take
+// further read locks even while a writer waits. A waiting writer is not starved: threads without a
+// lock queue behind it. Requesting the write lock while holding only a read lock would deadlock; it
+// is reported on standard error and throws KestovaException instead.
 //
-// Locks belong to the thread that took them and are released by it.
+// The thread that takes a lock releases it.
 #pragma once
 
 #include <atomic>
@@ -20,17 +20,17 @@
 namespace Kestova {
 
 class KESTOVA_API ReadWriteMutex {
-  // One hold of a thread, in the list of all that it has. It lives in the lock object: a
-  // thread-local container would need a destructor, which on some platforms runs after its memory
-  // is gone.
+  // One read lock of a thread, in the thread's list of read locks. It is a member of the lock
+  // object, because a thread-local container would need a destructor, which on some platforms runs
+  // after its memory is freed.
   struct ReadHold {
     const ReadWriteMutex* mutex = nullptr;
     ReadHold* next = nullptr;
   };
 
  public:
-  /// Holds a read lock for the life of the object and keeps what owns the mutex alive as long. An
-  /// empty pointer stands for an object without a project: there is nobody to lock against.
+  /// Holds a read lock and a reference to the owner of the mutex during the lifetime of the object.
+  /// A null pointer locks nothing: it stands for an object without a project.
   class KESTOVA_API ScopedReadLock {
    public:
     explicit ScopedReadLock(boost::shared_ptr<ReadWriteMutex> mutex);
@@ -70,14 +70,14 @@ class KESTOVA_API ReadWriteMutex {
 
   static thread_local ReadHold* t_readHolds;
 
-  // Self-synchronised. A writer holds the gate from its wait to its release, so that readers who
-  // come while it waits stand at the gate instead of joining those it waits for.
+  // Synchronised by themselves. A writer holds the gate from the start of its wait to its release,
+  // so that new readers wait at the gate and do not delay the writer.
   std::mutex m_gate;
   std::shared_mutex m_lock;
   std::atomic<bool> m_gateIsClosed{false};
   std::atomic<std::thread::id> m_writer{};
 
-  unsigned m_holds = 0;  // of the writing thread; guarded by the write lock
+  unsigned m_holds = 0;  // locks of the writing thread; guarded by the write lock
 };
 
 }  // namespace Kestova

@@ -1,10 +1,14 @@
 // A rectangle: origin and extent, in pixels.
 #pragma once
 
+#include <array>
+#include <charconv>
+#include <cstddef>
 #include <ostream>
+#include <string_view>
+#include <type_traits>
 
 #include "host/Kestova/KvObject.h"
-#include "host/Kestova/NumberText.h"
 
 namespace Kestova {
 
@@ -31,17 +35,26 @@ bool operator!=(const Rect<T>& left, const Rect<T>& right) {
   return !(left == right);
 }
 
-/// Writes "(x,y,width,height)": floats with at most six significant digits, as printf's %g writes
-/// them. Neither the locale nor the number format of the stream changes the text.
-inline std::ostream& operator<<(std::ostream& out, const Rect<float>& rect) {
-  constexpr int kDigits = 6;
-  const auto text = [](float number) { return NumberText(double{number}, kDigits); };
-  return out << '(' << text(rect.x) << ',' << text(rect.y) << ',' << text(rect.width) << ','
-             << text(rect.height) << ')';
-}
-inline std::ostream& operator<<(std::ostream& out, const Rect<int>& rect) {
-  return out << '(' << NumberText(rect.x) << ',' << NumberText(rect.y) << ','
-             << NumberText(rect.width) << ',' << NumberText(rect.height) << ')';
+/// Writes "(x,y,width,height)": floats with at most six significant digits, as printf's %g does.
+/// Neither the locale nor the number format of the stream changes the text.
+template <class T>
+std::ostream& operator<<(std::ostream& out, const Rect<T>& rect) {
+  std::array<char, 64> text{};  // four numbers of at most 12 characters each
+  char* end = text.data();
+  char* const limit = end + text.size();
+  char separator = '(';
+  for (const T number : {rect.x, rect.y, rect.width, rect.height}) {
+    *end++ = separator;
+    separator = ',';
+    if constexpr (std::is_same_v<T, float>) {
+      constexpr int kDigits = 6;
+      end = std::to_chars(end, limit, number, std::chars_format::general, kDigits).ptr;
+    } else {
+      end = std::to_chars(end, limit, number).ptr;
+    }
+  }
+  *end++ = ')';
+  return out << std::string_view(text.data(), static_cast<std::size_t>(end - text.data()));
 }
 
 }  // namespace Kestova

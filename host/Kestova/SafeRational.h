@@ -1,16 +1,16 @@
-// An edit rate in frames per unit of time, as the host's edit-rate sources give it. A plain value
-// that takes part in exact comparisons and cannot overflow in them.
+// An edit rate in frames per unit of time, as edit-rate sources return it. A plain value.
 #pragma once
 
 #include <boost/rational.hpp>
 
-#include "host/Kestova/RationalTime.h"
+#include "host/Kestova/Integers.h"
+#include "host/Kestova/Ratio.h"
 
 namespace Kestova {
 
 class SafeRational {
  public:
-  /// Throws boost::bad_rational for a zero denominator, std::overflow_error when the reduced form
+  /// Throws boost::bad_rational for a zero denominator, std::overflow_error if the reduced form
   /// does not fit.
   SafeRational(int64 numerator, int64 denominator) : m_ratio(reduced(numerator, denominator)) {}
   explicit SafeRational(const boost::rational<unsigned int>& rate)
@@ -22,13 +22,5 @@ class SafeRational {
  private:
   Ratio m_ratio;
 };
-
-/// True when (`later` - `earlier`) * `rate` is below 1. Exact, and never throws.
-inline bool isLessThanOneFrame(const RationalTime& earlier, const RationalTime& later,
-                               const SafeRational& rate) {
-  const WideRatio wide = difference(later.ratio(), earlier.ratio());
-  return compareProducts(wide.numerator, rate.numerator(), wide.denominator, rate.denominator()) <
-         0;
-}
 
 }  // namespace Kestova

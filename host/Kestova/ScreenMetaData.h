@@ -1,4 +1,4 @@
-// Where the host keeps the names of a recording's metadata streams until it loads them.
+// Stores the names of a recording's metadata streams until the host loads them.
 #pragma once
 
 #include <string>
@@ -8,19 +8,19 @@
 
 namespace Kestova {
 
-/// One slot a kind of stream, named for the short key of the stream's identifier. The virtual
-/// operations stand in this order for the modules that call them.
+/// Has one slot per kind of stream, named after the short key of the stream's identifier. The order
+/// of the virtual operations is part of the interface.
 class KESTOVA_API ScreenMetaData : public KvObject {
  public:
   ~ScreenMetaData() override;
 
-  /// True when no slot is filled.
+  /// Returns true if all slots are empty.
   virtual bool isEmpty() const = 0;
 
   /// Empties all slots.
   virtual void clear() = 0;
 
-  /// True when `filename` stands in one of the slots.
+  /// Returns true if one of the slots holds `filename`.
   virtual bool holds(const std::string& filename) const = 0;
 
   virtual void setF0Filename(const std::string& filename) = 0;

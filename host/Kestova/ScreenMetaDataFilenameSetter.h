@@ -1,4 +1,4 @@
-// What files stream names under their slots: a host interface that modules implement.
+// Stores stream file names in the slots of a ScreenMetaData. Modules implement this interface.
 #pragma once
 
 #include <string>
@@ -13,10 +13,10 @@ class KESTOVA_API ScreenMetaDataFilenameSetter {
  public:
   virtual ~ScreenMetaDataFilenameSetter();
 
-  /// Called before the first name is filed.
+  /// Called before the first name is stored.
   virtual void initScreenMetaData(ScreenMetaData* metaData) = 0;
 
-  /// Files a stream file name in `metaData`, which is the caller's.
+  /// Stores a stream file name in `metaData`, which the caller owns.
   virtual void setScreenMetaData(ScreenMetaData* metaData, const std::string& filename) = 0;
 };
 

@@ -1,4 +1,4 @@
-// What loads the screen metadata of recordings: a host interface that modules implement.
+// Loads the screen metadata of recordings. Modules implement this interface.
 #pragma once
 
 #include <boost/smart_ptr/shared_ptr.hpp>
@@ -17,9 +17,9 @@ namespace Kestova {
 template <class T>
 class Parameter;
 
-/// Every load operation takes the name of a stream, the identifier that the new parameter gets, the
-/// owner whose lock will guard it and the edit rate, in frames per second, that times are rounded
-/// to. None returns an empty pointer; the caller owns the result.
+/// Every load operation takes the stream file name, the identifier of the new parameter, the owner
+/// whose lock will guard it and the source of the edit rate, in frames per second, at which times
+/// are rounded to frames. No operation returns a null pointer. The caller owns the result.
 class KESTOVA_API ScreenMetaDataLoader {
  public:
   virtual ~ScreenMetaDataLoader();
@@ -65,7 +65,7 @@ class KESTOVA_API ScreenMetaDataLoader {
       const boost::weak_ptr<const ThreadSafe>& owner,
       const boost::weak_ptr<const ProjectEditRate>& editRate) const = 0;
 
-  /// True when the recording that the stream file name names is there.
+  /// Returns true if the recording that the stream file name names exists.
   virtual bool fileExists(const std::string& filename) const = 0;
 };
 

@@ -1,4 +1,4 @@
-// What finds out about media files: a host interface that modules implement.
+// Loads the statistics of media files. Modules implement this interface.
 #pragma once
 
 #include <string>
@@ -13,10 +13,10 @@ class KESTOVA_API StatsLoader {
  public:
   virtual ~StatsLoader();
 
-  /// True when this loader is the one for the file with this UTF-8 name.
+  /// Returns true if this loader handles the file with this UTF-8 name.
   virtual bool canOpenFile(const std::string& filename) = 0;
 
-  /// Fills `stats`, which is the caller's and not null.
+  /// Fills `stats`. Requires: not null; the caller owns it.
   virtual void loadStats(const std::string& filename, MediaFileStats* stats) = 0;
 };
 

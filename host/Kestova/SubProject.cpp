@@ -7,7 +7,9 @@ namespace Kestova {
 SubProject::~SubProject() = default;
 
 boost::shared_ptr<ReadWriteMutex> SubProject::mutex() const {
-  return lockOf(projectMutex());
+  const boost::shared_ptr<const ThreadSafe> project = projectMutex().lock();
+  if (!project) return {};
+  return {project, &project->readWriteMutex()};
 }
 
 }  // namespace Kestova

@@ -1,6 +1,9 @@
 // A part of a project, guarded by the project's lock.
 #pragma once
 
+#include <boost/smart_ptr/shared_ptr.hpp>
+#include <boost/smart_ptr/weak_ptr.hpp>
+
 #include "host/Kestova/Cloneable.h"
 #include "host/Kestova/Export.h"
 #include "host/Kestova/KvObject.h"
@@ -16,14 +19,14 @@ class KESTOVA_API SubProject : public KvObject,
  public:
   ~SubProject() override;
 
-  /// The lock of the project. What is handed out keeps the project alive; it is null, and stands
-  /// for no lock at all, when there is no project or it has gone.
+  /// Returns the lock of the project. The pointer keeps the project alive. It is null, and locks
+  /// nothing, if there is no project or it was destroyed.
   virtual boost::shared_ptr<ReadWriteMutex> mutex() const;
 
-  /// The project.
+  /// Returns the project.
   virtual boost::weak_ptr<const ThreadSafe> projectMutex() const = 0;
 
-  /// Hooks for hosts; the parts that are built here do nothing and answer false.
+  /// Hooks for hosts. The classes of this module do nothing and return false.
   virtual void interfaceHook() = 0;
   virtual bool interfaceQuery() const = 0;
 

@@ -4,12 +4,12 @@
 #include <boost/smart_ptr/intrusive_ref_counter.hpp>
 #include <mutex>
 
-#include "host/Kestova/CallList.h"
+#include "calls/CallList.h"
 #include "host/Kestova/ThreadSafe.h"
 
 namespace Kestova {
 
-// Shared by the subject and its deliveries under way, during which the subject may be destroyed.
+// Shared by the subject and its rounds of calls, because an observer may destroy the subject.
 struct Subject::State : boost::intrusive_ref_counter<Subject::State> {
   enum class To { All, Undelayed, Delayed };
 
@@ -38,7 +38,7 @@ struct Subject::State : boost::intrusive_ref_counter<Subject::State> {
   }
 
   void deliver(std::unique_lock<std::mutex>& lock, To whom) {
-    CallList<Attached>::Round round(observers);
+    calls::CallList<Attached>::Round round(observers);
     while (const Attached* const next = round.next(observers)) {
       if (whom != To::All && next->isDelayed != (whom == To::Delayed)) continue;
       Observer* const observer = next->observer;
@@ -49,7 +49,7 @@ struct Subject::State : boost::intrusive_ref_counter<Subject::State> {
   }
 
   std::mutex mutex;  // guards what follows
-  CallList<Attached> observers;
+  calls::CallList<Attached> observers;
   unsigned disablers = 0;
   bool isPending = false;
 };
@@ -62,7 +62,7 @@ Subject::~Subject() {
   const StatePointer last(m_state.load(), false);
   if (!last) return;
   const std::lock_guard<std::mutex> lock(last->mutex);
-  last->observers = {};  // ends the deliveries under way
+  last->observers = {};  // ends the rounds of calls in progress
 }
 
 Subject::State& Subject::state() {
@@ -108,7 +108,7 @@ Subject::NotifyDisabler::NotifyDisabler(NotifyDisabler&& other) noexcept
 Subject::NotifyDisabler::~NotifyDisabler() {
   try {
     release();
-  } catch (...) {  // an observer's failure must not end the process during unwinding
+  } catch (...) {  // an exception during unwinding would end the process
   }
 }
 

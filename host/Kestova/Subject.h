@@ -1,5 +1,5 @@
-// An observable whose changes can be told as one batch. Idle, it takes no more room than its owner
-// and one pointer, since every keyframe carries one.
+// An observable that can send one notification for a batch of changes. Every keyframe is one, so
+// its size without observers is its owner and one pointer.
 #pragma once
 
 #include <atomic>
@@ -13,15 +13,15 @@ namespace Kestova {
 
 class ThreadSafe;
 
-/// attach and detach may be called from any thread. notify runs its calls in the calling thread and
-/// holds no lock of the subject during them; an observer that another thread detaches may still be
-/// in a call when detach returns, unless both threads hold the project's lock. An observer may
-/// destroy the subject during its call; the observers behind it are then not called.
+/// attach and detach may be called from any thread. notify calls the observers on the calling
+/// thread and holds no lock of the subject during the calls: a call to an observer may still be
+/// running when another thread returns from detach, unless both threads hold the project's lock. An
+/// observer may destroy the subject during its call; the observers after it are then not called.
 class KESTOVA_API Subject : public Observable {
  public:
-  /// Holds back the notifications of a subject while it lives. Guards nest; the release of the
-  /// outermost one sends one notification for all that came meanwhile, if any came, to the
-  /// observers that wait for it. The subject must outlive its guards.
+  /// Delays the notifications of a subject during its lifetime. Guards nest. Releasing the
+  /// outermost one sends one notification for all that were delayed, if there were any, to the
+  /// observers that were attached with delay. The subject must outlive its guards.
   class KESTOVA_API NotifyDisabler {
    public:
     NotifyDisabler(NotifyDisabler&& other) noexcept;
@@ -29,10 +29,10 @@ class KESTOVA_API Subject : public Observable {
     NotifyDisabler& operator=(const NotifyDisabler&) = delete;
     NotifyDisabler& operator=(NotifyDisabler&&) = delete;
 
-    /// Releases like `release`, but swallows what an observer throws.
+    /// Calls `release` and discards what an observer throws.
     ~NotifyDisabler();
 
-    /// Ends the hold now; what an observer throws reaches the caller. Nothing when already ended.
+    /// Ends the delay now. What an observer throws propagates. A second call does nothing.
     void release();
 
    private:
@@ -56,9 +56,6 @@ class KESTOVA_API Subject : public Observable {
 
   NotifyDisabler disableNotifies();
 
-  /// True until the first attach or disableNotifies: notify calls nobody.
-  bool isIdle() const { return m_state.load(std::memory_order_relaxed) == nullptr; }
-
  protected:
   const boost::weak_ptr<const ThreadSafe>& owner() const { return m_owner; }
 
@@ -68,7 +65,7 @@ class KESTOVA_API Subject : public Observable {
   State& state();
 
   const boost::weak_ptr<const ThreadSafe> m_owner;
-  std::atomic<State*> m_state{nullptr};  // made when first needed, then kept
+  std::atomic<State*> m_state{nullptr};  // created on first use
 };
 
 }  // namespace Kestova

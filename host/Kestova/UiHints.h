@@ -1,4 +1,4 @@
-// How a user interface should show a parameter. The numbers are the host's own enumerations.
+// Hints for showing a parameter in a user interface. The host defines the numbers.
 #pragma once
 
 namespace Kestova {

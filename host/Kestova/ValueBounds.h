@@ -1,4 +1,4 @@
-// The bounds of a parameter's values, as its user interface shows them.
+// The bounds of a parameter's values, for user interfaces.
 #pragma once
 
 namespace Kestova {

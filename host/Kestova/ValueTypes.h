@@ -1,4 +1,4 @@
-// The types of value that parameters are built for, listed once.
+// The value types of the host's parameters.
 #pragma once
 
 #include <list>
@@ -11,7 +11,7 @@
 
 namespace Kestova {
 
-/// Applies `X` to each of them, for explicit instantiations inside namespace Kestova.
+/// Applies `X` to each type, for use inside namespace Kestova.
 #define KESTOVA_FOR_EACH_VALUE_TYPE(X) \
   X(int)                               \
   X(double)                            \

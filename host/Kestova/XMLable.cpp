@@ -1,78 +1,23 @@
 #include "host/Kestova/XMLable.h"
 
+#include <algorithm>
+#include <array>
+#include <cstddef>
 #include <sstream>
+#include <streambuf>
+#include <string_view>
 
-#include "text/Utf8.h"
+#include "text/XmlText.h"
 
 namespace Kestova {
 
-namespace {
-
-// One more element around what is written, as long as it lives.
-class Level {
- public:
-  explicit Level(int& depth) : m_depth(depth) { ++m_depth; }
-  ~Level() { --m_depth; }
-  Level(const Level&) = delete;
-  Level& operator=(const Level&) = delete;
-
-  bool isOutermost() const { return m_depth == 1; }
-
- private:
-  int& m_depth;
-};
-
-bool isForbidden(char32_t character) {
-  const bool isControl =
-      character < 0x20 && character != '\t' && character != '\n' && character != '\r';
-  return isControl || character == 0xFFFE || character == 0xFFFF;
-}
-
-}  // namespace
-
-std::string xml_representation(const std::string& value) {
-  const std::string wellFormed = text::wellFormedUtf8(value);
-  std::string_view rest = wellFormed;
-  std::string xml;
-  xml.reserve(wellFormed.size());
-  while (!rest.empty()) {
-    const text::Utf8Character character = text::firstCharacter(rest);
-    switch (character.codePoint) {
-      case '&':
-        xml += "&amp;";
-        break;
-      case '<':
-        xml += "&lt;";
-        break;
-      case '>':
-        xml += "&gt;";
-        break;
-      case '"':
-        xml += "&quot;";
-        break;
-      case '\'':
-        xml += "&apos;";
-        break;
-      case '\t':  // a reader would turn these three into spaces inside an attribute
-        xml += "&#9;";
-        break;
-      case '\n':
-        xml += "&#10;";
-        break;
-      case '\r':
-        xml += "&#13;";
-        break;
-      default:
-        if (!isForbidden(character.codePoint)) xml += rest.substr(0, character.length);
-    }
-    rest.remove_prefix(character.length);
-  }
-  return xml;
+std::string xml_representation(const std::string& text) {
+  return text::xmlText(text);
 }
 
 std::string xml_representation(const std::list<Rect<float>>& rects) {
   std::ostringstream text;
-  text.exceptions(std::ios::badbit);  // else a text without memory would end early
+  text.exceptions(std::ios::badbit);  // else a failed allocation would truncate the text
   const char* separator = "";
   for (const Rect<float>& rect : rects) {
     text << separator << rect;
@@ -81,8 +26,92 @@ std::string xml_representation(const std::list<Rect<float>>& rects) {
   return text.str();
 }
 
+// Buffers the text of an outermost element. The end of a start tag depends on what follows it, so
+// the last text can be held: it is removed again if nothing follows it.
+class XMLOptions::Sink final : public std::streambuf {
+ public:
+  // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): only what was written is read
+  explicit Sink(std::ostream& out) : m_out(out) { clear(); }
+  ~Sink() override {
+    try {
+      takeBack();
+      flush();
+    } catch (...) {  // the state of the stream shows the failure
+    }
+  }
+  Sink(const Sink&) = delete;
+  Sink& operator=(const Sink&) = delete;
+
+  void write(std::string_view text) {
+    if (text.size() > room()) {
+      writeLarge(text);
+    } else {
+      text.copy(pptr(), text.size());
+      pbump(static_cast<int>(text.size()));
+    }
+  }
+
+  void indent(int level) {
+    for (; level > 0; --level) write("  ");
+  }
+
+  void hold(std::string_view text) {
+    write(text);
+    m_held = static_cast<int>(text.size());
+    m_heldEnd = count();
+  }
+
+  /// Ends the hold. Returns true if nothing followed the held text, which is removed then.
+  bool takeBack() {
+    const bool isLast = m_held != 0 && m_heldEnd == count();
+    if (isLast) pbump(-m_held);
+    m_held = 0;
+    return isLast;
+  }
+
+  void flush() {
+    const std::size_t used = this->used();
+    clear();
+    m_flushed += used;
+    if (used != 0) m_out.write(m_text.data(), static_cast<std::streamsize>(used));
+  }
+
+  int depth = 0;  // of the elements being written
+
+ protected:
+  int_type overflow(int_type character) override {
+    const char text = traits_type::to_char_type(character);
+    write({&text, 1});
+    return character;
+  }
+
+  std::streamsize xsputn(const char* text, std::streamsize count) override {
+    write({text, static_cast<std::size_t>(count)});
+    return count;
+  }
+
+ private:
+  void writeLarge(std::string_view text) {
+    flush();
+    if (text.size() <= room()) return write(text);
+    m_out.write(text.data(), static_cast<std::streamsize>(text.size()));
+    m_flushed += text.size();
+  }
+
+  void clear() { setp(m_text.data(), m_text.data() + m_text.size()); }
+  std::size_t used() const { return static_cast<std::size_t>(pptr() - pbase()); }
+  std::size_t room() const { return static_cast<std::size_t>(epptr() - pptr()); }
+  std::size_t count() const { return m_flushed + used(); }
+
+  std::ostream& m_out;
+  std::array<char, std::size_t{32} << 10U> m_text;
+  std::size_t m_flushed = 0;
+  std::size_t m_heldEnd = 0;
+  int m_held = 0;
+};
+
 XMLOptions::XMLOptions(std::ostream& out)
-    : m_sink(std::make_unique<XMLSink>(out)), m_out(m_sink.get()) {}
+    : m_sink(std::make_unique<Sink>(out)), m_out(m_sink.get()) {}
 
 XMLOptions::~XMLOptions() = default;
 
@@ -94,10 +123,27 @@ XMLIdentified::~XMLIdentified() = default;
 
 XMLable::~XMLable() = default;
 
+namespace {
+
+class Nesting {
+ public:
+  explicit Nesting(int& depth) : m_depth(depth) { ++m_depth; }
+  ~Nesting() { --m_depth; }
+  Nesting(const Nesting&) = delete;
+  Nesting& operator=(const Nesting&) = delete;
+
+ private:
+  int& m_depth;
+};
+
+}  // namespace
+
 void XMLable::toXML(XMLOptions& options, int indent, const std::string& prefix) const {
-  const Level level(options.m_depth);
-  XMLSink& sink = *options.m_sink;
-  options.write(Indent{indent}, "<", prefix);
+  XMLOptions::Sink& sink = *options.m_sink;
+  const Nesting nesting(sink.depth);
+  sink.indent(indent);
+  sink.write("<");
+  sink.write(prefix);
   xmlElementName(options);
   sink.hold(" ");
   xmlAttributes(options);
@@ -105,13 +151,15 @@ void XMLable::toXML(XMLOptions& options, int indent, const std::string& prefix) 
   sink.hold(">\n");
   xmlBody(options, indent + 1);
   if (sink.takeBack()) {
-    options.write("/>\n");
+    sink.write("/>\n");
   } else {
-    options.write(Indent{indent}, "</", prefix);
+    sink.indent(indent);
+    sink.write("</");
+    sink.write(prefix);
     xmlElementName(options);
-    options.write(">\n");
+    sink.write(">\n");
   }
-  if (level.isOutermost()) sink.text().flush();
+  if (sink.depth == 1) sink.flush();
 }
 
 void XMLable::xmlElementName(XMLOptions& /*options*/) const {}
@@ -119,7 +167,7 @@ void XMLable::xmlAttributes(XMLOptions& /*options*/) const {}
 void XMLable::xmlBody(XMLOptions& /*options*/, int /*indent*/) const {}
 
 std::string XMLable::genIndent(int indent) {
-  return std::string(2 * static_cast<std::size_t>(indent), ' ');
+  return std::string(2 * static_cast<std::size_t>(std::max(indent, 0)), ' ');
 }
 
 }  // namespace Kestova

@@ -1,10 +1,15 @@
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <boost/smart_ptr/make_shared.hpp>
-#include <boost/smart_ptr/weak_ptr.hpp>
+#include <boost/smart_ptr/shared_ptr.hpp>
 #include <chrono>
+#include <cstdio>
+#include <cstdlib>
 #include <future>
+#include <memory>
 #include <thread>
+#include <vector>
 
 #include "host/Kestova/KestovaException.h"
 #include "host/Kestova/ReadWriteMutex.h"
@@ -16,12 +21,12 @@ using namespace std::chrono_literals;
 using ReadLock = ReadWriteMutex::ScopedReadLock;
 using WriteLock = ReadWriteMutex::ScopedWriteLock;
 
-// Runs `work` in a thread; a lock that never comes ends the whole test program.
+// Runs `work` on a thread. Ends the test program if a lock is not acquired in time.
 template <class Work>
 void withinTime(Work work) {
   auto done = std::async(std::launch::async, work);
   if (done.wait_for(30s) != std::future_status::ready) {
-    std::fputs("a lock was not had in time\n", stderr);
+    std::fputs("a lock was not acquired in 30 s\n", stderr);
     std::abort();
   }
   done.get();
@@ -29,7 +34,7 @@ void withinTime(Work work) {
 
 class Locks : public testing::Test {
  protected:
-  // Starts a writer and waits until it has to wait behind the reader that the caller is.
+  // Starts a writer and returns once it waits for the read lock of the caller.
   std::thread waitingWriter() {
     std::promise<void> started;
     auto isStarted = started.get_future();
@@ -48,17 +53,17 @@ class Locks : public testing::Test {
   std::atomic<bool> hasWritten{false};
 };
 
-TEST_F(Locks, NestInTheThreadThatWrites) {
+TEST_F(Locks, NestOnTheThreadThatHoldsTheWriteLock) {
   withinTime([this] {
     const WriteLock write(mutex);
     const ReadLock read(mutex);
     const ReadLock readAgain(mutex);
     const WriteLock writeAgain(mutex);
   });
-  withinTime([this] { const WriteLock free(mutex); });  // all of it was given back
+  withinTime([this] { const WriteLock free(mutex); });  // every lock was released
 }
 
-TEST_F(Locks, StayExclusiveUntilTheLastHoldOfTheWriterEnds) {
+TEST_F(Locks, StayExclusiveUntilTheWriterReleasesTheLastLock) {
   auto write = std::make_unique<WriteLock>(mutex);
   auto read = std::make_unique<ReadLock>(mutex);
   write.reset();
@@ -68,7 +73,7 @@ TEST_F(Locks, StayExclusiveUntilTheLastHoldOfTheWriterEnds) {
   withinTime([&] { other.get(); });
 }
 
-TEST_F(Locks, OfReadersNestWhileAWriterWaits) {
+TEST_F(Locks, OfAReaderNestWhileAWriterWaits) {
   std::thread writer;
   withinTime([&] {
     const ReadLock first(mutex);
@@ -95,7 +100,7 @@ TEST_F(Locks, OfNewReadersQueueBehindAWaitingWriter) {
   });
 }
 
-TEST_F(Locks, ForWritingAreRefusedToAReaderInsteadOfWaitingForEver) {
+TEST_F(Locks, ForWritingThrowOnAThreadThatHoldsAReadLock) {
   withinTime([this] {
     const ReadLock read(mutex);
     testing::internal::CaptureStderr();
@@ -107,7 +112,7 @@ TEST_F(Locks, ForWritingAreRefusedToAReaderInsteadOfWaitingForEver) {
   withinTime([this] { const WriteLock free(mutex); });
 }
 
-TEST_F(Locks, OfTwoMutexesDoNotMix) {
+TEST_F(Locks, OfTwoMutexesAreIndependent) {
   const auto other = boost::make_shared<ReadWriteMutex>();
   withinTime([&] {
     const ReadLock read(mutex);

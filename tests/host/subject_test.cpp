@@ -1,7 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <boost/smart_ptr/weak_ptr.hpp>
 #include <functional>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <thread>
 #include <utility>
@@ -14,9 +17,9 @@ namespace {
 
 static_assert(sizeof(Subject) ==
                   sizeof(Observable) + sizeof(boost::weak_ptr<const ThreadSafe>) + sizeof(void*),
-              "an idle subject is its owner and one pointer");
+              "a subject without observers is its owner and one pointer");
 
-// Writes its letter into a log, then does what the test wants.
+// Appends its letter to a log, then runs an action.
 class Named final : public Observer {
  public:
   Named(std::string& log, char letter, std::function<void()> then = {})
@@ -47,20 +50,20 @@ class Subjects : public testing::Test {
   Named c{log, 'c'};
 };
 
-TEST_F(Subjects, TellObserversInOrderOfAttachingAndEachOnce) {
+TEST_F(Subjects, CallEachObserverOnceInOrderOfAttaching) {
   EXPECT_EQ(told(), "");
   subject.attach(&b);
   subject.attach(&a);
-  subject.attachWithoutNotifyDelay(&b);  // is there already and stays where it is
+  subject.attachWithoutNotifyDelay(&b);  // is attached already and keeps its position
   EXPECT_EQ(told(), "ba");
   subject.detach(&b);
-  subject.detach(&c);  // was never there
+  subject.detach(&c);  // was never attached
   EXPECT_EQ(told(), "a");
   subject.attach(&b);
   EXPECT_EQ(told(), "ab");
 }
 
-TEST_F(Subjects, DoNotCallOneThatIsDetachedDuringTheRound) {
+TEST_F(Subjects, DoNotCallAnObserverThatIsDetachedDuringTheRound) {
   Named remover(log, 'r', [&] { subject.detach(&b); });
   subject.attach(&a);
   subject.attach(&remover);
@@ -69,11 +72,11 @@ TEST_F(Subjects, DoNotCallOneThatIsDetachedDuringTheRound) {
   EXPECT_EQ(told(), "arc");
 }
 
-TEST_F(Subjects, LetOneThatIsAttachedDuringTheRoundWait) {
+TEST_F(Subjects, CallAnObserverThatIsAttachedDuringTheRoundInTheNextOne) {
   bool isDone = false;
   Named adder(log, '+', [&] {
     if (std::exchange(isDone, true)) return;
-    subject.detach(&a);  // a was called before; coming back, it waits as well
+    subject.detach(&a);  // `a` was called before; attached again, it waits as well
     subject.attach(&a);
     subject.attach(&b);
   });
@@ -101,7 +104,7 @@ TEST_F(Subjects, MayBeNotifiedFromAnObserver) {
   EXPECT_EQ(told(), "!!aa");
 }
 
-TEST_F(Subjects, PassOnWhatAnObserverThrowsAndStayUsable) {
+TEST_F(Subjects, PropagateExceptionsOfObserversAndStayUsable) {
   Named thrower(log, '#', [] { throw std::domain_error("no"); });
   subject.attach(&a);
   subject.attach(&thrower);
@@ -112,14 +115,14 @@ TEST_F(Subjects, PassOnWhatAnObserverThrowsAndStayUsable) {
   EXPECT_EQ(told(), "ab");
 }
 
-TEST_F(Subjects, SendOneNotificationForABatch) {
+TEST_F(Subjects, SendOneNotificationPerBatch) {
   subject.attach(&a);
   subject.attachWithoutNotifyDelay(&b);
   {
     const auto outer = subject.disableNotifies();
     {
       auto inner = subject.disableNotifies();
-      EXPECT_EQ(told(), "b");  // b does not wait
+      EXPECT_EQ(told(), "b");  // b is attached without delay
       EXPECT_EQ(told(), "b");
       inner.release();
       EXPECT_EQ(log, "b");  // the outer guard still holds
@@ -136,7 +139,7 @@ TEST_F(Subjects, SendNothingForABatchWithoutChanges) {
   EXPECT_EQ(log, "");
 }
 
-TEST_F(Subjects, PassOnWhatAnObserverThrowsFromReleaseButNotFromADestructor) {
+TEST_F(Subjects, PropagateExceptionsFromReleaseButNotFromTheDestructor) {
   Named thrower(log, '#', [] { throw std::domain_error("no"); });
   subject.attach(&thrower);
   auto guard = subject.disableNotifies();
@@ -156,7 +159,7 @@ TEST_F(Subjects, CopyTheirOwnerButNoObservers) {
   EXPECT_EQ(log, "");
 }
 
-TEST_F(Subjects, LetAnyThreadAttachAndDetach) {
+TEST_F(Subjects, AllowAnyThreadToAttachAndDetach) {
   std::atomic<bool> isOver{false};
   std::thread other([&] {
     std::string unused;
@@ -175,7 +178,7 @@ TEST_F(Subjects, LetAnyThreadAttachAndDetach) {
   EXPECT_EQ(own, "m");
 }
 
-// In a notify and in the release of a batch.
+// During a notification and during the release of a batch.
 TEST_F(Subjects, MayBeDestroyedByAnObserver) {
   for (const bool isBatch : {false, true}) {
     log.clear();

@@ -1,15 +1,15 @@
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <sstream>
+#include <string>
 #include <utility>
 #include <vector>
 
 #include "host/Kestova/Json.h"
-#include "host/Kestova/KvObject.h"
-#include "host/Kestova/Range.h"
-#include "host/Kestova/TextBlock.h"
 #include "host/Kestova/XMLable.h"
 #include "text/Printable.h"
+#include "text/TextBlock.h"
 #include "text/Utf8.h"
 
 namespace Kestova {
@@ -17,7 +17,7 @@ namespace {
 
 #define FFFD "\xEF\xBF\xBD"
 
-TEST(Utf8, ReplacesWhatIsNotWellFormed) {
+TEST(Utf8, MalformedCharactersBecomeUFFFD) {
   struct Row {
     const char* why;
     std::string text;
@@ -42,8 +42,8 @@ TEST(Utf8, ReplacesWhatIsNotWellFormed) {
   }
 }
 
-// Beside each limit of what is escaped stands the neighbour that is not.
-TEST(Printable, EscapesWhatCouldChangeATerminal) {
+// Each end of an escaped range is next to a character that is not escaped.
+TEST(Printable, EscapesWhatCouldControlATerminal) {
   for (const auto& [bytes, shown] : std::vector<std::pair<std::string, std::string>>{
            {std::string("\0\x1F \t\n~\x7F\\", 8), R"(\x00\x1f \x09\x0a~\x7f\)"},
            {"\xC2\x80\xC2\x9F\u00A0", "\\u0080\\u009f\u00A0"},
@@ -56,44 +56,73 @@ TEST(Printable, EscapesWhatCouldChangeATerminal) {
             R"(\xe2\x82z\xed\xa0\x80\xff)"},
        }) {
     EXPECT_EQ(text::printable(bytes), shown);
-    EXPECT_EQ(text::printable(shown), shown) << "twice changes nothing";
+    EXPECT_EQ(text::printable(shown), shown) << "escaped twice";
   }
 }
 
-TEST(Json, QuotesAnyBytes) {
+TEST(Json, QuotesAnyBytesAsAValidString) {
   EXPECT_EQ(json_representation(std::string("a\"b\\c/\b\f\n\r\t\x01\x1F\x7F\0z\xC3\xA9\xFF", 19)),
             "\"a\\\"b\\\\c/\\b\\f\\n\\r\\t\\u0001\\u001f\x7F\\u0000z\xC3\xA9" FFFD "\"");
 }
 
-TEST(Xml, EscapesMarkupAndDropsWhatItForbids) {
+TEST(Xml, EscapesMarkupAndDropsForbiddenCharacters) {
   EXPECT_EQ(xml_representation("<a b=\"c\">'&'</a>"),
             "&lt;a b=&quot;c&quot;&gt;&apos;&amp;&apos;&lt;/a&gt;");
   EXPECT_EQ(xml_representation(std::string("a\0\x01\x1F\t\n\r\x7F\xEF\xBF\xBE\xC3\xA9\xFFz", 15)),
             "a&#9;&#10;&#13;\x7F\xC3\xA9" FFFD "z");
 }
 
-// At every distance from the end of the block, with parts that fit, that do not, and that never do.
-TEST(TextBlock, LosesNothingAtItsEnd) {
-  constexpr std::size_t kBlock = sizeof(TextBlock) & ~std::size_t{1023};
-  for (std::size_t before = kBlock - 2 * kNumberRoom; before <= kBlock + 1; ++before) {
-    for (const std::size_t large : {std::size_t{0}, std::size_t{7}, 2 * kBlock}) {
+// At every distance from the end of the buffer, with parts that fit, that do not, and that exceed
+// it.
+TEST(TextBlock, LosesNothingAtTheEndOfItsBuffer) {
+  constexpr std::size_t kSize = 256;
+  for (std::size_t before = kSize - 100; before <= kSize + 1; ++before) {
+    for (const std::size_t large : {std::size_t{0}, std::size_t{7}, 2 * kSize}) {
       const std::string body(large, 'b');
       std::ostringstream out;
       {
-        XMLSink sink(out);
-        sink.text().write(std::string(before, 'a'));
-        sink.text().write(-21, RationalTime(-9223372036854775807, 9223372036854775806), 'x');
-        sink.hold(">");
-        sink.text().write(body);
-        EXPECT_EQ(sink.takeBack(), large == 0);
-        sink.text().write(Indent{static_cast<int>(large)}, body);
+        text::TextBlock<kSize> block(out);
+        block.write(std::string(before, 'a'));
+        block.write(-21, 0.1, 'x', body, body);
       }
-      ASSERT_TRUE(out.str() ==
-                  std::string(before, 'a') + "-21-9223372036854775807/9223372036854775806x" +
-                      (large == 0 ? "" : ">") + body + std::string(2 * large, ' ') + body)
+      ASSERT_EQ(out.str(), std::string(before, 'a') + "-210.1x" + body + body)
           << before << " bytes and " << large;
     }
   }
+}
+
+// An element whose start tag ends at every distance from the end of the buffer.
+struct Element final : XMLable {
+  Element(std::size_t attributeSize_, std::size_t bodySize_)
+      : attributeSize(attributeSize_), bodySize(bodySize_) {}
+  void xmlElementName(XMLOptions& options) const override { options.outStream() << 'E'; }
+  void xmlAttributes(XMLOptions& options) const override {
+    options.outStream() << std::string(attributeSize, 'a');
+  }
+  void xmlBody(XMLOptions& options, int /*indent*/) const override {
+    options.outStream() << std::string(bodySize, 'b');
+  }
+  std::size_t attributeSize;
+  std::size_t bodySize;
+};
+
+TEST(Xml, ClosesTheStartTagAtTheEndOfTheBuffer) {
+  constexpr std::size_t kBuffer = std::size_t{32} << 10U;
+  for (std::size_t size = kBuffer - 8; size <= kBuffer + 2; ++size) {
+    for (const std::size_t body : {std::size_t{0}, std::size_t{1}, 2 * kBuffer}) {
+      std::ostringstream out;
+      XMLOptions options(out);
+      Element(size, body).toXML(options, 1, "p:");
+      const std::string start = "  <p:E " + std::string(size, 'a');
+      ASSERT_TRUE(out.str() == (body == 0 ? start + "/>\n"
+                                          : start + ">\n" + std::string(body, 'b') + "  </p:E>\n"))
+          << size << " bytes and " << body;
+    }
+  }
+  std::ostringstream out;
+  XMLOptions options(out);
+  Element(0, 0).toXML(options, 0, "");
+  EXPECT_EQ(out.str(), "<E/>\n");
 }
 
 }  // namespace

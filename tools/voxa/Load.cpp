@@ -1,3 +1,4 @@
+#include <boost/lexical_cast.hpp>
 #include <boost/smart_ptr/make_shared.hpp>
 #include <boost/system/system_error.hpp>
 #include <boost/uuid/uuid_io.hpp>
@@ -7,7 +8,6 @@
 #include "host/Kestova/KestovaException.h"
 #include "host/Kestova/KeyFrameException.h"
 #include "host/Kestova/MediaFileStats.h"
-#include "host/Kestova/NumberText.h"
 #include "host/Kestova/ThreadSafe.h"
 #include "loader/VOXAScreenMetaDataLoader.h"
 #include "params/Parameter.h"
@@ -89,7 +89,7 @@ void describeKeyFrame(Row& row, const Request& request, const RationalTime& time
   if (time.isWhole()) {
     row.field("frame", time.numerator());
   } else {
-    row.field("frame", std::string_view(Kestova::NumberText(time)));
+    row.field("frame", boost::lexical_cast<std::string>(time));
   }
   row.derivedField("seconds", secondsOf(time, request.rate));
   row.value([&](auto& fields) { describe(fields, value); });

@@ -11,7 +11,7 @@
 #include <string_view>
 #include <type_traits>
 
-#include "host/Kestova/NumberText.h"
+#include "text/NumberText.h"
 
 namespace voxa {
 
@@ -24,7 +24,7 @@ void appendNumber(fmt::memory_buffer& out, Number number) {
   } else {
     constexpr int kDigits = std::numeric_limits<Number>::max_digits10;
     const bool isNan = std::isnan(number);  // whose sign says nothing
-    out.append(isNan ? std::string_view("nan") : Kestova::NumberText(number, kDigits));
+    out.append(isNan ? std::string_view("nan") : text::NumberText(number, kDigits));
   }
 }
 

@@ -1,14 +1,13 @@
-// Who is to be called, in order of joining. The list may change while a round of calls is under
-// way: one that leaves is not called any more, one that joins waits for the next round.
+// A list of callees, called in the order in which they were added. The list may change during a
+// round of calls.
 #pragma once
 
 #include <algorithm>
+#include <cstdint>
 #include <stdexcept>
 #include <vector>
 
-#include "host/Kestova/Integers.h"
-
-namespace Kestova {
+namespace calls {
 
 /// Not synchronised. `T` is compared with ==.
 template <class T>
@@ -35,35 +34,36 @@ class CallList {
         m_entries.end());
   }
 
-  /// One round of calls over those who are in the list when it begins.
+  /// One round of calls. A callee that is removed during the round is not called any more; one that
+  /// is added during it waits for the next round.
   class Round {
    public:
     explicit Round(const CallList& list) : m_end(list.m_nextSerial) {}
 
-    /// The next callee of the round that is still in the list, or null at the end. The pointer is
-    /// good until the list changes.
+    /// Returns the next callee of the round that is still in the list, or null at the end. A change
+    /// of the list invalidates the pointer.
     const T* next(const CallList& list) {
       const auto entry = std::lower_bound(
           list.m_entries.begin(), list.m_entries.end(), m_next,
-          [](const Entry& candidate, uint64 serial) { return candidate.serial < serial; });
+          [](const Entry& candidate, std::uint64_t serial) { return candidate.serial < serial; });
       if (entry == list.m_entries.end() || entry->serial >= m_end) return nullptr;
       m_next = entry->serial + 1;
       return &entry->callee;
     }
 
    private:
-    uint64 m_next = 0;
-    const uint64 m_end;
+    std::uint64_t m_next = 0;
+    const std::uint64_t m_end;
   };
 
  private:
   struct Entry {
-    uint64 serial;  // ascending, never given twice
+    std::uint64_t serial;  // ascending and unique
     T callee;
   };
 
   std::vector<Entry> m_entries;
-  uint64 m_nextSerial = 0;
+  std::uint64_t m_nextSerial = 0;
 };
 
-}  // namespace Kestova
+}  // namespace calls
