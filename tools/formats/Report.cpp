@@ -4,7 +4,7 @@
 #include <numeric>
 
 #include "text/Base64.h"
-#include "text/Utf8.h"
+#include "text/XmlText.h"
 #include "tools/formats/Column.h"
 #include "tools/formats/ReportPage.h"
 #include "tools/formats/SummaryJson.h"
@@ -35,20 +35,6 @@ std::string embedded(const Json& json) {
     }
   }
   return text;
-}
-
-std::string htmlText(std::string_view text) {
-  std::string html;
-  for (const char character : text::wellFormedUtf8(text)) {
-    if (character == '&') {
-      html += "&amp;";
-    } else if (character == '<') {
-      html += "&lt;";
-    } else {
-      html += character;
-    }
-  }
-  return html;
 }
 
 // The rows of a stream: data elements, and the members of its description that name them.
@@ -158,7 +144,7 @@ void writeReport(const ReportSource& source, const Write& write) {
     if (at == std::string_view::npos) return;
     page.remove_prefix(at);
     if (page.substr(0, kTitle.size()) == kTitle) {
-      write(htmlText(source.recording.name()));
+      write(text::xmlText(source.recording.name()));
       page.remove_prefix(kTitle.size());
     } else {
       writeData(source, write);
