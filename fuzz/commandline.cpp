@@ -40,7 +40,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   for (const auto& rate : {boost::rational<unsigned int>(30000, 1001),
                            boost::rational<unsigned int>(4294967295U, 4294967294U)}) {
     expectValueOrWrongUse([&] {
-      const Kestova::RationalTime time = voxa::parseTime(text, rate);
+      const Kestova::RationalTime time = voxa::frameOf(voxa::parseTime(text), rate);
       if (text.back() != 's') {
         fuzz::require(time.isWhole() && std::to_string(time.numerator()).size() <= text.size(),
                       "a frame number equals its text");

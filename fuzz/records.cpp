@@ -6,8 +6,8 @@
 #include "ZRKMetaData/src/ZRKMMetaDataReader.h"
 #include "fuzz/Fuzz.h"
 #include "tests/support/CountingBuffer.h"
+#include "tests/support/PlainReading.h"
 #include "tests/support/ReadOutcome.h"
-#include "tools/recording/PlainReading.h"
 
 namespace {
 
@@ -83,7 +83,7 @@ void check(const std::string& stream, int64 size) {
   fuzz::require(outcome == outcomeOf<T>(bytes, readAhead), "two reads of the same bytes agree");
   fuzz::require(outcome == outcomeOf<T>(bytes,
                                         [size](Collector<T>& observer, std::istream& in) {
-                                          recording::readPlainly(observer, in, kOffset, size);
+                                          testing_support::readPlainly(observer, in, kOffset, size);
                                         }),
                 "reading ahead equals reading record by record");
   for (const std::string& record : outcome.records) {

@@ -8,9 +8,9 @@
 #include "tests/support/Captured.h"
 #include "tests/support/Device.h"
 #include "tests/support/Hex.h"
+#include "tests/support/PlainReading.h"
 #include "tests/support/ReadOutcome.h"
 #include "tests/support/Streams.h"
-#include "tools/recording/PlainReading.h"
 
 namespace ZRKMetaData {
 namespace {
@@ -19,7 +19,6 @@ using recording::Bytes;
 using recording::Entry;
 using recording::entryBytes;
 using recording::littleEndian;
-using recording::readPlainly;
 using recording::streamId;
 using testing_support::AssertionLog;
 using testing_support::Captured;
@@ -28,6 +27,7 @@ using testing_support::Device;
 using testing_support::filledRecords;
 using testing_support::filledTexts;
 using testing_support::Filler;
+using testing_support::readPlainly;
 
 template <class T, class Read>
 auto outcomeOf(const Bytes& bytes, std::size_t maxRecords, Read read) {

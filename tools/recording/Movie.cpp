@@ -2,11 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
-#include <optional>
-#include <string_view>
 
 #include "tools/recording/Container.h"
-#include "tools/recording/TopLevel.h"
+#include "tools/recording/TrackTags.h"
 
 namespace recording {
 
@@ -28,10 +26,6 @@ Bytes big32(std::uint32_t number) {
 // An atom whose payload begins with a version, 0, and flags.
 Bytes fullAtom(const char* type, const Bytes& payload, std::uint32_t flags = 0) {
   return atom(type, big32(flags) + payload);
-}
-
-Bytes tagAtom(std::uint32_t tag) {
-  return atom("VTAG", big32(tag));
 }
 
 Bytes unityMatrix() {
@@ -97,48 +91,6 @@ Bytes trackAtom(const TrackDescription& track, std::uint32_t id) {
                           (track.tag != 0 ? atom("udta", tagAtom(track.tag)) : Bytes()));
 }
 
-std::string_view wholeOf(const Structure& structure, std::string_view bytes) {
-  return bytes.substr(structure.start, structure.end - structure.start);
-}
-
-std::string_view payloadOf(const Structure& structure, std::string_view bytes) {
-  return bytes.substr(structure.payload, structure.end - structure.payload);
-}
-
-// The payload of the first atom of `type`, empty when there is none.
-std::string_view childOf(std::string_view bytes, const char* type) {
-  std::optional<std::string_view> found;
-  eachAtom(bytes, [&](const Structure& child) {
-    if (!found && child.type == type) found = payloadOf(child, bytes);
-  });
-  return found.value_or(std::string_view());
-}
-
-bool isVideoTrack(std::string_view trakPayload) {
-  constexpr std::size_t kHandlerOffset = 8;
-  const std::string_view handler = childOf(childOf(trakPayload, "mdia"), "hdlr");
-  return handler.size() > kHandlerOffset && handler.substr(kHandlerOffset, 4) == "vide";
-}
-
-bool hasTag(std::string_view trakPayload) {
-  return childOf(trakPayload, "udta").find("VTAG") != std::string_view::npos;
-}
-
-// In front of other user data, since QuickTime ends a list of it with zeros.
-Bytes taggedTrack(std::string_view trakPayload, std::uint32_t tag) {
-  Bytes tagged;
-  bool isTagged = false;
-  eachAtom(trakPayload, [&](const Structure& child) {
-    if (child.type == "udta" && !isTagged) {
-      tagged += atom("udta", tagAtom(tag).append(payloadOf(child, trakPayload)));
-      isTagged = true;
-    } else {
-      tagged += wholeOf(child, trakPayload);
-    }
-  });
-  return isTagged ? tagged : tagged + atom("udta", tagAtom(tag));
-}
-
 }  // namespace
 
 Bytes movie(const std::vector<TrackDescription>& tracks) {
@@ -158,28 +110,6 @@ Bytes sampleMovie(double seconds) {
   return movie({{true, kVideoTimescale, units(kVideoTimescale), 1920, 1080, kScreenTag},
                 {true, kVideoTimescale, units(kVideoTimescale), 640, 480, kCameraTag},
                 {false, kAudioTimescale, units(kAudioTimescale), 0, 0, 0}});
-}
-
-Bytes taggedMovieHeader(const Bytes& moovPayload) {
-  Bytes tagged;
-  std::uint32_t next = kScreenTag;
-  eachAtom(moovPayload, [&](const Structure& child) {
-    const std::string_view payload = payloadOf(child, moovPayload);
-    const bool isVideo = child.type == "trak" && isVideoTrack(payload);
-    if (isVideo && next <= kCameraTag && !hasTag(payload)) {
-      tagged += atom("trak", taggedTrack(payload, next));
-    } else {
-      tagged += wholeOf(child, moovPayload);
-    }
-    if (isVideo) ++next;
-  });
-  return tagged;
-}
-
-bool isFragmented(const Bytes& moovPayload) {
-  bool found = false;
-  eachAtom(moovPayload, [&](const Structure& child) { found = found || child.type == "mvex"; });
-  return found;
 }
 
 }  // namespace recording

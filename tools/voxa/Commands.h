@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "ZRKMetaData/src/ZRKMMetaDataParser.h"
+#include "tools/series/RecordTypes.h"
 #include "tools/voxa/Failure.h"
 #include "tools/voxa/Rows.h"
 #include "tools/voxa/StreamChoice.h"
@@ -57,7 +58,7 @@ void showSlots(const FileOptions& options);
 struct RecordsOptions {
   std::string file;
   std::string stream;
-  std::string type;
+  series::RecordType type{};
   Format format = Format::Table;
   std::optional<ZRKMetaData::ContainerKind> container;
 };

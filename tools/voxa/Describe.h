@@ -1,4 +1,5 @@
-// The fields of each record type and of each keyframe value.
+// The fields of each keyframe value. Those of numbers and texts are the fields of their records
+// (tools/series/RecordTypes.h).
 #pragma once
 
 #include <fmt/format.h>
@@ -6,62 +7,34 @@
 #include <list>
 #include <string>
 
-#include "ZRKMetaData/src/ZRKMRecords.h"
 #include "host/Kestova/ValueTypes.h"
-#include "tools/voxa/Sha256.h"
+#include "tools/series/RecordTypes.h"
 
 namespace voxa {
 
-/// Numbers and texts.
-template <class Row, class Value>
-void describe(Row& row, const Value& value) {
-  row.field("value", value);
-}
-
-template <class Row>
-void describe(Row& row, const ZRKMetaData::KeyStroke& key) {
-  row.field("character", key.character);
-  row.field("eventFlags", key.eventFlags);
-}
-
-template <class Row>
-void describe(Row& row, const ZRKMetaData::Point& point) {
-  row.field("x", point.x);
-  row.field("y", point.y);
-}
-
-template <class Row>
-void describe(Row& row, const ZRKMetaData::Rect& rect) {
-  row.numbers("rect", {"a", "b", "c", "d"}, rect.coordinates);
-}
-
-template <class Row>
-void describe(Row& row, const ZRKMetaData::CursorImage& image) {
-  row.field("imageId", image.m_imageId);
-  row.field("dataSize", image.m_dataSize);
-  row.field("imageInfo0", image.m_imageInfo0);
-  row.field("imageInfo1", image.m_imageInfo1);
-  row.field("sha256",
-            image.m_data ? sha256(image.m_data.get(), image.imageByteCount()) : std::string());
-}
+using series::describe;
 
 template <class Row>
 void describe(Row& row, const Kestova::KeystrokeData& key) {
-  row.field("character", key.character());
-  row.field("eventFlags", key.eventFlags());
+  row.object("value", [&key](auto& fields) {
+    fields.field("character", key.character());
+    fields.field("eventFlags", key.eventFlags());
+  });
 }
 
-/// The third coordinate is always 0 in what is loaded.
+/// The third coordinate is always 0 in loaded parameters.
 template <class Row>
 void describe(Row& row, const Kestova::Point& point) {
-  row.field("x", point.x);
-  row.field("y", point.y);
+  row.object("value", [&point](auto& fields) {
+    fields.field("x", point.x);
+    fields.field("y", point.y);
+  });
 }
 
 template <class Row>
 void describe(Row& row, const Kestova::Rect<float>& rect) {
   const float values[] = {rect.x, rect.y, rect.width, rect.height};
-  row.numbers("rect", {"a", "b", "c", "d"}, values);
+  row.numbers("value", {"a", "b", "c", "d"}, values);
 }
 
 template <class Row>

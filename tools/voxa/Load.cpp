@@ -3,7 +3,10 @@
 #include <boost/system/system_error.hpp>
 #include <boost/uuid/uuid_io.hpp>
 #include <exception>
+#include <optional>
 #include <sstream>
+#include <stdexcept>
+#include <string>
 
 #include "host/Kestova/KestovaException.h"
 #include "host/Kestova/KeyFrameException.h"
@@ -16,6 +19,8 @@
 #include "tools/voxa/Commands.h"
 #include "tools/voxa/Describe.h"
 #include "tools/voxa/Messages.h"
+#include "tools/voxa/Output.h"
+#include "tools/voxa/ParameterTypes.h"
 #include "tools/voxa/QuietModule.h"
 #include "tools/voxa/Rates.h"
 #include "tools/voxa/Recording.h"
@@ -39,6 +44,7 @@ class FixedEditRate final : public Kestova::ProjectEditRate {
 struct Request {
   const LoadOptions& options;
   boost::rational<unsigned int> rate;
+  std::optional<RationalTime> at;  // in frames; none for the whole parameter
   std::string streamFileName;
   std::string identifier;
 };
@@ -53,11 +59,6 @@ struct Loaded {
   boost::shared_ptr<Kestova::ThreadSafe> project = boost::make_shared<Kestova::ThreadSafe>();
   boost::shared_ptr<const Parameter<T>> parameter;
 };
-
-template <class T>
-using LoadOperation = boost::shared_ptr<Parameter<T>> (Kestova::ScreenMetaDataLoader::*)(
-    const std::string&, const std::string&, const boost::weak_ptr<const Kestova::ThreadSafe>&,
-    const boost::weak_ptr<const Kestova::ProjectEditRate>&) const;
 
 Failure damaged(const Request& request, const std::exception& error) {
   return {Status::DamagedData,
@@ -92,7 +93,7 @@ void describeKeyFrame(Row& row, const Request& request, const RationalTime& time
     row.field("frame", boost::lexical_cast<std::string>(time));
   }
   row.derivedField("seconds", secondsOf(time, request.rate));
-  row.value([&](auto& fields) { describe(fields, value); });
+  describe(row, value);
 }
 
 template <class T>
@@ -101,14 +102,13 @@ void printRows(const Request& request, const Parameter<T>& parameter, RowWriter&
     rows.write([&](auto& row) { describeKeyFrame(row, request, time, value); });
   };
   rows.header([&](auto& row) { describeKeyFrame(row, request, RationalTime(), T()); });
-  if (request.options.at.empty()) {
+  if (!request.at) {
     const Kestova::ReadWriteMutex::ScopedReadLock lock(parameter.mutex());  // once for all rows
     for (Kestova::ParameterIterator<T> at(parameter); !at.atEnd(); at.next()) {
       print(at.time(), at.keyFrame()->value());
     }
   } else if (parameter.numKeyFrames() != 0) {
-    const RationalTime time = parseTime(request.options.at, request.rate);
-    print(time, parameter.valueAt(time));
+    print(*request.at, parameter.valueAt(*request.at));
   }
 }
 
@@ -169,61 +169,37 @@ void loadAndPrint(const Request& request, LoadOperation<T> operation) {
   out.flush();
 }
 
-void loadAs(const std::string& type, const Request& request) {
-  using Loader = Kestova::ScreenMetaDataLoader;
-  if (type == "ints") return loadAndPrint<int>(request, &Loader::loadInts);
-  if (type == "doubles") return loadAndPrint<double>(request, &Loader::loadDoubles);
-  if (type == "opacity") return loadAndPrint<double>(request, &Loader::loadCursorOpacity);
-  if (type == "int64s") return loadAndPrint<Kestova::int64>(request, &Loader::loadInt64);
-  if (type == "strings") return loadAndPrint<std::string>(request, &Loader::loadStrings);
-  if (type == "cursor-images") {
-    return loadAndPrint<std::string>(request, &Loader::loadCursorImagePaths);
-  }
-  if (type == "keystrokes") {
-    return loadAndPrint<Kestova::KeystrokeData>(request, &Loader::loadKeystrokeData);
-  }
-  if (type == "points") return loadAndPrint<Kestova::Point>(request, &Loader::loadPoints);
-  if (type == "rects") return loadAndPrint<Kestova::Rect<float>>(request, &Loader::loadRects);
-  if (type == "rect-collections") {
-    return loadAndPrint<std::list<Kestova::Rect<float>>>(request, &Loader::loadRectCollection);
-  }
-  throw Failure(Status::WrongUse, "no parameters of type " + type);
-}
-
 }  // namespace
 
 void loadParameter(const LoadOptions& options) {
   if (isHostForm(options.format) && !options.at.empty()) {
     throw Failure(Status::WrongUse, "--at prints one value, which has no host form; omit one");
   }
-  if (options.rate.empty() && !isInSeconds(options.at)) {
+  std::optional<CommandTime> at;
+  if (!options.at.empty()) at = parseTime(options.at);
+  std::optional<boost::rational<unsigned int>> rate;
+  if (!options.rate.empty()) rate = parseRate(options.rate);
+  if (!rate && !(at && at->isSeconds)) {
     throw Failure(Status::WrongUse, "--rate is required, except with --at in seconds");
   }
-  Request request{options, parseRate(options.rate.empty() ? "1" : options.rate), {}, {}};
-  if (!options.at.empty()) parseTime(options.at, request.rate);
   const auto parser = openForModule(options.file);
-  if (options.rate.empty()) {
-    request.rate = screenTrackRate(options.file);
-    parseTime(options.at, request.rate);
-  }
-  std::exception_ptr absent;
-  try {
-    request.identifier = boost::uuids::to_string(findStream(*parser, options.file, options.stream));
-  } catch (const Failure& failure) {
-    if (failure.status() != Status::NoSuchStream) throw;
-    absent = std::current_exception();
-    request.identifier = options.stream;
-  }
+  if (!rate) rate = screenTrackRate(options.file);
+  Request request{options, *rate, {}, {}, {}};
+  if (at) request.at = frameOf(*at, *rate);
+  const auto id = lookUpStream(*parser, options.file, options.stream);
+  request.identifier = id ? boost::uuids::to_string(*id) : options.stream;
   request.streamFileName = options.file + "/" + request.identifier;
   try {
-    loadAs(options.type, request);
+    visitParameterType(options.type,
+                       [&](const auto& row) { loadAndPrint(request, row.operation); });
   } catch (const Kestova::KeyFrameException&) {
     // The host's JSON has no form for a parameter without keyframes.
-    if (absent) std::rethrow_exception(absent);
-    throw Failure(Status::Failed, options.file + ": stream " + request.identifier +
-                                      ": there is no keyframe to write");
+    if (id) {
+      throw Failure(Status::Failed, options.file + ": stream " + request.identifier +
+                                        ": there is no keyframe to write");
+    }
   }
-  if (absent) std::rethrow_exception(absent);
+  if (!id) throw noSuchStream(options.file, options.stream);
 }
 
 }  // namespace voxa

@@ -6,10 +6,11 @@
 #include <map>
 #include <new>
 
-#include "tools/recording/Sample.h"
+#include "tools/series/RecordTypes.h"
 #include "tools/voxa/Commands.h"
 #include "tools/voxa/Messages.h"
 #include "tools/voxa/Output.h"
+#include "tools/voxa/ParameterTypes.h"
 #include "tools/voxa/Suggestion.h"
 #include "tools/voxa/Version.h"
 
@@ -29,6 +30,12 @@ const std::map<std::string, Format>& formats() {
 const std::map<std::string, ZRKMetaData::ContainerKind>& containers() {
   static const std::map<std::string, ZRKMetaData::ContainerKind> names = {
       {"Riff", ZRKMetaData::Riff}, {"Atoms", ZRKMetaData::Atoms}, {"Raw", ZRKMetaData::Raw}};
+  return names;
+}
+
+std::vector<std::string> recordTypeNames() {
+  std::vector<std::string> names;
+  for (const auto& info : series::kRecordTypeInfos) names.emplace_back(info.name);
   return names;
 }
 
@@ -220,9 +227,13 @@ class CommandLine {
                                   "voxa records take1.voxa F0 --as points --format csv");
     command->add_option("FILE", m_records.file, "The recording")->required();
     command->add_option("STREAM", m_records.stream, "Identifier, or its two-digit key")->required();
-    command->add_option("--as", m_records.type, "Record type")
+    command
+        ->add_option_function<std::string>(
+            "--as",
+            [this](const std::string& name) { m_records.type = *series::recordTypeNamed(name); },
+            "Record type")
         ->required()
-        ->check(CLI::IsMember(recording::sampleTypes()));
+        ->check(CLI::IsMember(recordTypeNames()));
     addFormat(command, m_records, {"table", "csv", "json"});
     addContainer(command, m_records);
     command->callback([this] { printRecords(m_records); });
@@ -232,13 +243,11 @@ class CommandLine {
     CLI::App* const command =
         add("load", "Load a stream as keyframes on a project's frame grid.",
             "voxa load take1.voxa F0 --as points --rate 30000/1001 --at 2.5s");
-    std::vector<std::string> types = recording::sampleTypes();
-    types.insert(types.end(), {"rect-collections", "opacity"});
     command->add_option("FILE", m_load.file, "The recording")->required();
     command->add_option("STREAM", m_load.stream, "Identifier, or its two-digit key")->required();
     command->add_option("--as", m_load.type, "Type of the values")
         ->required()
-        ->check(CLI::IsMember(types));
+        ->check(CLI::IsMember(parameterTypeNames()));
     command->add_option("--rate", m_load.rate,
                         "Edit rate in frames per second: N or N/D (default with --at in seconds: "
                         "that of the screen track)");
@@ -322,7 +331,7 @@ class CommandLine {
     command->add_option("--seconds", m_sample.seconds, "Length (default 10)")
         ->check(CLI::Validator(checkLength, "NUMBER"));
     command->add_option("--onto", m_sample.onto, "A media file to copy and append to");
-    const CLI::IsMember isType(recording::sampleTypes());
+    const CLI::IsMember isType(recordTypeNames());
     command->add_option("--type", m_sample.type, "Only the stream of this type")->check(isType);
     command->add_option("--stream", m_sample.type)->check(isType)->group("");  // its old name
     command

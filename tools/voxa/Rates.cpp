@@ -4,6 +4,8 @@
 #include <cmath>
 #include <limits>
 #include <optional>
+#include <stdexcept>
+#include <string>
 #include <string_view>
 
 #include "tools/voxa/Failure.h"
@@ -12,7 +14,7 @@ namespace voxa {
 
 namespace {
 
-constexpr Kestova::int64 kMostRate = std::numeric_limits<unsigned int>::max();
+constexpr Kestova::int64 kMaxRatePart = std::numeric_limits<unsigned int>::max();
 
 template <class Number>
 std::optional<Number> parseWhole(std::string_view text) {
@@ -34,10 +36,10 @@ std::optional<Kestova::Ratio> parseDecimal(std::string_view text) {
   Kestova::int64 unit = 1;
   if (point != std::string_view::npos) {
     const std::string_view fraction = text.substr(point + 1);
-    constexpr std::size_t kMostDigits = 18;  // 10^18 is the last power that 64 bits hold
-    if (fraction.empty() || fraction.size() > kMostDigits) return std::nullopt;
+    constexpr std::size_t kMaxDecimals = 18;  // 10^18 is the last power that 64 bits hold
+    if (fraction.empty() || fraction.size() > kMaxDecimals) return std::nullopt;
     digits += fraction;
-    for (std::size_t place = 0; place < fraction.size(); ++place) unit *= 10;
+    for (std::size_t digit = 0; digit < fraction.size(); ++digit) unit *= 10;
   }
   const auto number = parseWhole<Kestova::int64>(digits);
   if (!number) return std::nullopt;
@@ -55,7 +57,7 @@ std::string rateSuggestion(std::string_view text) {
     if (isNear) return "; use " + std::to_string(whole) + "000/1001";
   }
   const Kestova::Ratio exact = Kestova::reduced(decimal->numerator, decimal->denominator);
-  if (exact.numerator > kMostRate || exact.denominator > kMostRate) return {};
+  if (exact.numerator > kMaxRatePart || exact.denominator > kMaxRatePart) return {};
   return "; use " + std::to_string(exact.numerator) + "/" + std::to_string(exact.denominator);
 }
 
@@ -74,24 +76,26 @@ boost::rational<unsigned int> parseRate(const std::string& text) {
   return {*numerator, *denominator};
 }
 
-Kestova::RationalTime parseTime(const std::string& text,
-                                const boost::rational<unsigned int>& rate) {
+CommandTime parseTime(const std::string& text) {
   const std::string_view view = text;
-  if (isInSeconds(text)) {
-    if (const auto seconds = parseDecimal(view.substr(0, view.size() - 1))) {
-      try {
-        const auto frames =
-            Kestova::reduced(Kestova::int128{seconds->numerator} * rate.numerator(),
-                             Kestova::int128{seconds->denominator} * rate.denominator());
-        return {frames.numerator, frames.denominator};
-      } catch (const std::overflow_error&) {
-        wrongUse("--at is out of range: " + text);
-      }
-    }
+  if (!view.empty() && view.back() == 's') {
+    if (const auto seconds = parseDecimal(view.substr(0, view.size() - 1))) return {*seconds, true};
   } else if (const auto frame = parseWhole<Kestova::int64>(view)) {
-    return Kestova::RationalTime(*frame);
+    return {{*frame, 1}, false};
   }
   wrongUse("--at takes a frame number or decimal seconds with an s: " + text);
+}
+
+Kestova::RationalTime frameOf(const CommandTime& time, const boost::rational<unsigned int>& rate) {
+  if (!time.isSeconds) return Kestova::RationalTime(time.number.numerator);
+  try {
+    const auto frame =
+        Kestova::reduced(Kestova::int128{time.number.numerator} * rate.numerator(),
+                         Kestova::int128{time.number.denominator} * rate.denominator());
+    return {frame.numerator, frame.denominator};
+  } catch (const std::overflow_error&) {
+    wrongUse("--at is out of range at this rate");
+  }
 }
 
 }  // namespace voxa

@@ -12,13 +12,17 @@ namespace voxa {
 /// part that is 0 and for one above 32 bits; for a decimal the message has the fraction to use.
 boost::rational<unsigned int> parseRate(const std::string& text);
 
-/// True for a time in seconds, which `parseTime` needs a rate for.
-inline bool isInSeconds(const std::string& time) {
-  return !time.empty() && time.back() == 's';
-}
+/// A time of --at: a number of frames, or of seconds as an exact fraction.
+struct CommandTime {
+  Kestova::Ratio number;
+  bool isSeconds = false;
+};
 
-/// A frame number, "12", or seconds as an exact decimal, "0.4s", which become frames at `rate`.
-/// Throws Failure (WrongUse) for anything else and for what 64 bits do not hold.
-Kestova::RationalTime parseTime(const std::string& text, const boost::rational<unsigned int>& rate);
+/// Parses a frame number, "12", or decimal seconds, "0.4s". Throws Failure (WrongUse) for anything
+/// else and for more than 64 bits.
+CommandTime parseTime(const std::string& text);
+
+/// The frame at `time`, exact. Throws Failure (WrongUse) when it does not fit into 64 bits.
+Kestova::RationalTime frameOf(const CommandTime& time, const boost::rational<unsigned int>& rate);
 
 }  // namespace voxa

@@ -46,19 +46,15 @@ std::string upperCase(std::string text) {
   return text;
 }
 
-[[noreturn]] void noSuchStream(const std::string& file, const std::string& text) {
-  throw Failure(Status::NoSuchStream, file + ": no stream " + text);
-}
-
-boost::uuids::uuid findByKey(const MetaDataParser& parser, const std::string& file,
-                             const std::string& key) {
+std::optional<boost::uuids::uuid> lookUpKey(const MetaDataParser& parser, const std::string& file,
+                                            const std::string& key) {
   std::vector<boost::uuids::uuid> candidates;
   for (const auto& [id, location] : parser.locations()) {
     if (MetaDataUUID::shortKey(id) != key) continue;
     if (MetaDataUUID::isKnown(id)) return id;
     candidates.push_back(id);
   }
-  if (candidates.empty()) noSuchStream(file, key);
+  if (candidates.empty()) return std::nullopt;
   if (candidates.size() == 1) return candidates.front();
   std::string list;
   for (const auto& id : candidates) list += " " + boost::uuids::to_string(id);
@@ -110,12 +106,22 @@ std::unique_ptr<MetaDataParser> openForModule(const std::string& file) {
   return parser;
 }
 
+std::optional<boost::uuids::uuid> lookUpStream(const MetaDataParser& parser,
+                                               const std::string& file, const std::string& text) {
+  if (isShortKey(text)) return lookUpKey(parser, file, upperCase(text));
+  const boost::uuids::uuid id = parseIdentifier(text);
+  return parser.locations().count(id) == 0 ? std::nullopt : std::optional(id);
+}
+
+Failure noSuchStream(const std::string& file, const std::string& text) {
+  return {Status::NoSuchStream,
+          file + ": no stream " + (isShortKey(text) ? upperCase(text) : text)};
+}
+
 boost::uuids::uuid findStream(const MetaDataParser& parser, const std::string& file,
                               const std::string& text) {
-  if (isShortKey(text)) return findByKey(parser, file, upperCase(text));
-  const boost::uuids::uuid id = parseIdentifier(text);
-  if (parser.locations().count(id) == 0) noSuchStream(file, text);
-  return id;
+  if (const auto id = lookUpStream(parser, file, text)) return *id;
+  throw noSuchStream(file, text);
 }
 
 }  // namespace voxa

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "ZRKMetaData/src/ZRKMMetaDataParser.h"
+#include "tools/voxa/Failure.h"
 
 namespace voxa {
 
@@ -23,10 +24,17 @@ std::unique_ptr<ZRKMetaData::MetaDataParser> openRecording(
 /// Throws Failure for a name that is not UTF-8 too, since the module refuses it.
 std::unique_ptr<ZRKMetaData::MetaDataParser> openForModule(const std::string& file);
 
-/// The identifier that `text` means in this recording: 36 characters, or the two digits of a short
-/// key. Of several indexed identifiers with one key the registered one is meant. Throws Failure:
-/// NoSuchStream when it is not indexed; WrongUse when `text` is neither form, or is a key of
-/// several unregistered identifiers, which are listed.
+/// Returns the identifier that `text` names in this recording, or nothing when it is not indexed.
+/// `text` is an identifier of 36 characters or the two digits of a short key; of several indexed
+/// identifiers with one key, it names the registered one. Throws Failure (WrongUse) when `text` is
+/// neither form, or is a key of several unregistered identifiers, which the message lists.
+std::optional<boost::uuids::uuid> lookUpStream(const ZRKMetaData::MetaDataParser& parser,
+                                               const std::string& file, const std::string& text);
+
+/// The failure of a command whose stream `text` is not indexed.
+Failure noSuchStream(const std::string& file, const std::string& text);
+
+/// The same as `lookUpStream`, but throws `noSuchStream` when the stream is not indexed.
 boost::uuids::uuid findStream(const ZRKMetaData::MetaDataParser& parser, const std::string& file,
                               const std::string& text);
 

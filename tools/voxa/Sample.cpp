@@ -1,9 +1,10 @@
 #include <filesystem>
 
 #include "tools/files/OutputFile.h"
+#include "tools/recording/Append.h"
+#include "tools/recording/Container.h"
 #include "tools/recording/Movie.h"
 #include "tools/recording/Sample.h"
-#include "tools/recording/TopLevel.h"
 #include "tools/voxa/Commands.h"
 #include "tools/voxa/Messages.h"
 #include "tools/voxa/Recording.h"

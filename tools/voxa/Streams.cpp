@@ -17,19 +17,24 @@ namespace {
 // Above it an announced size is no place in any file, and sums may overflow.
 constexpr ZRKMetaData::int64 kLargestSize = ZRKMetaData::int64{1} << 62U;
 
+template <class Row>
+void describeStream(Row& row, ZRKMetaData::MetaDataParser& parser, const boost::uuids::uuid& id,
+                    const ZRKMetaData::MetaDataLocation& location) {
+  row.field("id", boost::uuids::to_string(id));
+  row.field("key", MetaDataUUID::shortKey(id));
+  row.field("known", MetaDataUUID::isKnown(id));
+  row.field("version", ZRKMetaData::readHeaderAt(parser.stream(), location.offset).version);
+  row.field("offset", location.offset);
+  row.field("size", location.size);
+}
+
 void writeJson(Output& out, const std::string& file, ZRKMetaData::MetaDataParser& parser) {
   JsonRow document(out);
   document.field("file", file);
   document.field("container", series::containerName(parser.containerKind()));
   document.array("streams", parser.locations(), [&](const auto& stream) {
-    const auto& [id, location] = stream;
     JsonRow row(out);
-    row.field("id", boost::uuids::to_string(id));
-    row.field("key", MetaDataUUID::shortKey(id));
-    row.field("known", MetaDataUUID::isKnown(id));
-    row.field("offset", location.offset);
-    row.field("size", location.size);
-    row.field("version", ZRKMetaData::readHeaderAt(parser.stream(), location.offset).version);
+    describeStream(row, parser, stream.first, stream.second);
     row.end();
   });
   document.end();
@@ -41,13 +46,10 @@ void writeTable(Output& out, const std::string& file, ZRKMetaData::MetaDataParse
   out.write(fmt::format(": {}, {} streams\n", series::containerName(parser.containerKind()),
                         parser.locations().size()));
   if (parser.locations().empty()) return;
-  constexpr auto kRow = "{:<36}  {:<3}  {:<5}  {:>7}  {:>14}  {:>14}\n";
-  out.write(fmt::format(kRow, "id", "key", "known", "version", "offset", "size"));
-  for (const auto& [id, location] : parser.locations()) {
-    const auto header = ZRKMetaData::readHeaderAt(parser.stream(), location.offset);
-    out.write(fmt::format(kRow, boost::uuids::to_string(id), MetaDataUUID::shortKey(id),
-                          MetaDataUUID::isKnown(id) ? "yes" : "no", header.version, location.offset,
-                          location.size));
+  RowWriter rows(out, Format::Table, {-36, -3, -5, 7, 14, 14});
+  rows.header([&](auto& row) { describeStream(row, parser, {}, {}); });
+  for (const auto& stream : parser.locations()) {
+    rows.write([&](auto& row) { describeStream(row, parser, stream.first, stream.second); });
   }
 }
 

@@ -4,10 +4,11 @@
 
 #include <array>
 #include <istream>
+#include <type_traits>
 
 #include "ZRKMetaData/src/ZRKMMetaDataReader.h"
 
-namespace recording {
+namespace testing_support {
 
 /// What `MetaDataReader::parseFile` does with the same arguments, for a header of a version that it
 /// can read. Throws what the reading of a record throws.
@@ -31,4 +32,4 @@ void readPlainly(ZRKMetaData::DataStreamObserver<T>& observer, std::istream& in,
   }
 }
 
-}  // namespace recording
+}  // namespace testing_support
