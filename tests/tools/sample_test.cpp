@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cctype>
 #include <filesystem>
 #include <nlohmann/json.hpp>
 #include <sstream>
@@ -31,7 +33,7 @@ std::size_t loadedPoints(const std::string& file) {
   return result.status == 0 ? json::parse(result.out)["keyframes"].size() : 0;
 }
 
-TEST(Samples, HoldAStreamOfEveryTypeInEveryContainer) {
+TEST(Sample, WritesAStreamOfEveryTypeInEveryContainer) {
   const TempFolder folder;
   for (const char* const leaf : {"a.voxa", "a.mp4", "a.mov", "a.avi", "a.wav"}) {
     ASSERT_EQ(voxa({"sample", folder.name(leaf)}).status, 0);
@@ -49,8 +51,7 @@ TEST(Samples, HoldAStreamOfEveryTypeInEveryContainer) {
   }
 }
 
-// The same bytes on every platform: what one writes another reads.
-TEST(Samples, AreTheSameEverywhere) {
+TEST(Sample, WritesTheSameBytesOnEveryPlatform) {
   const TempFolder folder;
   ASSERT_EQ(voxa({"sample", folder.name("a.voxa"), "--seconds", "2", "--seed", "7"}).status, 0);
   EXPECT_EQ(bytesOfFile(folder.name("a.voxa")), testing_support::dataFile("sample.voxa"));
@@ -60,7 +61,7 @@ TEST(Samples, AreTheSameEverywhere) {
       testing_support::dataFile("sample-points.csv"));
 }
 
-TEST(Samples, ArePaddedBehindAnOddChunk) {
+TEST(Sample, PadsAnOddChunkBeforeTheBlock) {
   const TempFolder folder;
   const Bytes odd = recording::chunk("RIFF", "odd");
   for (const Bytes& media : {odd, odd.substr(0, odd.size() - 1)}) {  // with and without its pad
@@ -71,7 +72,7 @@ TEST(Samples, ArePaddedBehindAnOddChunk) {
   }
 }
 
-TEST(Samples, AreNotWrittenOntoThemselves) {
+TEST(Sample, RefusesToWriteOntoItsSource) {
   const TempFolder folder;
   const Bytes media = recording::atom("ftyp", "isom");
   const std::string file = folder.file("a.mp4", media);
@@ -82,7 +83,7 @@ TEST(Samples, AreNotWrittenOntoThemselves) {
   EXPECT_EQ(bytesOfFile(file), media);
 }
 
-TEST(Samples, AreRefusedWhereNothingCanFollow) {
+TEST(Sample, RefusesMediaThatNothingCanFollow) {
   const TempFolder folder;
   const Bytes head = recording::atom("ftyp", "isom");
   struct Row {
@@ -114,7 +115,7 @@ TEST(Samples, AreRefusedWhereNothingCanFollow) {
   }
 }
 
-// Which tag each track has that the host would learn of.
+// Returns the tag of each track as the host sees it.
 std::vector<int> tagsOf(const std::string& file) {
   std::vector<int> tags;
   const json stats = json::parse(voxa({"stats", file, "--format", "json"}).out);
@@ -124,7 +125,7 @@ std::vector<int> tagsOf(const std::string& file) {
   return tags;
 }
 
-TEST(Samples, HaveTaggedTracks) {
+TEST(Sample, TagsTheVideoTracks) {
   const TempFolder folder;
   ASSERT_EQ(voxa({"sample", folder.name("a.voxa")}).status, 0);
   EXPECT_EQ(tagsOf(folder.name("a.voxa")), (std::vector<int>{1, 2, 0}));
@@ -133,7 +134,7 @@ TEST(Samples, HaveTaggedTracks) {
   EXPECT_EQ(tagsOf(folder.name("b.voxa")), (std::vector<int>{1, 2, 0}));
 }
 
-TEST(Samples, SayWhyTracksAreLeftUntagged) {
+TEST(Sample, SaysWhyTracksAreNotTagged) {
   const TempFolder folder;
   const Bytes head = recording::atom("ftyp", "isom");
   struct Row {
@@ -156,7 +157,7 @@ TEST(Samples, SayWhyTracksAreLeftUntagged) {
   }
 }
 
-// Real media, made by ffmpeg when the tests are set up.
+// Real media that tests/media/make-media makes with ffmpeg.
 class Media : public testing::TestWithParam<const char*> {
  protected:
   std::string media() const { return std::string(KESTOVA_TEST_MEDIA) + "/" + GetParam(); }
@@ -167,7 +168,7 @@ class Media : public testing::TestWithParam<const char*> {
   TempFolder folder;
 };
 
-TEST_P(Media, AreIndexedAndLoadedWithABlockBehindThem) {
+TEST_P(Media, IsIndexedAndLoadedWithABlockAppended) {
   const std::string out = folder.name(GetParam());
   const Result result = voxa({"sample", out, "--onto", media()});
   ASSERT_EQ(result.status, 0) << result.error;
@@ -186,6 +187,13 @@ TEST_P(Media, AreIndexedAndLoadedWithABlockBehindThem) {
 
 INSTANTIATE_TEST_SUITE_P(Files, Media,
                          testing::Values("end.mp4", "front.mp4", "fragmented.mp4", "two-videos.mp4",
-                                         "clip.mov", "clip.avi", "clip.wav"));
+                                         "clip.mov", "clip.avi", "clip.wav"),
+                         [](const testing::TestParamInfo<const char*>& media) {
+                           std::string name = media.param;
+                           std::replace_if(
+                               name.begin(), name.end(),
+                               [](unsigned char byte) { return std::isalnum(byte) == 0; }, '_');
+                           return name;
+                         });
 
 }  // namespace

@@ -18,7 +18,7 @@ using testing_support::Result;
 using testing_support::TempFolder;
 using testing_support::voxa;
 
-// The file of a case: a document, a block of entries, bytes, or none at all.
+// Returns the bytes of the file of a case: a document, a block of entries, or hexadecimal bytes.
 Bytes bytesOf(const json& file) {
   if (file.contains("document")) return testing_support::hexDocument(file["document"]);
   if (file.contains("hex")) return testing_support::bytesFromHex(file["hex"]);
@@ -34,19 +34,19 @@ Bytes bytesOf(const json& file) {
   return recording::atomBlock(entries);
 }
 
-// The words FILE and FOLDER stand for what the case runs in.
+// Replaces a word such as FILE with the name that it stands for.
 std::string filledIn(std::string text, const std::string& word, const std::string& name) {
-  for (auto place = text.find(word); place != std::string::npos; place = text.find(word, place)) {
-    text.replace(place, word.size(), name);
-    place += name.size();
+  for (auto at = text.find(word); at != std::string::npos; at = text.find(word, at)) {
+    text.replace(at, word.size(), name);
+    at += name.size();
   }
   return text;
 }
 
 class Program : public testing::TestWithParam<json> {};
 
-// tests/data/voxa.json: what is run on which file, and all that comes of it.
-TEST_P(Program, Does) {
+// tests/data/voxa.json: the arguments, the file, and the expected status and output.
+TEST_P(Program, Case) {
   const json& c = GetParam();
   const TempFolder folder;
   const json& file = c["file"];
@@ -82,7 +82,7 @@ INSTANTIATE_TEST_SUITE_P(
       return std::to_string(c.index) + "_" + name;
     });
 
-TEST(Statistics, AreShownAsTheHostSeesThem) {
+TEST(Stats, PrintsTheTracksAsTheHostSeesThem) {
   const TempFolder folder;
   const std::string file = folder.file(
       "a.mp4", recording::sampleMovie(3) + recording::atomBlock({{recording::streamId(0xF0), ""},
@@ -93,7 +93,7 @@ TEST(Statistics, AreShownAsTheHostSeesThem) {
             filledIn(testing_support::dataFile("stats.txt"), "FILE", file));
 }
 
-TEST(Help, IsThereOnEveryLevelWithAnExample) {
+TEST(Help, OfEveryCommandHasAnExample) {
   for (const char* const command : {"streams", "records", "load", "stats", "slots", "sample"}) {
     const Result result = voxa({command, "--help"});
     EXPECT_EQ(result.status, 0);
@@ -109,7 +109,7 @@ TEST(Help, IsThereOnEveryLevelWithAnExample) {
   EXPECT_EQ(voxa({"--version"}).out.find("voxa "), 0U);
 }
 
-TEST(Rates, AreThoseOfTheScreenTrackForATimeInSeconds) {
+TEST(Load, TakesTheRateOfTheScreenTrackForATimeInSeconds) {
   const TempFolder folder;
   const std::string file = folder.file("a.voxa", testing_support::dataFile("sample.voxa"));
   const std::vector<std::string> load = {"load",   file,   "F0",   "--as",

@@ -1,4 +1,4 @@
-// A file that a command writes: complete under its name, or not there at all.
+// A file that a command writes. No partial file is ever visible under its name.
 //
 // The bytes go to a temporary file in the same folder, which `commit` renames. Until then an
 // existing file stays as it is, and an exception, a full disk, SIGHUP, SIGINT, SIGPIPE, SIGTERM or
@@ -15,32 +15,32 @@
 
 namespace files {
 
-/// What to do with a file that exists under the name: its user said --force, or did not.
+/// What to do when a file with the name exists: Replace is --force.
 enum class Existing { Refuse, Replace };
 
 class Target;
 
-/// Used by one thread; a process may have any number of them.
+/// Used by one thread. A process may have any number of output files.
 class OutputFile {
  public:
   /// Opens the file with this UTF-8 name for writing. A device or pipe is written directly, with
   /// no temporary file. A symbolic link stays, and its target is created or replaced. A replaced
   /// file keeps its permissions. Throws std::runtime_error that names the file and the reason: it
-  /// exists and is not to be replaced, it is a folder, or the system refuses.
+  /// exists and must not be replaced, it is a folder, or the system call failed.
   OutputFile(const std::string& name, Existing existing);
 
-  /// Removes what was written unless it was committed.
+  /// Removes the temporary file unless it was committed.
   ~OutputFile();
 
   OutputFile(const OutputFile&) = delete;
   OutputFile& operator=(const OutputFile&) = delete;
 
-  /// Appends bytes, which are collected and written in large pieces. Throws std::runtime_error,
-  /// naming the file and the reason, when the system does not take them all.
+  /// Appends bytes, which are buffered. Throws std::runtime_error, which names the file and the
+  /// reason, when the system cannot write them.
   void write(std::string_view bytes);
 
-  /// Writes what is left and puts the file under its name. To be called once, last. Throws as
-  /// `write` does, and when a file that is not to be replaced has appeared in the meantime.
+  /// Writes the rest and renames the file. Call it once, after the last write. Throws as `write`
+  /// does, and when a file that must not be replaced was created under the name meanwhile.
   void commit();
 
  private:

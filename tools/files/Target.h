@@ -1,4 +1,4 @@
-// The platform's part of an output file: TargetPosix.cpp, TargetWindows.cpp.
+// The part of an output file that differs between platforms: TargetPosix.cpp, TargetWindows.cpp.
 #pragma once
 
 #include <memory>
@@ -9,8 +9,9 @@
 
 namespace files {
 
-/// Where the bytes go. Every operation throws std::runtime_error or std::system_error with the
-/// reason alone, without the file's name. The destructor removes what was not committed.
+/// Receives the bytes. Every operation throws std::runtime_error or std::system_error with the
+/// reason alone, without the file's name. The destructor removes the temporary file unless it
+/// was committed.
 class Target {
  public:
   Target() = default;

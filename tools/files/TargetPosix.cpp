@@ -30,8 +30,7 @@ sigset_t endingSignals() {
   return signals;
 }
 
-// Holds back the ending signals, so that the list of temporary files and the folder agree whenever
-// the handler runs.
+// Blocks the ending signals, so that whenever the handler runs the list has every temporary file.
 class SignalsBlocked {
  public:
   SignalsBlocked() {
@@ -66,7 +65,7 @@ extern "C" void removeTemporaryFiles(int signal) {
 void handleEndingSignals() {
   for (const int signal : kEndingSignals) {
     struct sigaction action {};
-    // One that is ignored (nohup) or handled already stays so.
+    // A signal that is ignored (nohup) or already handled is left alone.
     if (sigaction(signal, nullptr, &action) != 0 || action.sa_handler != SIG_DFL) continue;
     action = {};
     action.sa_handler = removeTemporaryFiles;
@@ -142,7 +141,7 @@ class Regular final : public Target {
   }
 
  private:
-  // Lists the file in the same breath as it is created.
+  // Creates and lists the file while the ending signals are blocked.
   int create(TemporaryFile& temporary, const std::string& name) {
     temporary.name = name.substr(0, name.rfind('/') + 1) + ".voxa-XXXXXX";
     const SignalsBlocked blocked;
@@ -174,7 +173,8 @@ class Regular final : public Target {
     if (m_existing == Existing::Refuse) {
       if (renameat2(AT_FDCWD, from, AT_FDCWD, m_name.c_str(), RENAME_NOREPLACE) == 0) return true;
       if (errno == EEXIST) throw std::runtime_error(kFileExists);
-      if (errno != EINVAL && errno != ENOSYS) return false;  // else: not on this file system
+      if (errno != EINVAL && errno != ENOSYS)
+        return false;  // otherwise the file system does not support it
     }
     return std::rename(from, m_name.c_str()) == 0;
   }
@@ -186,10 +186,10 @@ class Regular final : public Target {
   Descriptor m_file;
 };
 
-// The name that a chain of symbolic links leads to, which need not exist.
+// Resolves a chain of symbolic links; the target need not exist.
 std::string followLinks(std::string name) {
-  constexpr int kMostLinks = 40;  // as the system
-  for (int links = 0; links < kMostLinks; ++links) {
+  constexpr int kMaxLinks = 40;  // the limit of Linux
+  for (int links = 0; links < kMaxLinks; ++links) {
     std::array<char, PATH_MAX> target{};
     const ssize_t length = readlink(name.c_str(), target.data(), target.size());
     if (length < 0) return name;

@@ -31,10 +31,10 @@ class Handle {
   }
 
   void write(std::string_view bytes) const {
-    constexpr std::size_t kMost = 1U << 24U;
+    constexpr std::size_t kMaxWriteBytes = 1U << 24U;
     while (!bytes.empty()) {
       DWORD written = 0;
-      const auto count = static_cast<DWORD>(std::min(bytes.size(), kMost));
+      const auto count = static_cast<DWORD>(std::min(bytes.size(), kMaxWriteBytes));
       if (WriteFile(m_handle, bytes.data(), count, &written, nullptr) == 0) fail(GetLastError());
       bytes.remove_prefix(written);
     }
@@ -95,7 +95,7 @@ class Regular final : public Target {
   }
 
  private:
-  // The system closes the handle however the process ends, and then removes the file.
+  // Windows closes the handle whenever the process ends, and then removes the file.
   void removeAtClose(bool isRemoved) const {
     FILE_DISPOSITION_INFO disposition{};
     disposition.DeleteFile = static_cast<BOOLEAN>(isRemoved);
@@ -111,13 +111,13 @@ class Regular final : public Target {
   Handle m_file;
 };
 
-// The name that symbolic links lead to.
+// Resolves symbolic links.
 std::wstring finalName(const Handle& file, const std::wstring& name) {
-  constexpr DWORD kLongestName = 32768;  // of the system, in characters
-  std::wstring target(kLongestName, L'\0');
+  constexpr DWORD kMaxNameLength = 32768;  // the limit of Windows, in characters
+  std::wstring target(kMaxNameLength, L'\0');
   const DWORD size =
-      GetFinalPathNameByHandleW(file.get(), target.data(), kLongestName, FILE_NAME_NORMALIZED);
-  if (size == 0 || size >= kLongestName) return name;
+      GetFinalPathNameByHandleW(file.get(), target.data(), kMaxNameLength, FILE_NAME_NORMALIZED);
+  if (size == 0 || size >= kMaxNameLength) return name;
   target.resize(size);
   return target;
 }

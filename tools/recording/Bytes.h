@@ -1,5 +1,5 @@
-// Bytes of a file under construction, and the numbers that go into it. Written from
-// docs/format.md alone: the writer shares no layout with the parser that reads its files.
+// Numbers as bytes. The writers in this folder follow docs/format.md and share no code with the
+// parser, so that tests compare two independent implementations.
 #pragma once
 
 #include <boost/endian/conversion.hpp>

@@ -1,4 +1,4 @@
-// Containers of metadata entries as bytes: QuickTime-style atoms, RIFF-style chunks, raw files.
+// Writes containers of metadata entries: QuickTime-style atoms, RIFF-style chunks, raw files.
 #pragma once
 
 #include <boost/uuid/uuid.hpp>
@@ -9,7 +9,7 @@
 
 namespace recording {
 
-/// One stream: what its 24-byte header says, and its records as bytes.
+/// One stream: the fields of its 24-byte header, and its records as bytes.
 struct Entry {
   boost::uuids::uuid id{};
   Bytes records;
@@ -22,8 +22,8 @@ boost::uuids::uuid streamId(unsigned char key);
 
 Bytes entryBytes(const Entry& entry);
 
-/// An atom with a 32-bit size, or with a 64-bit one behind the size 1 where that is asked for or
-/// needed. `type` has four characters.
+/// An atom. Its size has 32 bits where that suffices; the size of a wide atom always has 64 bits.
+/// `type` has four characters.
 Bytes atom(const char* type, const Bytes& payload);
 Bytes wideAtom(const char* type, const Bytes& payload);
 

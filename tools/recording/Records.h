@@ -1,4 +1,4 @@
-// One record of a metadata stream as bytes. Times are seconds on the recording's timeline.
+// Writes one record of a metadata stream. Times are seconds on the timeline of the recording.
 #pragma once
 
 #include <cstdint>
@@ -19,7 +19,7 @@ Bytes stringRecord(double seconds, const Bytes& characters);
 Bytes cursorImageRecord(double seconds, std::uint64_t imageId, std::int32_t info0,
                         std::int32_t info1, const Bytes& image);
 
-/// A cursor image that was stored before: the identifier alone.
+/// A reference to a cursor image that an earlier record stores.
 Bytes cursorReferenceRecord(double seconds, std::uint64_t imageId);
 
 }  // namespace recording

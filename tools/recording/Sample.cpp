@@ -15,7 +15,7 @@ namespace {
 constexpr int kScreenWidth = 1920;
 constexpr int kScreenHeight = 1080;
 
-// Something that happens every so often: `record(time)` at irregular times up to `seconds`.
+// Records at irregular times up to `seconds`, `shortest` to `longest` seconds apart.
 template <class Record>
 Bytes atIntervals(double seconds, double shortest, double longest, Dice& dice, Record record) {
   Bytes bytes;
@@ -37,7 +37,7 @@ Bytes atEverySample(double seconds, Record record) {
   return bytes;
 }
 
-// Goes from place to place, fast at first and slower towards its aim, and rests there a while.
+// The cursor moves from target to target, slows down near each one, and rests there.
 Bytes cursorPositions(double seconds, Dice& dice) {
   double x = kScreenWidth / 2.0;
   double y = kScreenHeight / 2.0;
@@ -104,14 +104,14 @@ Bytes windowRectangles(double seconds, Dice& dice) {
   return atIntervals(seconds, 1, 6, dice, [&](double time) {
     const int width = 320 + dice.below(kScreenWidth - 320);
     const int height = 200 + dice.below(kScreenHeight - 200);
-    // Thrown one by one: compilers differ in the order in which they evaluate arguments.
+    // One statement each: compilers differ in the order in which they evaluate arguments.
     const int left = dice.below(kScreenWidth - width + 1);
     const int top = dice.below(kScreenHeight - height + 1);
     return rectRecord(time, left, top, width, height);
   });
 }
 
-// Each image is stored the first time it is seen and only named afterwards.
+// Each image is stored when it first appears; later records refer to it.
 Bytes cursorImages(double seconds, Dice& dice) {
   constexpr std::int32_t kSide = 16;
   constexpr std::size_t kPixelBytes = 4;
@@ -127,7 +127,7 @@ Bytes cursorImages(double seconds, Dice& dice) {
   });
 }
 
-// Which identifier carries which type in our samples. The format itself does not say.
+// The identifiers of the streams. The format does not tie types to identifiers.
 struct Kind {
   const char* type;
   unsigned char key;

@@ -1,4 +1,4 @@
-// A plausible screen recording, made up: somebody moves the cursor, types, and changes windows.
+// Generates a plausible screen recording: a person moves the cursor, types and changes windows.
 #pragma once
 
 #include <cstdint>
@@ -14,11 +14,11 @@ namespace recording {
 /// ints doubles int64s strings keystrokes points rects cursor-images.
 const std::vector<std::string>& sampleTypes();
 
-/// Samples of a moving cursor in one second.
+/// Cursor positions per second.
 constexpr int kSamplesPerSecond = 60;
 
-/// The stream of one type, `seconds` long. The same seed gives the same bytes on every platform.
-/// Throws std::invalid_argument for a type that `sampleTypes` does not name.
+/// Generates the stream of one type, `seconds` long. The same seed gives the same bytes on every
+/// platform. Throws std::invalid_argument for a type that `sampleTypes` does not name.
 Entry sampleEntry(std::string_view type, double seconds, std::uint64_t seed);
 
 /// One stream of every type, in the order of `sampleTypes`.

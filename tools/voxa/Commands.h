@@ -1,5 +1,5 @@
-// The commands of the program. Each writes its result to standard output and throws Failure, or
-// whatever the module throws, when it cannot.
+// The commands of the program. Each writes its result to standard output, or throws Failure or an
+// exception of the module.
 #pragma once
 
 #include <boost/rational.hpp>
@@ -30,7 +30,7 @@ struct FileOptions {
   Format format = Format::Table;
 };
 
-/// Shows what the host would learn of the tracks of a recording.
+/// Prints the tracks of a recording as the host sees them.
 void showStats(const FileOptions& options);
 
 struct InfoOptions {
@@ -52,7 +52,7 @@ struct ReportOptions {
 /// Writes a recording as one page for a browser.
 void writeReport(const ReportOptions& options);
 
-/// Shows under which slot of the host each indexed stream would be filed.
+/// Prints the host's slot for each indexed stream.
 void showSlots(const FileOptions& options);
 
 struct RecordsOptions {
@@ -63,20 +63,21 @@ struct RecordsOptions {
   std::optional<ZRKMetaData::ContainerKind> container;
 };
 
-/// Prints the records of one stream as they stand in the file. Those before damage are printed.
+/// Prints the records of one stream as the file has them. In a damaged stream, the records before
+/// the damage are printed.
 void printRecords(const RecordsOptions& options);
 
 struct LoadOptions {
   std::string file;
   std::string stream;
   std::string type;
-  std::string rate;  ///< empty for that of the screen track, if `at` is in seconds
+  std::string rate;  ///< empty for the rate of the screen track, where `at` is in seconds
   std::string at;    ///< empty for the whole parameter
   Format format = Format::Table;
 };
 
-/// Loads one stream through the module, as a host would, and prints its keyframes or its value, or
-/// the parameter in the host's own forms.
+/// Loads one stream through the module, as a host does, and prints its keyframes, its value at one
+/// time, or the parameter in the host's own formats.
 void loadParameter(const LoadOptions& options);
 
 struct PlotOptions {
@@ -111,13 +112,13 @@ void drawHeatMap(const HeatMapOptions& options);
 struct SampleOptions {
   std::string out;
   double seconds = 10;
-  std::string onto;  ///< empty for a file of metadata alone
+  std::string onto;  ///< empty for a file without media
   std::string type;  ///< empty for all types
   std::uint64_t seed = 1;
   bool force = false;  ///< replace an existing file
 };
 
-/// Writes a made-up recording. The file is there complete or not at all.
+/// Writes a synthetic recording. No partial file is left after an error.
 void writeSample(const SampleOptions& options);
 
 }  // namespace voxa

@@ -1,4 +1,4 @@
-// How a command ends when it does not end well.
+// The exit statuses, and the exception that ends a command with one.
 #pragma once
 
 #include <stdexcept>
@@ -21,8 +21,9 @@ enum class Status {
 /// Of two statuses the one that a command over several files ends with.
 Status worse(Status left, Status right);
 
-/// One line that says which file, what is wrong, where, and what to do. `what` is printable: a NUL
-/// of a recording does not cut it short.
+/// Ends the command. The message is one line: the file, what is wrong, where, and what to do.
+/// `what` returns it with unprintable characters escaped, so that a NUL in it does not end it
+/// early.
 class Failure : public std::runtime_error {
  public:
   /// An empty message: everything has been said.

@@ -53,7 +53,7 @@ double secondsOf(const RationalTime& time, const boost::rational<unsigned int>& 
   return time.toDouble() * rate.denominator() / rate.numerator();
 }
 
-// What the host would get, with the project for as long as it is looked at.
+// A parameter as the host gets it, and the project that must outlive its use.
 template <class T>
 struct Loaded {
   boost::shared_ptr<Kestova::ThreadSafe> project = boost::make_shared<Kestova::ThreadSafe>();
@@ -75,7 +75,7 @@ Loaded<T> load(const Request& request, LoadOperation<T> operation) {
   try {
     loaded.parameter =
         (loader.*operation)(request.streamFileName, request.identifier, loaded.project, editRate);
-  } catch (const boost::system::system_error& error) {  // its name, not what is in it
+  } catch (const boost::system::system_error& error) {  // about the name, not the contents
     throw Failure(Status::Failed, request.options.file + ": " + error.what());
   } catch (const std::runtime_error& error) {
     throw damaged(request, error);
@@ -117,7 +117,7 @@ boost::rational<unsigned int> screenTrackRate(const std::string& file) {
   try {
     const QuietModule quiet;
     VOXAStatsLoader().loadStats(file, &stats);
-  } catch (const Kestova::KestovaException&) {  // no tracks, then
+  } catch (const Kestova::KestovaException&) {  // the file has no tracks
   }
   for (const auto& track : stats.trackStats()) {
     if (track.tag != Kestova::MediaFileStats::ScreenTrack || track.rate.numerator() == 0) continue;
@@ -128,15 +128,15 @@ boost::rational<unsigned int> screenTrackRate(const std::string& file) {
   throw Failure(Status::WrongUse, file + ": no screen track to take the rate from; use --rate");
 }
 
-bool isHostForm(Format format) {
+bool isHostFormat(Format format) {
   return format == Format::HostXml || format == Format::HostJson;
 }
 
-// The forms that the host writes itself, as they are.
+// Prints the XML or JSON that the host writes.
 template <class T>
-void printHostForm(const Request& request, const Parameter<T>& parameter, Output& out) {
+void printHostFormat(const Request& request, const Parameter<T>& parameter, Output& out) {
   std::ostringstream text;
-  text.exceptions(std::ios::badbit);  // so that nobody gets half of it
+  text.exceptions(std::ios::badbit);  // a text cut short must not be printed
   if (request.options.format == Format::HostXml) {
     Kestova::XMLOptions options(text);
     parameter.toXML(options, 0, "");
@@ -152,8 +152,8 @@ template <class T>
 void loadAndPrint(const Request& request, LoadOperation<T> operation) {
   const Loaded<T> loaded = load(request, operation);
   Output out;
-  if (isHostForm(request.options.format)) {
-    return printHostForm(request, *loaded.parameter, out);
+  if (isHostFormat(request.options.format)) {
+    return printHostFormat(request, *loaded.parameter, out);
   }
   RowWriter rows(out, request.options.format);
   const bool isJson = request.options.format == Format::Json;
@@ -172,8 +172,8 @@ void loadAndPrint(const Request& request, LoadOperation<T> operation) {
 }  // namespace
 
 void loadParameter(const LoadOptions& options) {
-  if (isHostForm(options.format) && !options.at.empty()) {
-    throw Failure(Status::WrongUse, "--at prints one value, which has no host form; omit one");
+  if (isHostFormat(options.format) && !options.at.empty()) {
+    throw Failure(Status::WrongUse, "--at prints one value, which has no host format; omit one");
   }
   std::optional<CommandTime> at;
   if (!options.at.empty()) at = parseTime(options.at);
@@ -193,7 +193,7 @@ void loadParameter(const LoadOptions& options) {
     visitParameterType(options.type,
                        [&](const auto& row) { loadAndPrint(request, row.operation); });
   } catch (const Kestova::KeyFrameException&) {
-    // The host's JSON has no form for a parameter without keyframes.
+    // The host's JSON cannot state a parameter without keyframes.
     if (id) {
       throw Failure(Status::Failed, options.file + ": stream " + request.identifier +
                                         ": there is no keyframe to write");

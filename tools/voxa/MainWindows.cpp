@@ -11,13 +11,13 @@
 
 namespace {
 
-// The narrow arguments of main are in the system's code page; these are what was typed.
+// The arguments as typed. The narrow ones of main are in the system's code page.
 std::vector<std::string> utf8Arguments() {
   std::vector<std::string> arguments;
   int count = 0;
   if (LPWSTR* const wide = CommandLineToArgvW(GetCommandLineW(), &count)) {
-    for (int place = 1; place < count; ++place) {
-      arguments.push_back(std::filesystem::path(wide[place]).u8string());
+    for (int index = 1; index < count; ++index) {
+      arguments.push_back(std::filesystem::path(wide[index]).u8string());
     }
     LocalFree(static_cast<void*>(wide));
   }
@@ -27,7 +27,7 @@ std::vector<std::string> utf8Arguments() {
 }  // namespace
 
 int main() {
-  // The same bytes as everywhere: line ends are ours to choose.
+  // The output has the same bytes on every platform: no line end is translated.
   _setmode(_fileno(stdout), _O_BINARY);
   _setmode(_fileno(stderr), _O_BINARY);
   SetConsoleOutputCP(CP_UTF8);

@@ -1,4 +1,4 @@
-// Standard error: everything that is printed there goes through here, and is escaped.
+// Messages on standard error, with unprintable characters escaped.
 #pragma once
 
 #include <iostream>
@@ -7,10 +7,10 @@
 
 namespace voxa {
 
-/// Prints one line, "voxa: " and the message, with unprintable characters escaped.
+/// Prints one line: "voxa: " and the message, escaped.
 void say(std::string_view message);
 
-/// Passes text on line by line, with unprintable characters escaped (text/Printable.h).
+/// Forwards text to another buffer, line by line and escaped (text/Printable.h).
 class EscapingBuffer final : public std::streambuf {
  public:
   /// `target` must outlive the buffer.
@@ -25,7 +25,7 @@ class EscapingBuffer final : public std::streambuf {
   std::streambuf& m_target;
 };
 
-/// While it lives, what anything writes to std::cerr, the module included, is escaped.
+/// While an object exists, everything written to std::cerr, also by the module, is escaped.
 class EscapedErrors {
  public:
   EscapedErrors() : m_buffer(*std::cerr.rdbuf()), m_before(std::cerr.rdbuf(&m_buffer)) {}

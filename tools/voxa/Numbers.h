@@ -1,4 +1,4 @@
-// Numbers as text: exact enough to read back the same, and a word where there is no number.
+// Numbers as text.
 #pragma once
 
 #include <fmt/compile.h>
@@ -15,21 +15,21 @@
 
 namespace voxa {
 
-/// Doubles with 17 significant digits, floats with 9; "nan", "inf" and "-inf" without a sign for
-/// NaN.
+/// Appends a number for CSV. It reads back the same: doubles have up to 17 significant digits,
+/// floats 9. Non-finite numbers are "nan", "inf" and "-inf".
 template <class Number>
 void appendNumber(fmt::memory_buffer& out, Number number) {
   if constexpr (std::is_integral_v<Number>) {
     fmt::format_to(fmt::appender(out), FMT_COMPILE("{}"), number);
   } else {
     constexpr int kDigits = std::numeric_limits<Number>::max_digits10;
-    const bool isNan = std::isnan(number);  // whose sign says nothing
+    const bool isNan = std::isnan(number);  // without its sign
     out.append(isNan ? std::string_view("nan") : text::NumberText(number, kDigits));
   }
 }
 
-/// Appends a number to a table: 7 significant digits, but from 10^6 to 10^21 all that stand before
-/// the point, since whole numbers are not written with an exponent there.
+/// Appends a number to a table, 12 wide, with 7 significant digits. From 10^6 to 10^21 all digits
+/// before the point are written, because an exponent would hide the end of whole numbers.
 inline void appendReadable(fmt::memory_buffer& out, double number) {
   const double size = std::abs(number);
   if (size >= 1e6 && size < 1e21) {
@@ -40,7 +40,8 @@ inline void appendReadable(fmt::memory_buffer& out, double number) {
   }
 }
 
-/// A JSON number, or "NaN", "Infinity", "-Infinity" as a JSON string; of a truth value its word.
+/// Returns a JSON number; "NaN", "Infinity" or "-Infinity" as a JSON string; booleans as
+/// true/false.
 template <class Number>
 std::string jsonNumber(Number number) {
   if constexpr (std::is_floating_point_v<Number>) {

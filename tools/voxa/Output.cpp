@@ -12,7 +12,7 @@
 namespace voxa {
 
 Output::~Output() {
-  // What a failed command has already found out is still shown; a failure here has been reported.
+  // The result of a failed command so far is still written. `flush` has reported any error.
   std::fwrite(m_buffer.data(), 1, m_buffer.size(), stdout);
 }
 

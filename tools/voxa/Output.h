@@ -1,4 +1,4 @@
-// Standard output, which carries the result and nothing else.
+// Standard output, which has the result of a command and nothing else.
 #pragma once
 
 #include <fmt/format.h>
@@ -7,7 +7,7 @@
 
 namespace voxa {
 
-/// Collects text and writes it in large pieces, byte for byte. Used by one thread.
+/// Buffers text and writes it byte for byte. Used by one thread.
 class Output {
  public:
   Output() = default;
@@ -15,34 +15,34 @@ class Output {
   Output(const Output&) = delete;
   Output& operator=(const Output&) = delete;
 
-  /// To be appended to; `settle` afterwards writes it out when it has grown large.
+  /// Append to it directly, then call `flushIfLarge`.
   fmt::memory_buffer& buffer() { return m_buffer; }
-  void settle() {
-    if (m_buffer.size() >= kLarge) flush();
+  void flushIfLarge() {
+    if (m_buffer.size() >= kMaxBufferBytes) flush();
   }
 
   void write(std::string_view text) {
     m_buffer.append(text.data(), text.data() + text.size());
-    settle();
+    flushIfLarge();
   }
 
-  // Text of a recording, which may be any bytes and of any length. It is written as well-formed
-  // UTF-8 and piece by piece, so that memory does not grow with it.
+  // Text of a recording may be any bytes and of any length. It is written as well-formed UTF-8, in
+  // pieces, so that memory does not grow with it.
 
-  /// For a table: unprintable characters are escaped (text/Printable.h).
+  /// Writes text to a table, with unprintable characters escaped (text/Printable.h).
   void writePrintable(std::string_view text);
 
-  /// As a CSV field (RFC 4180), in quotes where it must be.
+  /// Writes a CSV field (RFC 4180), quoted where necessary.
   void writeCsvField(std::string_view text);
 
-  /// As a JSON string.
+  /// Writes a JSON string.
   void writeJsonString(std::string_view text);
 
-  /// Throws Failure when standard output takes no more.
+  /// Writes the buffer. Throws Failure when standard output fails.
   void flush();
 
  private:
-  static constexpr std::size_t kLarge = 64U << 10U;
+  static constexpr std::size_t kMaxBufferBytes = 64U << 10U;
 
   fmt::memory_buffer m_buffer;
 };

@@ -39,11 +39,10 @@ std::vector<std::string> recordTypeNames() {
   return names;
 }
 
-/// The command line as the user types it. Parsing fills in the options of one command and says
-/// which it was.
+/// The command line. Parsing fills in the options of one command and runs it.
 class CommandLine {
  public:
-  CommandLine() : m_app("Screen metadata of recordings: see it, extract it, make samples of it.") {
+  CommandLine() : m_app("Prints the screen metadata of recordings, and writes sample recordings.") {
     m_app.name("voxa");
     m_app.set_version_flag("--version", kVersion);
     m_app.require_subcommand(1);
@@ -78,7 +77,7 @@ class CommandLine {
  private:
   void parse(const std::vector<std::string>& arguments) {
     try {
-      // CLI11 wants them in reverse.
+      // CLI11 takes them in reverse order.
       m_app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
     } catch (const CLI::CallForHelp&) {
       print(m_app.help());
@@ -109,18 +108,18 @@ class CommandLine {
            std::isdigit(static_cast<unsigned char>(argument[1])) == 0;
   }
 
-  // The first option that the command does not have, empty for none.
+  // Returns the first option that the command does not have, or an empty string.
   static std::string unknownOption(const CLI::App& command,
                                    const std::vector<std::string>& arguments) {
-    for (std::size_t place = 0; place < arguments.size(); ++place) {
-      if (arguments[place] == "--") break;
-      if (!isOption(arguments[place])) continue;
-      const auto equals = arguments[place].find('=');
-      std::string name = arguments[place].substr(0, equals);
+    for (std::size_t index = 0; index < arguments.size(); ++index) {
+      if (arguments[index] == "--") break;
+      if (!isOption(arguments[index])) continue;
+      const auto equals = arguments[index].find('=');
+      std::string name = arguments[index].substr(0, equals);
       const CLI::Option* const option = command.get_option_no_throw(name);
       if (option == nullptr) return name;
       const bool isValueNext = equals == std::string::npos && option->get_items_expected_max() > 0;
-      if (isValueNext) ++place;
+      if (isValueNext) ++index;
     }
     return {};
   }
@@ -162,7 +161,7 @@ class CommandLine {
         ->add_option_function<std::string>(
             "--format",
             [&options](const std::string& name) { options.format = formats().at(name); },
-            "Form of the output (default table)")
+            "Output format (default: table)")
         ->check(CLI::IsMember(names));
   }
 
@@ -176,16 +175,16 @@ class CommandLine {
         ->transform(CLI::IsMember(containers(), CLI::ignore_case));
   }
 
-  // CLI11's own range check lets NaN pass.
+  // CLI11's range check accepts NaN.
   static std::string checkLength(const std::string& text) {
-    constexpr double kLongest = 1e6;
+    constexpr double kMaxSeconds = 1e6;
     double seconds = 0;
     const bool isInRange =
-        CLI::detail::lexical_cast(text, seconds) && seconds >= 0 && seconds <= kLongest;
+        CLI::detail::lexical_cast(text, seconds) && seconds >= 0 && seconds <= kMaxSeconds;
     return isInRange ? "" : text + " is not a number of seconds from 0 to 1000000";
   }
 
-  // CLI11 wraps a negative number round.
+  // CLI11 converts negative numbers to large ones.
   static std::uint64_t parseSeed(const std::string& text) {
     std::uint64_t seed = 0;
     const char* const end = text.data() + text.size();
@@ -223,7 +222,7 @@ class CommandLine {
   }
 
   void addRecords() {
-    CLI::App* const command = add("records", "Print the records of a stream as the file has them.",
+    CLI::App* const command = add("records", "Print the records of a stream.",
                                   "voxa records take1.voxa F0 --as points --format csv");
     command->add_option("FILE", m_records.file, "The recording")->required();
     command->add_option("STREAM", m_records.stream, "Identifier, or its two-digit key")->required();
@@ -241,7 +240,7 @@ class CommandLine {
 
   void addLoad() {
     CLI::App* const command =
-        add("load", "Load a stream as keyframes on a project's frame grid.",
+        add("load", "Load a stream as keyframes on the frames of a project.",
             "voxa load take1.voxa F0 --as points --rate 30000/1001 --at 2.5s");
     command->add_option("FILE", m_load.file, "The recording")->required();
     command->add_option("STREAM", m_load.stream, "Identifier, or its two-digit key")->required();
@@ -250,9 +249,8 @@ class CommandLine {
         ->check(CLI::IsMember(parameterTypeNames()));
     command->add_option("--rate", m_load.rate,
                         "Edit rate in frames per second: N or N/D (default with --at in seconds: "
-                        "that of the screen track)");
-    command->add_option("--at", m_load.at,
-                        "Only the value at this frame, or at these seconds: 75 or 2.5s");
+                        "the rate of the screen track)");
+    command->add_option("--at", m_load.at, "Print only the value at a frame (75) or a time (2.5s)");
     addFormat(command, m_load, {"table", "csv", "json", "host-xml", "host-json"});
     command->callback([this] { loadParameter(m_load); });
   }
@@ -267,8 +265,7 @@ class CommandLine {
 
   void addSlots() {
     CLI::App* const command =
-        add("slots", "Show under which slot of the host each stream is filed.",
-            "voxa slots take1.voxa");
+        add("slots", "Show the host's slot for each stream.", "voxa slots take1.voxa");
     command->add_option("FILE", m_slots.file, "The recording")->required();
     addFormat(command, m_slots, {"table", "json"});
     command->callback([this] { showSlots(m_slots); });
@@ -324,7 +321,7 @@ class CommandLine {
   }
 
   void addSample() {
-    CLI::App* const command = add("sample", "Write a made-up recording.",
+    CLI::App* const command = add("sample", "Write a synthetic recording.",
                                   "voxa sample take1.mp4 --onto clip.mp4 --seconds 30");
     command->add_option("OUT", m_sample.out, "The new file: .voxa .mp4 .mov .avi .wav or .dat")
         ->required();
@@ -333,7 +330,7 @@ class CommandLine {
     command->add_option("--onto", m_sample.onto, "A media file to copy and append to");
     const CLI::IsMember isType(recordTypeNames());
     command->add_option("--type", m_sample.type, "Only the stream of this type")->check(isType);
-    command->add_option("--stream", m_sample.type)->check(isType)->group("");  // its old name
+    command->add_option("--stream", m_sample.type)->check(isType)->group("");  // former name
     command
         ->add_option_function<std::string>(
             "--seed", [this](const std::string& text) { m_sample.seed = parseSeed(text); },
@@ -375,8 +372,7 @@ int fail(Status status, const std::string& message) {
 }  // namespace
 
 int run(std::vector<std::string> arguments) {
-  // The module's messages are then written in large pieces and in the order in which they are made,
-  // even a million of them.
+  // A scan may write a million messages: unsynchronised streams buffer them.
   std::ios::sync_with_stdio(false);
   const EscapedErrors escaped;
   try {

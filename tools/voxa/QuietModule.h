@@ -1,12 +1,12 @@
-// Keeps the module's own messages out of the result.
+// Keeps messages of the module out of standard output.
 #pragma once
 
 #include <iostream>
 
 namespace voxa {
 
-/// While it lives, what the module writes to standard output goes to standard error, escaped
-/// (Messages.h).
+/// While an object exists, what the module writes to standard output goes to standard error,
+/// escaped (Messages.h).
 class QuietModule {
  public:
   QuietModule() : m_before(std::cout.rdbuf(std::cerr.rdbuf())) {}

@@ -46,13 +46,13 @@ std::optional<Kestova::Ratio> parseDecimal(std::string_view text) {
   return Kestova::Ratio{*number, unit};
 }
 
-// "; use 30000/1001" for 29.97, empty where no rate is meant.
+// Returns "; use 30000/1001" for 29.97, empty where `text` is not close to a rate.
 std::string rateSuggestion(std::string_view text) {
   const auto decimal = parseDecimal(text);
   if (!decimal || decimal->numerator <= 0) return {};
   const double rate =
       static_cast<double>(decimal->numerator) / static_cast<double>(decimal->denominator);
-  for (const int whole : {24, 30, 48, 60, 120}) {  // the NTSC rates, commonly cut to two decimals
+  for (const int whole : {24, 30, 48, 60, 120}) {  // NTSC rates, often written with two decimals
     const bool isNear = std::abs(rate - whole * 1000 / 1001.0) < 0.006;
     if (isNear) return "; use " + std::to_string(whole) + "000/1001";
   }

@@ -1,4 +1,4 @@
-// Edit rates and times as they are written on the command line.
+// Edit rates and times of the command line.
 #pragma once
 
 #include <boost/rational.hpp>
@@ -8,8 +8,8 @@
 
 namespace voxa {
 
-/// "30" or "30000/1001", in frames per second. Throws Failure (WrongUse) for anything else, for a
-/// part that is 0 and for one above 32 bits; for a decimal the message has the fraction to use.
+/// Parses frames per second: "30" or "30000/1001". Throws Failure (WrongUse) for anything else and
+/// for a part that is 0 or above 32 bits. For a decimal, the message suggests the fraction to use.
 boost::rational<unsigned int> parseRate(const std::string& text);
 
 /// A time of --at: a number of frames, or of seconds as an exact fraction.

@@ -65,7 +65,7 @@ boost::uuids::uuid parseIdentifier(const std::string& text) {
   constexpr std::size_t kTextSize = 36;
   try {
     if (text.size() == kTextSize) return boost::uuids::string_generator()(text);
-  } catch (const std::runtime_error&) {  // said below
+  } catch (const std::runtime_error&) {  // reported below
   }
   throw Failure(Status::WrongUse,
                 "STREAM is neither a 36-character identifier nor a two-digit key: " + text);

@@ -1,4 +1,4 @@
-// A recording that a command reads from, and the streams in it.
+// Opens the recording that a command reads, and finds streams in it.
 #pragma once
 
 #include <boost/uuid/uuid.hpp>
@@ -11,17 +11,18 @@
 
 namespace voxa {
 
-/// Throws Failure (CannotOpen), with the reason, unless the file with this UTF-8 name can be read.
+/// Throws Failure (CannotOpen), with the reason, when the file with this UTF-8 name cannot be
+/// opened.
 void requireOpens(const std::string& file);
 
-/// Opens and indexes the recording with this UTF-8 name, as `kind` where that is given. Says on
-/// standard error when nothing was scanned because the extension is unknown. Throws as
+/// Opens and indexes the recording with this UTF-8 name, as `kind` where that is given. When the
+/// extension is unknown, nothing is scanned and a message on standard error says so. Throws as
 /// `requireOpens` does.
 std::unique_ptr<ZRKMetaData::MetaDataParser> openRecording(
     const std::string& file, std::optional<ZRKMetaData::ContainerKind> kind);
 
 /// The same for a command that passes the name to the module, which goes by the extension alone.
-/// Throws Failure for a name that is not UTF-8 too, since the module refuses it.
+/// Also throws Failure for a name that is not UTF-8, because the module refuses it.
 std::unique_ptr<ZRKMetaData::MetaDataParser> openForModule(const std::string& file);
 
 /// Returns the identifier that `text` names in this recording, or nothing when it is not indexed.

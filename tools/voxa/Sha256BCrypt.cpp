@@ -11,7 +11,7 @@ namespace voxa {
 namespace {
 
 void require(NTSTATUS status) {
-  if (status < 0) throw Failure(Status::Failed, "SHA-256 is not to be had");
+  if (status < 0) throw Failure(Status::Failed, "SHA-256 is not available");
 }
 
 class Algorithm {

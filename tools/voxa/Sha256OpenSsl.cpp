@@ -10,10 +10,10 @@ std::string sha256(const unsigned char* bytes, std::size_t count) {
   unsigned char digest[EVP_MAX_MD_SIZE];
   unsigned size = 0;
   if (EVP_Digest(bytes, count, digest, &size, EVP_sha256(), nullptr) != 1) {
-    throw Failure(Status::Failed, "SHA-256 is not to be had");
+    throw Failure(Status::Failed, "SHA-256 is not available");
   }
   std::string text;
-  for (unsigned place = 0; place < size; ++place) text += fmt::format("{:02x}", digest[place]);
+  for (unsigned index = 0; index < size; ++index) text += fmt::format("{:02x}", digest[index]);
   return text;
 }
 

@@ -7,7 +7,7 @@ namespace voxa {
 
 namespace {
 
-// Remembers which slot was filled last.
+// Records the slot that was filled last.
 class LastSlot final : public Kestova::ScreenMetaData {
  public:
   bool isEmpty() const override { return m_slot.empty(); }

@@ -17,7 +17,7 @@ using Kestova::MediaFileStats;
 
 namespace {
 
-// The module's reader says only that it failed.
+// The module reports only that it failed.
 std::string whyUnreadable(const std::string& file) {
   std::ifstream media(std::filesystem::u8path(file), std::ios::binary);
   bool hasAtoms = false;
@@ -40,7 +40,7 @@ void load(VOXAStatsLoader& loader, const std::string& file, MediaFileStats& stat
   try {
     loader.loadStats(file, &stats);
   } catch (const Kestova::KestovaException& error) {
-    std::string message = error.what();  // which ends its own line
+    std::string message = error.what();  // which ends with a line feed
     message.erase(message.find_last_not_of('\n') + 1);
     throw Failure(Status::Failed, message + ": " + whyUnreadable(file));
   }

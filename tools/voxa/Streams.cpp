@@ -14,8 +14,8 @@ using ZRKMetaData::MetaDataUUID;
 
 namespace {
 
-// Above it an announced size is no place in any file, and sums may overflow.
-constexpr ZRKMetaData::int64 kLargestSize = ZRKMetaData::int64{1} << 62U;
+// No file is larger, and sums with a larger size could overflow.
+constexpr ZRKMetaData::int64 kMaxSize = ZRKMetaData::int64{1} << 62U;
 
 template <class Row>
 void describeStream(Row& row, ZRKMetaData::MetaDataParser& parser, const boost::uuids::uuid& id,
@@ -53,13 +53,13 @@ void writeTable(Output& out, const std::string& file, ZRKMetaData::MetaDataParse
   }
 }
 
-// How many bytes of the entry at `location` the file does not have. The indexed size of an atom
-// whose own header has 8 bytes is 8 short.
+// Returns the number of bytes of the entry at `location` that are beyond the end of the file. The
+// indexed size of an atom with an 8-byte header is 8 bytes short.
 ZRKMetaData::int64 missingBytes(std::istream& stream, ZRKMetaData::ContainerKind kind,
                                 const ZRKMetaData::MetaDataLocation& location,
                                 ZRKMetaData::int64 fileSize) {
   constexpr int kAtomHeaderSize = 8;
-  const bool isMeasured = location.size >= 0 && location.size <= kLargestSize && fileSize >= 0;
+  const bool isMeasured = location.size >= 0 && location.size <= kMaxSize && fileSize >= 0;
   if (!isMeasured) return 0;
   const ZRKMetaData::int64 missing = location.offset + location.size - fileSize;
   if (kind != ZRKMetaData::Atoms || missing + kAtomHeaderSize <= 0) return missing;
@@ -70,8 +70,8 @@ ZRKMetaData::int64 missingBytes(std::istream& stream, ZRKMetaData::ContainerKind
   return std::string_view(type, sizeof type) == "DATA" ? missing + kAtomHeaderSize : missing;
 }
 
-// Says how many entries announce more than the file holds, which happens when a file is cut.
-void sayWhatIsMissing(const std::string& file, ZRKMetaData::MetaDataParser& parser) {
+// Reports entries that run beyond the end of the file, as in a truncated file.
+void reportMissingBytes(const std::string& file, ZRKMetaData::MetaDataParser& parser) {
   std::istream& stream = parser.stream();
   stream.clear();
   stream.seekg(0, std::ios::end);
@@ -103,7 +103,7 @@ void listStreams(const StreamsOptions& options) {
     writeTable(out, options.file, *parser);
   }
   out.flush();
-  sayWhatIsMissing(options.file, *parser);
+  reportMissingBytes(options.file, *parser);
 }
 
 }  // namespace voxa

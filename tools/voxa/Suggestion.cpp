@@ -6,8 +6,8 @@ namespace voxa {
 
 namespace {
 
-// The optimal string alignment distance: the edits that lead from one word to the other, an
-// exchange of neighbours counting as one.
+// The optimal string alignment distance: the number of edits from one word to the other, where an
+// exchange of neighbours is one edit.
 std::size_t editDistance(std::string_view from, std::string_view to) {
   std::vector<std::vector<std::size_t>> distance(from.size() + 1,
                                                  std::vector<std::size_t>(to.size() + 1));
@@ -29,8 +29,8 @@ std::size_t editDistance(std::string_view from, std::string_view to) {
 }  // namespace
 
 std::string suggestion(std::string_view typed, const std::vector<std::string>& names) {
-  constexpr std::size_t kLongest = 64;  // no name comes close to it
-  if (typed.empty() || typed.size() > kLongest) return {};
+  constexpr std::size_t kMaxTypedBytes = 64;  // far longer than any name
+  if (typed.empty() || typed.size() > kMaxTypedBytes) return {};
   const std::string* closest = nullptr;
   std::size_t least = 0;
   for (const std::string& name : names) {

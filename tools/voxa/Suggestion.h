@@ -1,4 +1,4 @@
-// What a mistyped word was probably meant to be.
+// Suggestions for mistyped words.
 #pragma once
 
 #include <string>
@@ -7,9 +7,10 @@
 
 namespace voxa {
 
-/// "; did you mean 'streams'?" for the closest of `names`, or empty when none is close: a name that
-/// begins with `typed`, or one that up to a third of its characters (inserted, deleted, replaced,
-/// or two neighbours exchanged) away.
+/// Returns "; did you mean 'streams'?" for the closest of `names`, or an empty string when none is
+/// close. A name is close when it begins with `typed`, or when the edits between the two (a
+/// character inserted, deleted or replaced, or two neighbours exchanged) are at most a third of its
+/// length.
 std::string suggestion(std::string_view typed, const std::vector<std::string>& names);
 
 }  // namespace voxa

@@ -10,20 +10,20 @@ complete -c voxa -n __fish_use_subcommand -l version -d 'Show the version'
 complete -c voxa -n __fish_use_subcommand -a info -d 'Show what recordings hold'
 complete -c voxa -n __fish_use_subcommand -a report -d 'Write a recording as one page for a browser'
 complete -c voxa -n __fish_use_subcommand -a streams -d 'List the metadata streams of a recording'
-complete -c voxa -n __fish_use_subcommand -a records -d 'Print the records of a stream as the file has them'
-complete -c voxa -n __fish_use_subcommand -a load -d "Load a stream as keyframes on a project's frame grid"
+complete -c voxa -n __fish_use_subcommand -a records -d 'Print the records of a stream'
+complete -c voxa -n __fish_use_subcommand -a load -d "Load a stream as keyframes on the frames of a project"
 complete -c voxa -n __fish_use_subcommand -a stats -d 'Show the tracks of a recording as its host sees them'
-complete -c voxa -n __fish_use_subcommand -a slots -d 'Show under which slot of the host each stream is filed'
+complete -c voxa -n __fish_use_subcommand -a slots -d "Show the host's slot for each stream"
 complete -c voxa -n __fish_use_subcommand -a plot -d 'Draw streams over time and on the screen'
 complete -c voxa -n __fish_use_subcommand -a heatmap -d 'Draw how long the cursor was in each part of the screen'
-complete -c voxa -n __fish_use_subcommand -a sample -d 'Write a made-up recording'
+complete -c voxa -n __fish_use_subcommand -a sample -d 'Write a synthetic recording'
 complete -c voxa -n __fish_use_subcommand -a help -d 'Show the help of a command'
 complete -c voxa -n '__fish_seen_subcommand_from help' -f -a "$commands"
 
 complete -c voxa -n "__fish_seen_subcommand_from $commands" -l help -d 'Show the options of the command'
-complete -c voxa -n '__fish_seen_subcommand_from info streams stats slots' -l format -x -a 'table json' -d 'Form of the output'
-complete -c voxa -n '__fish_seen_subcommand_from records' -l format -x -a 'table csv json' -d 'Form of the output'
-complete -c voxa -n '__fish_seen_subcommand_from load' -l format -x -a 'table csv json host-xml host-json' -d 'Form of the output'
+complete -c voxa -n '__fish_seen_subcommand_from info streams stats slots' -l format -x -a 'table json' -d 'Output format'
+complete -c voxa -n '__fish_seen_subcommand_from records' -l format -x -a 'table csv json' -d 'Output format'
+complete -c voxa -n '__fish_seen_subcommand_from load' -l format -x -a 'table csv json host-xml host-json' -d 'Output format'
 complete -c voxa -n '__fish_seen_subcommand_from streams records plot heatmap' -l container -x -a 'Riff Atoms Raw' -d 'Read the file as this container'
 complete -c voxa -n '__fish_seen_subcommand_from info report records plot heatmap' -l as -x -a "$types" -d 'Record type'
 complete -c voxa -n '__fish_seen_subcommand_from load' -l as -x -a "$types rect-collections opacity" -d 'Type of the values'
