@@ -78,8 +78,7 @@ TEST(Sample, RefusesToWriteOntoItsSource) {
   const std::string file = folder.file("a.mp4", media);
   const Result result = voxa({"sample", file, "--onto", file, "--force"});
   EXPECT_EQ(result.status, 1);
-  EXPECT_EQ(result.error,
-            "voxa: " + file + ": is the file that --onto names; write to another one\n");
+  EXPECT_EQ(result.error, "voxa: " + file + ": is the file that is read; write to another one\n");
   EXPECT_EQ(bytesOfFile(file), media);
 }
 

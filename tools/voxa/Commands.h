@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "ZRKMetaData/src/ZRKMMetaDataParser.h"
-#include "tools/series/RecordTypes.h"
 #include "tools/voxa/Failure.h"
+#include "tools/voxa/Output.h"
 #include "tools/voxa/Rows.h"
 #include "tools/voxa/StreamChoice.h"
 
@@ -58,8 +58,10 @@ void showSlots(const FileOptions& options);
 struct RecordsOptions {
   std::string file;
   std::string stream;
-  series::RecordType type{};
+  std::string type;  ///< empty for the guessed one
+  TimeOptions times;
   Format format = Format::Table;
+  Destination out;
   std::optional<ZRKMetaData::ContainerKind> container;
 };
 
@@ -70,10 +72,13 @@ void printRecords(const RecordsOptions& options);
 struct LoadOptions {
   std::string file;
   std::string stream;
-  std::string type;
+  std::string type;  ///< empty for the guessed one
   std::string rate;  ///< empty for the rate of the screen track, where `at` is in seconds
   std::string at;    ///< empty for the whole parameter
+  std::string from;  ///< empty for all keyframes
+  std::string to;    ///< empty for all keyframes
   Format format = Format::Table;
+  Destination out;
 };
 
 /// Loads one stream through the module, as a host does, and prints its keyframes, its value at one
@@ -108,6 +113,42 @@ struct HeatMapOptions {
 
 /// Draws how long the cursor was in each cell of the screen.
 void drawHeatMap(const HeatMapOptions& options);
+
+struct GuessOptions {
+  std::string file;
+  std::vector<std::string> streams;  ///< empty for all
+  Format format = Format::Table;
+  std::optional<ZRKMetaData::ContainerKind> container;
+};
+
+/// Ranks the record types of each stream, with reasons. An unknown type is no failure.
+void guessTypes(const GuessOptions& options);
+
+struct FramesOptions {
+  std::string file;
+  std::vector<std::string> streams;  ///< empty for all
+  std::vector<std::string> types;    ///< "[STREAM=]TYPE"
+  TimeOptions times;                 ///< the rate is required
+  Format format = Format::Csv;
+  Destination out;
+  std::optional<ZRKMetaData::ContainerKind> container;
+};
+
+/// Prints one row per video frame: the value that each stream holds at it, as a loaded parameter
+/// does. Memory does not grow with the length of a stream.
+void printFrames(const FramesOptions& options);
+
+struct ImagesOptions {
+  std::string file;
+  std::string stream;
+  std::string folder;  ///< created if it does not exist
+  bool force = false;  ///< replace files of the same names
+  std::optional<ZRKMetaData::ContainerKind> container;
+};
+
+/// Writes every distinct cursor image of a stream to a file of its own, and images.csv with the
+/// times at which each is shown.
+void extractImages(const ImagesOptions& options);
 
 struct SampleOptions {
   std::string out;

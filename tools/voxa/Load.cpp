@@ -24,6 +24,8 @@
 #include "tools/voxa/QuietModule.h"
 #include "tools/voxa/Rates.h"
 #include "tools/voxa/Recording.h"
+#include "tools/voxa/Rows.h"
+#include "tools/voxa/SingleStream.h"
 
 namespace voxa {
 
@@ -44,7 +46,10 @@ class FixedEditRate final : public Kestova::ProjectEditRate {
 struct Request {
   const LoadOptions& options;
   boost::rational<unsigned int> rate;
-  std::optional<RationalTime> at;  // in frames; none for the whole parameter
+  std::optional<RationalTime> at;    // in frames; none for the whole parameter
+  std::optional<RationalTime> from;  // keyframes from this frame on, none for all
+  std::optional<RationalTime> to;    // keyframes before this frame, none for all
+  std::string type;
   std::string streamFileName;
   std::string identifier;
 };
@@ -105,7 +110,9 @@ void printRows(const Request& request, const Parameter<T>& parameter, RowWriter&
   if (!request.at) {
     const Kestova::ReadWriteMutex::ScopedReadLock lock(parameter.mutex());  // once for all rows
     for (Kestova::ParameterIterator<T> at(parameter); !at.atEnd(); at.next()) {
-      print(at.time(), at.keyFrame()->value());
+      const bool isInRange =
+          (!request.from || at.time() >= *request.from) && (!request.to || at.time() < *request.to);
+      if (isInRange) print(at.time(), at.keyFrame()->value());
     }
   } else if (parameter.numKeyFrames() != 0) {
     print(*request.at, parameter.valueAt(*request.at));
@@ -145,13 +152,13 @@ void printHostFormat(const Request& request, const Parameter<T>& parameter, Outp
     text << '\n';
   }
   out.write(text.str());
-  out.flush();
+  out.finish();
 }
 
 template <class T>
 void loadAndPrint(const Request& request, LoadOperation<T> operation) {
   const Loaded<T> loaded = load(request, operation);
-  Output out;
+  Output out(request.options.out);
   if (isHostFormat(request.options.format)) {
     return printHostFormat(request, *loaded.parameter, out);
   }
@@ -160,13 +167,12 @@ void loadAndPrint(const Request& request, LoadOperation<T> operation) {
   if (isJson) {
     out.write("{\"name\":");
     out.writeJsonString(loaded.parameter->name());
-    out.write(fmt::format(",\"type\":\"{}\",\"rate\":\"{}/{}\",\"keyframes\":[",
-                          request.options.type, request.rate.numerator(),
-                          request.rate.denominator()));
+    out.write(fmt::format(",\"type\":\"{}\",\"rate\":\"{}/{}\",\"keyframes\":[", request.type,
+                          request.rate.numerator(), request.rate.denominator()));
   }
   printRows(request, *loaded.parameter, rows);
   if (isJson) out.write("]}\n");
-  out.flush();
+  out.finish();
 }
 
 }  // namespace
@@ -174,6 +180,11 @@ void loadAndPrint(const Request& request, LoadOperation<T> operation) {
 void loadParameter(const LoadOptions& options) {
   if (isHostFormat(options.format) && !options.at.empty()) {
     throw Failure(Status::WrongUse, "--at prints one value, which has no host format; omit one");
+  }
+  const bool isRange = !options.from.empty() || !options.to.empty();
+  if (isRange && (!options.at.empty() || isHostFormat(options.format))) {
+    throw Failure(Status::WrongUse,
+                  "--from and --to select keyframes of a table, CSV or JSON; omit --at");
   }
   std::optional<CommandTime> at;
   if (!options.at.empty()) at = parseTime(options.at);
@@ -184,13 +195,23 @@ void loadParameter(const LoadOptions& options) {
   }
   const auto parser = openForModule(options.file);
   if (!rate) rate = screenTrackRate(options.file);
-  Request request{options, *rate, {}, {}, {}};
+  requireOtherFile(options.out.file, options.file);
+  Request request{options, *rate, {}, {}, {}, options.type, {}, {}};
   if (at) request.at = frameOf(*at, *rate);
+  if (const auto from = parseBound(options.from, *rate)) {
+    request.from = RationalTime(firstFrameFrom(*from, *rate));
+  }
+  if (const auto to = parseBound(options.to, *rate)) {
+    request.to = RationalTime(firstFrameFrom(*to, *rate));
+  }
   const auto id = lookUpStream(*parser, options.file, options.stream);
+  if (options.type.empty()) {
+    request.type = infoOf(chooseStream(*parser, options.file, options.stream, {}).type).name;
+  }
   request.identifier = id ? boost::uuids::to_string(*id) : options.stream;
   request.streamFileName = options.file + "/" + request.identifier;
   try {
-    visitParameterType(options.type,
+    visitParameterType(request.type,
                        [&](const auto& row) { loadAndPrint(request, row.operation); });
   } catch (const Kestova::KeyFrameException&) {
     // The host's JSON cannot state a parameter without keyframes.

@@ -11,12 +11,24 @@
 
 namespace voxa {
 
+Output::Output(const Destination& destination) {
+  if (destination.file == "-") return;
+  m_file = std::make_unique<files::OutputFile>(
+      destination.file, destination.force ? files::Existing::Replace : files::Existing::Refuse);
+}
+
 Output::~Output() {
+  if (m_file) return;
   // The result of a failed command so far is still written. `flush` has reported any error.
   std::fwrite(m_buffer.data(), 1, m_buffer.size(), stdout);
 }
 
 void Output::flush() {
+  if (m_file) {
+    m_file->write({m_buffer.data(), m_buffer.size()});
+    m_buffer.clear();
+    return;
+  }
   const bool isWritten =
       std::fwrite(m_buffer.data(), 1, m_buffer.size(), stdout) == m_buffer.size() &&
       std::fflush(stdout) == 0;
@@ -25,6 +37,11 @@ void Output::flush() {
     throw Failure(Status::Failed,
                   std::string("standard output: cannot write: ") + std::strerror(errno));
   }
+}
+
+void Output::finish() {
+  flush();
+  if (m_file) m_file->commit();
 }
 
 void Output::writePrintable(std::string_view text) {

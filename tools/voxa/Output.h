@@ -1,16 +1,33 @@
-// Standard output, which has the result of a command and nothing else.
+// The result of a command: standard output, which has nothing else, or a file.
 #pragma once
 
 #include <fmt/format.h>
 
+#include <cstddef>
+#include <memory>
+#include <string>
 #include <string_view>
 
+#include "tools/files/OutputFile.h"
+
 namespace voxa {
+
+/// Options -o and --force.
+struct Destination {
+  std::string file = "-";  ///< UTF-8; "-" is standard output
+  bool force = false;      ///< replace an existing file
+};
 
 /// Buffers text and writes it byte for byte. Used by one thread.
 class Output {
  public:
+  /// Writes to standard output.
   Output() = default;
+
+  /// Writes to `destination`. Throws as files::OutputFile does.
+  explicit Output(const Destination& destination);
+
+  /// A file that was not finished is removed.
   ~Output();
   Output(const Output&) = delete;
   Output& operator=(const Output&) = delete;
@@ -38,13 +55,18 @@ class Output {
   /// Writes a JSON string.
   void writeJsonString(std::string_view text);
 
-  /// Writes the buffer. Throws Failure when standard output fails.
+  /// Writes the buffer. Throws Failure when standard output fails, std::runtime_error when a file
+  /// does.
   void flush();
+
+  /// Writes the buffer and puts a file under its name. Call it once, last. Throws as `flush` does.
+  void finish();
 
  private:
   static constexpr std::size_t kMaxBufferBytes = 64U << 10U;
 
   fmt::memory_buffer m_buffer;
+  std::unique_ptr<files::OutputFile> m_file;  // null for standard output
 };
 
 }  // namespace voxa

@@ -57,6 +57,9 @@ class CommandLine {
     addSlots();
     addPlot();
     addHeatMap();
+    addGuess();
+    addFrames();
+    addImages();
     addSample();
     addReport();
   }
@@ -175,6 +178,31 @@ class CommandLine {
         ->transform(CLI::IsMember(containers(), CLI::ignore_case));
   }
 
+  static void addDestination(CLI::App* command, Destination& out) {
+    command->add_option("-o,--out", out.file, "Write to this file (default: standard output, -)")
+        ->type_name("FILE");
+    command->add_flag("--force", out.force, "Replace the file if it exists");
+  }
+
+  static void addTypes(CLI::App* command, std::vector<std::string>& types) {
+    command
+        ->add_option(
+            "--as", types,
+            "Record type of a stream, or of all: [STREAM=]TYPE; repeatable (default: guess)")
+        ->type_name("[STREAM=]TYPE")
+        ->allow_extra_args(false);  // one per option, so that STREAM may follow
+  }
+
+  static void addTimes(CLI::App* command, TimeOptions& times) {
+    command->add_option("--from", times.from, "Leave out records before this time")
+        ->type_name("TIME");
+    command
+        ->add_option("--to", times.to,
+                     "Leave out records from this time on: 12.5, HH:MM:SS.mmm, 1001/30 or 75f")
+        ->type_name("TIME");
+    command->add_option("--rate", times.rate, "Frames per second, for times in frames: N or N/D");
+  }
+
   // CLI11's range check accepts NaN.
   static std::string checkLength(const std::string& text) {
     constexpr double kMaxSeconds = 1e6;
@@ -193,15 +221,6 @@ class CommandLine {
       throw CLI::ValidationError("--seed", text + " is not a whole number from 0 to 2^64 - 1");
     }
     return seed;
-  }
-
-  static void addTypes(CLI::App* command, std::vector<std::string>& types) {
-    command
-        ->add_option(
-            "--as", types,
-            "Record type of a stream, or of all: [STREAM=]TYPE; repeatable (default: guess)")
-        ->type_name("[STREAM=]TYPE")
-        ->allow_extra_args(false);
   }
 
   void addInfo() {
@@ -223,17 +242,14 @@ class CommandLine {
 
   void addRecords() {
     CLI::App* const command = add("records", "Print the records of a stream.",
-                                  "voxa records take1.voxa F0 --as points --format csv");
+                                  "voxa records take1.voxa F0 --format csv -o take1.csv");
     command->add_option("FILE", m_records.file, "The recording")->required();
     command->add_option("STREAM", m_records.stream, "Identifier, or its two-digit key")->required();
-    command
-        ->add_option_function<std::string>(
-            "--as",
-            [this](const std::string& name) { m_records.type = *series::recordTypeNamed(name); },
-            "Record type")
-        ->required()
+    command->add_option("--as", m_records.type, "Record type (default: guess)")
         ->check(CLI::IsMember(recordTypeNames()));
+    addTimes(command, m_records.times);
     addFormat(command, m_records, {"table", "csv", "json"});
+    addDestination(command, m_records.out);
     addContainer(command, m_records);
     command->callback([this] { printRecords(m_records); });
   }
@@ -244,14 +260,18 @@ class CommandLine {
             "voxa load take1.voxa F0 --as points --rate 30000/1001 --at 2.5s");
     command->add_option("FILE", m_load.file, "The recording")->required();
     command->add_option("STREAM", m_load.stream, "Identifier, or its two-digit key")->required();
-    command->add_option("--as", m_load.type, "Type of the values")
-        ->required()
+    command->add_option("--as", m_load.type, "Type of the values (default: guess)")
         ->check(CLI::IsMember(parameterTypeNames()));
     command->add_option("--rate", m_load.rate,
                         "Edit rate in frames per second: N or N/D (default with --at in seconds: "
                         "the rate of the screen track)");
     command->add_option("--at", m_load.at, "Print only the value at a frame (75) or a time (2.5s)");
+    command->add_option("--from", m_load.from, "Leave out keyframes before this time")
+        ->type_name("TIME");
+    command->add_option("--to", m_load.to, "Leave out keyframes from this time on")
+        ->type_name("TIME");
     addFormat(command, m_load, {"table", "csv", "json", "host-xml", "host-json"});
+    addDestination(command, m_load.out);
     command->callback([this] { loadParameter(m_load); });
   }
 
@@ -269,16 +289,6 @@ class CommandLine {
     command->add_option("FILE", m_slots.file, "The recording")->required();
     addFormat(command, m_slots, {"table", "json"});
     command->callback([this] { showSlots(m_slots); });
-  }
-
-  static void addTimes(CLI::App* command, TimeOptions& times) {
-    command->add_option("--from", times.from, "Leave out records before this time")
-        ->type_name("TIME");
-    command
-        ->add_option("--to", times.to,
-                     "Leave out records from this time on: 12.5, HH:MM:SS.mmm, 1001/30 or 75f")
-        ->type_name("TIME");
-    command->add_option("--rate", times.rate, "Frames per second, for times in frames: N or N/D");
   }
 
   // What both commands that draw take.
@@ -320,6 +330,55 @@ class CommandLine {
     command->callback([this] { drawHeatMap(m_heatMap); });
   }
 
+  void addGuess() {
+    CLI::App* const command = add("guess", "Guess the record type of each stream, with reasons.",
+                                  "voxa guess take1.voxa F0");
+    command->add_option("FILE", m_guess.file, "The recording")->required();
+    command->add_option("STREAM", m_guess.streams,
+                        "Identifiers, or their two-digit keys (default: all)");
+    addFormat(command, m_guess, {"table", "json"});
+    addContainer(command, m_guess);
+    command->callback([this] { guessTypes(m_guess); });
+  }
+
+  void addFrames() {
+    CLI::App* const command = add("frames", "Print the value of each stream at each video frame.",
+                                  "voxa frames take1.voxa F0 F6 --rate 30000/1001 -o take1.csv");
+    command->add_option("FILE", m_frames.file, "The recording")->required();
+    command->add_option("STREAM", m_frames.streams,
+                        "Identifiers, or their two-digit keys (default: all)");
+    command->add_option("--rate", m_frames.times.rate, "Frames per second: N or N/D")->required();
+    command->add_option("--from", m_frames.times.from, "First time (default: frame 0)")
+        ->type_name("TIME");
+    command
+        ->add_option("--to", m_frames.times.to,
+                     "Leave out frames from this time on (default: after the last record)")
+        ->type_name("TIME");
+    addTypes(command, m_frames.types);
+    command
+        ->add_option_function<std::string>(
+            "--format", [this](const std::string& name) { m_frames.format = formats().at(name); },
+            "Output format (default: csv)")
+        ->check(CLI::IsMember({"csv", "json"}));
+    addDestination(command, m_frames.out);
+    addContainer(command, m_frames);
+    command->callback([this] { printFrames(m_frames); });
+  }
+
+  void addImages() {
+    CLI::App* const command =
+        add("images", "Write the cursor images of a stream to files, and when each is shown.",
+            "voxa images take1.voxa F1 -o cursors");
+    command->add_option("FILE", m_images.file, "The recording")->required();
+    command->add_option("STREAM", m_images.stream, "Identifier, or its two-digit key")->required();
+    command->add_option("-o,--out", m_images.folder, "The folder, which must be new or empty")
+        ->required()
+        ->type_name("FOLDER");
+    command->add_flag("--force", m_images.force, "Replace files of the same names in the folder");
+    addContainer(command, m_images);
+    command->callback([this] { extractImages(m_images); });
+  }
+
   void addSample() {
     CLI::App* const command = add("sample", "Write a synthetic recording.",
                                   "voxa sample take1.mp4 --onto clip.mp4 --seconds 30");
@@ -359,6 +418,9 @@ class CommandLine {
   FileOptions m_slots;
   PlotOptions m_plot;
   HeatMapOptions m_heatMap;
+  GuessOptions m_guess;
+  FramesOptions m_frames;
+  ImagesOptions m_images;
   SampleOptions m_sample;
   InfoOptions m_info;
   ReportOptions m_report;

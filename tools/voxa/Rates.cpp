@@ -98,4 +98,27 @@ Kestova::RationalTime frameOf(const CommandTime& time, const boost::rational<uns
   }
 }
 
+Kestova::int64 firstFrameFrom(const series::ExactSeconds& seconds,
+                              const boost::rational<unsigned int>& rate) {
+  const Kestova::int128 numerator = Kestova::int128{seconds.numerator} * rate.numerator();
+  const Kestova::int128 denominator = Kestova::int128{seconds.denominator} * rate.denominator();
+  Kestova::int128 frame = numerator / denominator;  // truncated toward zero
+  if (numerator > frame * denominator) ++frame;
+  if (frame > std::numeric_limits<Kestova::int64>::max() ||
+      frame < std::numeric_limits<Kestova::int64>::min()) {
+    wrongUse("--from or --to is out of range at this rate");
+  }
+  return static_cast<Kestova::int64>(frame);
+}
+
+std::optional<series::ExactSeconds> parseBound(const std::string& text,
+                                               const boost::rational<unsigned int>& rate) {
+  if (text.empty()) return std::nullopt;
+  try {
+    return series::parseTime(text, rate);
+  } catch (const std::invalid_argument& error) {
+    wrongUse(error.what());
+  }
+}
+
 }  // namespace voxa

@@ -2,9 +2,13 @@
 #pragma once
 
 #include <boost/rational.hpp>
+#include <optional>
 #include <string>
 
+#include "host/Kestova/Integers.h"
+#include "host/Kestova/Ratio.h"
 #include "host/Kestova/RationalTime.h"
+#include "tools/series/TimeRange.h"
 
 namespace voxa {
 
@@ -24,5 +28,15 @@ CommandTime parseTime(const std::string& text);
 
 /// The frame at `time`, exact. Throws Failure (WrongUse) when it does not fit into 64 bits.
 Kestova::RationalTime frameOf(const CommandTime& time, const boost::rational<unsigned int>& rate);
+
+/// The first frame that is not before `seconds`. Throws Failure (WrongUse) when it does not fit
+/// into 64 bits.
+Kestova::int64 firstFrameFrom(const series::ExactSeconds& seconds,
+                              const boost::rational<unsigned int>& rate);
+
+/// A bound of --from or --to, nothing for an empty text. Throws Failure (WrongUse) for what is no
+/// time (series::parseTime).
+std::optional<series::ExactSeconds> parseBound(const std::string& text,
+                                               const boost::rational<unsigned int>& rate);
 
 }  // namespace voxa

@@ -93,6 +93,14 @@ void requireOpens(const std::string& file) {
   }
 }
 
+void requireOtherFile(const std::string& out, const std::string& source) {
+  std::error_code absent;  // then they differ
+  if (std::filesystem::equivalent(std::filesystem::u8path(source), std::filesystem::u8path(out),
+                                  absent)) {
+    throw Failure(Status::Failed, out + ": is the file that is read; write to another one");
+  }
+}
+
 std::unique_ptr<MetaDataParser> openRecording(const std::string& file,
                                               std::optional<ZRKMetaData::ContainerKind> kind) {
   return open(file, kind, "use --container");

@@ -15,6 +15,10 @@ namespace voxa {
 /// opened.
 void requireOpens(const std::string& file);
 
+/// Throws Failure when `out`, the file that a command writes, is the file `source` that it reads.
+/// Neither needs to exist.
+void requireOtherFile(const std::string& out, const std::string& source);
+
 /// Opens and indexes the recording with this UTF-8 name, as `kind` where that is given. When the
 /// extension is unknown, nothing is scanned and a message on standard error says so. Throws as
 /// `requireOpens` does.

@@ -4,11 +4,15 @@
 
 #include "tools/series/RecordStream.h"
 #include "tools/series/RecordTypes.h"
+#include "tools/series/TimeRange.h"
 #include "tools/voxa/Commands.h"
+#include "tools/voxa/Failure.h"
 #include "tools/voxa/Output.h"
 #include "tools/voxa/QuietModule.h"
 #include "tools/voxa/Recording.h"
 #include "tools/voxa/Rows.h"
+#include "tools/voxa/SingleStream.h"
+#include "tools/voxa/StreamChoice.h"
 
 namespace voxa {
 
@@ -17,11 +21,11 @@ namespace {
 // Prints the records of the stream. Returns why they end early, empty when they do not.
 template <class Record>
 std::string print(ZRKMetaData::MetaDataParser& parser, const boost::uuids::uuid& id,
-                  RowWriter& rows) {
+                  const series::TimeRange& range, RowWriter& rows) {
   rows.header([](auto& row) { series::describeTimed(row, 0, Record()); });
   const QuietModule quiet;
   try {
-    series::forEachRecord<Record>(parser, id, {}, [&rows](double seconds, const Record& record) {
+    series::forEachRecord<Record>(parser, id, range, [&rows](double seconds, const Record& record) {
       rows.write([&](auto& row) { series::describeTimed(row, seconds, record); });
     });
   } catch (const series::DamagedStream& damage) {
@@ -33,13 +37,15 @@ std::string print(ZRKMetaData::MetaDataParser& parser, const boost::uuids::uuid&
 }  // namespace
 
 void printRecords(const RecordsOptions& options) {
+  const series::TimeRange range = timeRangeOf(options.times);
   const auto parser = openRecording(options.file, options.container);
-  const auto id = findStream(*parser, options.file, options.stream);
-  Output out;
+  requireOtherFile(options.out.file, options.file);
+  const ChosenStream stream = chooseStream(*parser, options.file, options.stream, options.type);
+  Output out(options.out);
   RowWriter rows(out, options.format);
   if (options.format == Format::Json) out.write("{\"records\":[");
-  const std::string error = series::visitRecordType(options.type, [&](const auto& row) {
-    return print<typename std::decay_t<decltype(row)>::type>(*parser, id, rows);
+  const std::string error = series::visitRecordType(stream.type, [&](const auto& row) {
+    return print<typename std::decay_t<decltype(row)>::type>(*parser, stream.id, range, rows);
   });
   if (options.format == Format::Json) {
     out.write("]");
@@ -49,10 +55,10 @@ void printRecords(const RecordsOptions& options) {
     }
     out.write("}\n");
   }
-  out.flush();
+  out.finish();
   if (!error.empty()) {
     throw Failure(Status::DamagedData,
-                  options.file + ": stream " + boost::uuids::to_string(id) + ": " + error);
+                  options.file + ": stream " + boost::uuids::to_string(stream.id) + ": " + error);
   }
 }
 

@@ -1,10 +1,8 @@
-#include <filesystem>
-
+#include "tools/recording/Sample.h"
 #include "tools/files/OutputFile.h"
 #include "tools/recording/Append.h"
 #include "tools/recording/Container.h"
 #include "tools/recording/Movie.h"
-#include "tools/recording/Sample.h"
 #include "tools/voxa/Commands.h"
 #include "tools/voxa/Messages.h"
 #include "tools/voxa/Recording.h"
@@ -31,14 +29,6 @@ Bytes blockOf(const std::vector<Entry>& entries, ContainerKind kind) {
   if (kind == ZRKMetaData::Riff) return recording::chunkBlock(entries);
   if (kind == ZRKMetaData::Raw) return recording::entryBytes(entries.front());
   return recording::atomBlock(entries);
-}
-
-void requireOtherFile(const std::string& out, const std::string& media) {
-  std::error_code absent;  // then they differ
-  if (std::filesystem::equivalent(std::filesystem::u8path(media), std::filesystem::u8path(out),
-                                  absent)) {
-    throw Failure(Status::Failed, out + ": is the file that --onto names; write to another one");
-  }
 }
 
 }  // namespace

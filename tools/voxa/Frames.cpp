@@ -1,0 +1,335 @@
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <boost/rational.hpp>
+#include <cstddef>
+#include <iterator>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+#include "host/Kestova/Ratio.h"
+#include "loader/FrameNumber.h"
+#include "tools/series/RecordStream.h"
+#include "tools/series/RecordTypes.h"
+#include "tools/voxa/Commands.h"
+#include "tools/voxa/Failure.h"
+#include "tools/voxa/Messages.h"
+#include "tools/voxa/Output.h"
+#include "tools/voxa/QuietModule.h"
+#include "tools/voxa/Rates.h"
+#include "tools/voxa/Recording.h"
+#include "tools/voxa/Rows.h"
+#include "tools/voxa/StreamChoice.h"
+
+namespace voxa {
+
+using Kestova::int64;
+using ZRKMetaData::MetaDataParser;
+
+namespace {
+
+// A stream is read once per window, so that memory does not grow with its length, in whatever order
+// its times are. At 60 frames per second a window is 18 minutes.
+constexpr int64 kWindowFrames = 65536;
+
+// More frames than this are written only where --to asks for them: a damaged time would otherwise
+// fill the disk. 100 million frames are 19 days at 60 frames per second.
+constexpr int64 kMaxUnaskedFrames = 100'000'000;
+
+// What a loaded parameter keeps of a record: rectangles become floats, and of an image the
+// identifier.
+template <class Record>
+const Record& frameValue(const Record& record) {
+  return record;
+}
+
+struct FrameRect {
+  float coordinates[4];
+};
+FrameRect frameValue(const ZRKMetaData::Rect& rect) {
+  FrameRect value{};
+  std::transform(std::begin(rect.coordinates), std::end(rect.coordinates), value.coordinates,
+                 [](auto coordinate) { return static_cast<float>(coordinate); });
+  return value;
+}
+
+struct FrameImage {
+  ZRKMetaData::uint64 imageId;
+};
+FrameImage frameValue(const ZRKMetaData::CursorImage& image) {
+  return {image.m_imageId};
+}
+
+template <class Row, class Value>
+void describeFrame(Row& row, const Value& value) {
+  series::describe(row, value);
+}
+template <class Row>
+void describeFrame(Row& row, const FrameRect& rect) {
+  row.numbers("rect", {"a", "b", "c", "d"}, rect.coordinates);
+}
+template <class Row>
+void describeFrame(Row& row, const FrameImage& image) {
+  row.field("imageId", image.imageId);
+}
+
+// One stream, held to frames. Frames are asked for in rising order.
+class HeldStream {
+ public:
+  HeldStream() = default;
+  virtual ~HeldStream() = default;
+  HeldStream(const HeldStream&) = delete;
+  HeldStream& operator=(const HeldStream&) = delete;
+
+  /// Appends the names of the CSV columns.
+  virtual void header(std::vector<std::string>& names) const = 0;
+
+  /// Reads the values of the frames from `begin` to before `end`. Each window begins where the one
+  /// before ends.
+  virtual void read(int64 begin, int64 end) = 0;
+
+  /// Writes the value at a frame of the window.
+  virtual void write(LineRow& row, int64 frame) = 0;
+  virtual void write(JsonRow& row, int64 frame) = 0;
+
+  /// The frame of the latest record, nothing for a stream without records.
+  const std::optional<int64>& lastFrame() const { return m_lastFrame; }
+
+  /// Why reading ended early, empty when it did not.
+  const std::string& damage() const { return m_damage; }
+
+ protected:
+  std::optional<int64> m_lastFrame;
+  std::string m_damage;
+};
+
+template <class Record>
+class HeldRecords final : public HeldStream {
+ public:
+  HeldRecords(MetaDataParser& parser, const std::string& file, ChosenStream stream,
+              double framesPerSecond)
+      : m_parser(parser), m_stream(std::move(stream)), m_framesPerSecond(framesPerSecond) {
+    try {
+      eachFrame([this](int64 frame, const Record& record) {
+        if (!m_first || frame <= m_first->first) m_first.emplace(frame, frameValue(record));
+        if (m_lastFrame && frame < *m_lastFrame) m_isSorted = false;
+        m_lastFrame = std::max(m_lastFrame.value_or(frame), frame);
+        return true;
+      });
+    } catch (const series::DamagedStream& damage) {
+      m_damage = damage.message(file);
+    }
+  }
+
+  void header(std::vector<std::string>& names) const override {
+    HeaderRow row(Format::Csv);
+    describeFrame(row, frameValue(Record()));
+    for (const std::string& name : row.names()) names.push_back(m_stream.name + "." + name);
+  }
+
+  void read(int64 begin, int64 end) override {
+    if (!m_values.empty()) m_held = std::move(m_values.rbegin()->second);
+    m_values.clear();
+    m_current = nullptr;
+    std::optional<std::pair<int64, Value>> before;  // of the first window
+    try {
+      eachFrame([&](int64 frame, const Record& record) {
+        if (frame >= end) return !m_isSorted;
+        if (frame >= begin) {
+          m_values.insert_or_assign(frame, frameValue(record));
+        } else if (m_isFirstWindow && (!before || frame >= before->first)) {
+          before.emplace(frame, frameValue(record));
+        }
+        return true;
+      });
+    } catch (const series::DamagedStream&) {  // known from the first reading
+    }
+    if (before) m_held = std::move(before->second);
+    m_isFirstWindow = false;
+    m_next = m_values.begin();
+  }
+
+  void write(LineRow& row, int64 frame) override {
+    if (const Value* const value = valueAt(frame)) {
+      describeFrame(row, *value);
+    } else {
+      std::vector<std::string> names;
+      header(names);
+      for (std::size_t column = 0; column < names.size(); ++column) row.field("", "");
+    }
+  }
+
+  void write(JsonRow& row, int64 frame) override {
+    if (const Value* const value = valueAt(frame)) {
+      row.object(m_stream.name.c_str(), [value](auto& fields) { describeFrame(fields, *value); });
+    } else {
+      row.null(m_stream.name.c_str());
+    }
+  }
+
+ private:
+  using Value = std::decay_t<decltype(frameValue(std::declval<const Record&>()))>;
+
+  // The value in force at the frame: before the first keyframe that of the first, null for none.
+  const Value* valueAt(int64 frame) {
+    for (; m_next != m_values.end() && m_next->first <= frame; ++m_next)
+      m_current = &m_next->second;
+    if (m_current != nullptr) return m_current;
+    if (m_held) return &*m_held;
+    return m_first ? &m_first->second : nullptr;
+  }
+
+  // The later record of a frame wins, as in the loader.
+  template <class Visit>
+  void eachFrame(Visit visit) {
+    const QuietModule quiet;
+    series::forEachRecord<Record>(
+        m_parser, m_stream.id, {}, [&](double seconds, const Record& record) {
+          const auto frame = loader::frameNumber(m_framesPerSecond, seconds);
+          return !frame || visit(*frame, record);
+        });
+  }
+
+  MetaDataParser& m_parser;
+  const ChosenStream m_stream;
+  const double m_framesPerSecond;
+  std::optional<std::pair<int64, Value>> m_first;
+  bool m_isSorted = true;
+  bool m_isFirstWindow = true;
+  std::optional<Value> m_held;      // at the frame before the window
+  std::map<int64, Value> m_values;  // of the window, by frame
+  typename std::map<int64, Value>::const_iterator m_next;
+  const Value* m_current = nullptr;  // the last one in the window that is in force
+};
+
+using HeldStreams = std::vector<std::unique_ptr<HeldStream>>;
+
+struct FrameSpan {
+  int64 begin = 0;
+  int64 end = 0;
+};
+
+FrameSpan spanOf(const FramesOptions& options, const boost::rational<unsigned int>& rate,
+                 const HeldStreams& streams) {
+  FrameSpan span;
+  if (const auto from = parseBound(options.times.from, rate)) {
+    span.begin = firstFrameFrom(*from, rate);
+  }
+  if (const auto to = parseBound(options.times.to, rate)) {
+    span.end = firstFrameFrom(*to, rate);
+    return span;
+  }
+  int64 last = -1;
+  for (const auto& stream : streams) last = std::max(last, stream->lastFrame().value_or(-1));
+  if (last / 2 - span.begin / 2 >= kMaxUnaskedFrames / 2) {
+    throw Failure(Status::Failed, options.file + ": the last record is at frame " +
+                                      std::to_string(last) + "; use --to to limit the frames");
+  }
+  span.end = last + 1;
+  return span;
+}
+
+// One row in either format.
+class FrameWriter {
+ public:
+  FrameWriter(Output& out, Format format, const boost::rational<unsigned int>& rate)
+      : m_out(out), m_format(format), m_rate(rate) {}
+
+  void begin(const HeldStreams& streams) {
+    if (m_format == Format::Json) {
+      m_out.write(fmt::format("{{\"rate\":\"{}/{}\",\"frames\":[", m_rate.numerator(),
+                              m_rate.denominator()));
+      return;
+    }
+    std::vector<std::string> names = {"frame", "time", "seconds"};
+    for (const auto& stream : streams) stream->header(names);
+    const char* before = "";
+    for (const std::string& name : names) {
+      m_out.write(before + name);
+      before = ",";
+    }
+    m_out.write("\n");
+  }
+
+  void write(int64 frame, const HeldStreams& streams) {
+    if (m_format == Format::Json) {
+      m_out.write(m_isFirst ? "\n" : ",\n");
+      JsonRow row(m_out);
+      describe(row, frame, streams);
+      row.end();
+    } else {
+      LineRow row(m_format, m_out, m_noWidths);
+      describe(row, frame, streams);
+      m_out.write("\n");
+    }
+    m_isFirst = false;
+  }
+
+  void end() {
+    if (m_format == Format::Json) m_out.write("]}\n");
+    m_out.finish();
+  }
+
+ private:
+  template <class Row>
+  void describe(Row& row, int64 frame, const HeldStreams& streams) {
+    const auto time = Kestova::reduced(Kestova::int128{frame} * m_rate.denominator(),
+                                       Kestova::int128{m_rate.numerator()});
+    row.field("frame", frame);
+    row.field("time", fmt::format("{}/{}", time.numerator, time.denominator));
+    row.field("seconds",
+              static_cast<double>(time.numerator) / static_cast<double>(time.denominator));
+    for (const auto& stream : streams) stream->write(row, frame);
+  }
+
+  Output& m_out;
+  const Format m_format;
+  const boost::rational<unsigned int> m_rate;
+  const ColumnWidths m_noWidths;
+  bool m_isFirst = true;
+};
+
+}  // namespace
+
+void printFrames(const FramesOptions& options) {
+  const auto rate = parseRate(options.times.rate);
+  parseBound(options.times.from, rate);
+  parseBound(options.times.to, rate);
+  const auto parser = openRecording(options.file, options.container);
+  requireOtherFile(options.out.file, options.file);
+  HeldStreams streams;
+  for (ChosenStream& stream :
+       chooseStreams(*parser, options.file, options.streams, options.types)) {
+    series::visitRecordType(stream.type, [&](const auto& row) {
+      using Record = typename std::decay_t<decltype(row)>::type;
+      streams.push_back(std::make_unique<HeldRecords<Record>>(
+          *parser, options.file, std::move(stream), loader::framesPerSecond(rate)));
+    });
+  }
+  const FrameSpan span = spanOf(options, rate, streams);
+  Output out(options.out);
+  FrameWriter writer(out, options.format, rate);
+  writer.begin(streams);
+  for (int64 begin = span.begin; begin < span.end;) {
+    // Halved, because the difference may not fit.
+    const bool isLong = span.end / 2 - begin / 2 > kWindowFrames / 2;
+    const int64 end = isLong ? begin + kWindowFrames : span.end;
+    for (const auto& stream : streams) stream->read(begin, end);
+    for (; begin < end; ++begin) writer.write(begin, streams);
+  }
+  writer.end();
+  std::string damage;
+  for (const auto& stream : streams) {
+    if (stream->damage().empty()) continue;
+    if (!damage.empty()) say(damage);
+    damage = stream->damage();
+  }
+  if (!damage.empty()) throw Failure(Status::DamagedData, damage);
+}
+
+}  // namespace voxa
