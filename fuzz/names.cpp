@@ -2,8 +2,8 @@
 #include <boost/system/system_error.hpp>
 
 #include "fuzz/Fuzz.h"
-#include "names/Utf16.h"
 #include "names/StreamFileName.h"
+#include "names/Utf16.h"
 #include "names/WindowsPath.h"
 
 namespace {

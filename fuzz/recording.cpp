@@ -17,7 +17,7 @@
 #include "loader/VOXAScreenMetaDataLoader.h"
 #include "params/Parameter.h"
 #include "stats/VOXAStatsLoader.h"
-#include "tools/recording/PlainReading.h"
+#include "tests/support/PlainReading.h"
 
 namespace {
 
@@ -182,7 +182,7 @@ class Recording {
           !isReadableVersion(readHeaderAt(parser->stream(), location.offset)))
         continue;
       model.outcome.error = errorOf([&, place = location] {
-        recording::readPlainly(model, parser->stream(), place.offset, place.size);
+        testing_support::readPlainly(model, parser->stream(), place.offset, place.size);
       });
     }
     if (!model.outcome.error.empty()) model.outcome.keyFrames.clear();  // nothing half-loaded
