@@ -4,7 +4,6 @@
 
 #include "host/Kestova/KestovaException.h"
 #include "stats/VOXAStatsLoader.h"
-#include "tools/files/OutputFile.h"
 #include "tools/voxa/Failure.h"
 #include "tools/voxa/Output.h"
 #include "tools/voxa/QuietModule.h"
@@ -58,15 +57,9 @@ std::string titleOf(const std::string& file) {
 }
 
 void writeResult(const std::string& out, bool force, std::string_view bytes) {
-  if (out == "-") {
-    Output output;
-    output.write(bytes);
-    output.flush();
-    return;
-  }
-  files::OutputFile file(out, force ? files::Existing::Replace : files::Existing::Refuse);
-  file.write(bytes);
-  file.commit();
+  Output output({out, force});
+  output.write(bytes);
+  output.finish();
 }
 
 }  // namespace voxa
