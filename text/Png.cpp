@@ -119,7 +119,7 @@ std::string png(PngSize size, ColorType colorType, std::string_view palette,
 }  // namespace
 
 std::string indexedPng(PngSize size, std::string_view palette, std::string_view indices) {
-  constexpr std::size_t kMaxPaletteBytes = 3U * 256U;
+  constexpr std::size_t kMaxPaletteBytes = std::size_t{3} * 256;
   if (palette.empty() || palette.size() > kMaxPaletteBytes || palette.size() % 3 != 0) {
     throw std::invalid_argument("PNG: a palette has 1 to 256 colours of three bytes");
   }

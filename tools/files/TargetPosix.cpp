@@ -195,7 +195,8 @@ std::string followLinks(std::string name) {
     if (length < 0) return name;
     const std::string_view text(target.data(), static_cast<std::size_t>(length));
     const std::size_t folder = text.front() == '/' ? 0 : name.rfind('/') + 1;
-    name = name.substr(0, folder) + std::string(text);
+    name.resize(folder);
+    name += text;
   }
   fail(ELOOP);
 }

@@ -40,11 +40,11 @@ constexpr Field kCursorImageFields[] = {
 
 /// What is known of a record type without its C++ type.
 struct RecordTypeInfo {
-  const char* name;   ///< as options and JSON spell it: "points"
-  const char* label;  ///< for people: "cursor positions"
-  const Field* fields;
-  std::size_t fieldCount;  ///< without the time
-  std::size_t byteCount;   ///< of a record with its time, or 0 where it varies
+  const char* name = "";   ///< as options and JSON spell it: "points"
+  const char* label = "";  ///< for people: "cursor positions"
+  const Field* fields = nullptr;
+  std::size_t fieldCount = 0;  ///< without the time
+  std::size_t byteCount = 0;   ///< of a record with its time, or 0 where it varies
 
   constexpr const Field* begin() const { return fields; }
   constexpr const Field* end() const { return fields + fieldCount; }

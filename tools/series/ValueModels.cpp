@@ -89,8 +89,8 @@ int64 patternOf(double value) {
 
 // A double that people or programs write as a short decimal, in bits.
 double decimalBits(double value) {
-  double scale = 1;
-  for (int decimals = 0; decimals <= 6; ++decimals, scale *= 10) {
+  static constexpr double kScales[] = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6};
+  for (const double scale : kScales) {
     const double scaled = std::round(value * scale);
     if (std::abs(scaled) >= 0x1p52) break;
     if (scaled / scale == value) return 3 + integerBits(scaled);
