@@ -18,7 +18,7 @@ boost::rational<unsigned int> parseRate(const std::string& text);
 
 /// A time of --at: a number of frames, or of seconds as an exact fraction.
 struct CommandTime {
-  Kestova::Ratio number;
+  Kestova::Ratio number{};
   bool isSeconds = false;
 };
 
