@@ -2,7 +2,7 @@
 
 #include <cerrno>
 #include <cstdio>
-#include <cstring>
+#include <system_error>
 
 #include "text/JsonText.h"
 #include "text/Printable.h"
@@ -35,7 +35,7 @@ void Output::flush() {
   m_buffer.clear();
   if (!isWritten) {
     throw Failure(Status::Failed,
-                  std::string("standard output: cannot write: ") + std::strerror(errno));
+                  "standard output: cannot write: " + std::generic_category().message(errno));
   }
 }
 

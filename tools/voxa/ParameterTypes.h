@@ -39,7 +39,7 @@ constexpr const char* nameOfRecord() {
 }
 
 /// The types of records first, under their names.
-inline const std::tuple kParameterTypes = {
+inline constexpr std::tuple kParameterTypes = {
     ParameterTypeRow<int>{nameOfRecord<int>(), &Kestova::ScreenMetaDataLoader::loadInts},
     ParameterTypeRow<double>{nameOfRecord<double>(), &Kestova::ScreenMetaDataLoader::loadDoubles},
     ParameterTypeRow<Kestova::int64>{nameOfRecord<ZRKMetaData::int64>(),
