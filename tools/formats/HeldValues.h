@@ -16,10 +16,10 @@ template <class Value>
 class HeldValues {
  public:
   struct Held {
-    Value value;
-    double start;         ///< seconds
-    double duration;      ///< seconds
-    std::uint64_t count;  ///< of the values that it stands for
+    Value value{};
+    double start = 0;         ///< seconds
+    double duration = 0;      ///< seconds
+    std::uint64_t count = 0;  ///< of the values that it stands for
 
     void merge(const Held& later) {
       const std::uint64_t all = count + later.count;

@@ -14,8 +14,8 @@ template <class Content>
 class TimeBuckets {
  public:
   struct Bucket {
-    double seconds;  ///< of its first value
-    Content content;
+    double seconds = 0;  ///< of its first value
+    Content content{};
   };
 
   /// Holds at most 2 * `count` + 1 buckets; once merging began, at least about `count` / 2.

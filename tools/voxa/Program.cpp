@@ -35,6 +35,7 @@ const std::map<std::string, ZRKMetaData::ContainerKind>& containers() {
 
 std::vector<std::string> recordTypeNames() {
   std::vector<std::string> names;
+  names.reserve(series::kRecordTypeInfos.size());
   for (const auto& info : series::kRecordTypeInfos) names.emplace_back(info.name);
   return names;
 }

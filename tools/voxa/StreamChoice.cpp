@@ -1,5 +1,7 @@
 #include "tools/voxa/StreamChoice.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <boost/uuid/uuid_io.hpp>
 #include <optional>
@@ -16,7 +18,6 @@
 
 namespace voxa {
 
-using series::RecordType;
 using ZRKMetaData::MetaDataParser;
 using ZRKMetaData::MetaDataUUID;
 
@@ -70,13 +71,14 @@ std::vector<ChosenStream> chooseStreams(MetaDataParser& parser, const std::strin
       return series::guessRecordType(parser, id);
     }();
     if (const auto type = guess.certainType()) {
-      say(file + ": " + name + " read as " + series::infoOf(*type).name +
-          " (guessed; override with --as)");
+      say(fmt::format("{}: {} read as {} (guessed; override with --as)", file, name,
+                      series::infoOf(*type).name));
       chosen.push_back({id, name, *type});
       continue;
     }
-    const std::string doubt = file + ": the record type of " + name + " is not certain" +
-                              candidatesOf(guess) + "; use --as " + name + "=TYPE";
+    const std::string doubt =
+        fmt::format("{}: the record type of {} is not certain{}; use --as {}=TYPE", file, name,
+                    candidatesOf(guess), name);
     if (ids.size() == 1) throw Failure(Status::WrongUse, doubt);
     say(doubt);
   }
