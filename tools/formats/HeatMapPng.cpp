@@ -133,7 +133,7 @@ std::string heatMapPng(const HeatGrid& grid, std::string_view title) {
   std::string heading = text::printable(title);
   const auto room =
       static_cast<std::size_t>((width - kLeft - kLegendGap) / (Canvas::kGlyphAdvance * kTitle));
-  if (heading.size() > room) heading = heading.substr(0, room - 3) + "...";
+  if (heading.size() > room) heading.replace(room - 3, std::string::npos, "...");
   canvas.text(kLeft, 16, heading, Black, kTitle);
   canvas.text(kLeft, 46, heatMapSubtitle(grid), Gray, kText);
   canvas.fill(kLeft, kTop, map.width, map.height, Paper);

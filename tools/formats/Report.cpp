@@ -74,7 +74,7 @@ class RowsText {
 
   // The type keeps the browser from running the element.
   std::string addElement(const char* type, std::string_view content) {
-    const std::string id = m_prefix + std::to_string(m_elementCount++);
+    std::string id = m_prefix + std::to_string(m_elementCount++);
     m_elements += std::string("<script type=\"") + type + "\" id=\"" + id + "\">";
     m_elements += content;
     m_elements += "</script>\n";
