@@ -77,7 +77,7 @@ double textWidth(std::string_view bytes, double fontSize) {
 }
 
 std::string textThatFits(std::string_view bytes, double fontSize, double width) {
-  const std::string printable = text::printable(bytes);
+  std::string printable = text::printable(bytes);
   if (textWidth(printable, fontSize) <= width) return printable;
   constexpr double kEllipsisEms = 1.0;
   const double room = width / fontSize - kEllipsisEms;

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdint>
 #include <cstdlib>
 
 namespace formats {
@@ -51,17 +52,18 @@ std::string withoutTrailingZeros(std::string digits) {
 
 // The first multiple of a step is this many steps from 0, or NaN where steps cannot be counted.
 bool isCountable(double low, double high, double step) {
-  constexpr double kMostSteps = 1e15;
-  return step > 0 && std::max(std::abs(low), std::abs(high)) / step < kMostSteps;
+  constexpr double kMaxSteps = 1e15;
+  return step > 0 && std::max(std::abs(low), std::abs(high)) / step < kMaxSteps;
 }
 
 template <class Value, class Label>
 std::vector<Tick> multiples(double low, double high, double step, Value value, Label label) {
   std::vector<Tick> ticks;
   const double slack = step * 1e-9;  // a bound that is a multiple but for its last digits
-  const double last = std::floor((high + slack) / step);
-  for (double count = std::ceil((low - slack) / step); count <= last; ++count) {
-    const double at = count == 0 ? 0 : value(count);  // no -0
+  const auto first = static_cast<std::int64_t>(std::ceil((low - slack) / step));
+  const auto last = static_cast<std::int64_t>(std::floor((high + slack) / step));
+  for (std::int64_t count = first; count <= last; ++count) {
+    const double at = count == 0 ? 0 : value(static_cast<double>(count));  // no -0
     ticks.push_back({at, label(at)});
   }
   return ticks;
@@ -93,7 +95,7 @@ std::string shortNumber(double number, int digits) {
   if (size >= 1e7 || size < 1e-4) {
     const std::string scientific = fmt::format("{:.{}e}", number, digits - 1);
     const auto e = scientific.find('e');
-    const int exponent = std::atoi(scientific.c_str() + e + 1);
+    const int exponent = static_cast<int>(std::strtol(scientific.c_str() + e + 1, nullptr, 10));
     text = fmt::format("{}e{}", withoutTrailingZeros(scientific.substr(0, e)), exponent);
   } else {
     const int before = static_cast<int>(std::floor(std::log10(size))) + 1;
