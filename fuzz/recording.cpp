@@ -23,7 +23,6 @@ namespace {
 
 using Kestova::int64;
 using Kestova::MediaFileStats;
-using Kestova::Parameter;
 using Kestova::RationalTime;
 using ZRKMetaData::isReadableVersion;
 using ZRKMetaData::MetaDataParser;
