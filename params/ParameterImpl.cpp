@@ -91,6 +91,7 @@ boost::shared_ptr<std::vector<RationalTime>> ParameterImpl<T>::keyFrameTimes() c
 template <class T>
 void ParameterImpl<T>::moveKeyFrame(const RationalTime& from, const RationalTime& to) {
   const Entry moving = existing(from);
+  // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): the entry moves
   const KeyFramePointer keyFrame = moving.value();
   const auto self = this->weak_from_this().lock();
   const Entry notBefore = lookUp(to);
