@@ -7,13 +7,14 @@ namespace formats {
 
 namespace {
 
-constexpr double kLeastRatio = 20;    // of a logarithmic scale
-constexpr double kMostRatio = 10000;  // beyond, passages would take all the colours
+constexpr double kLeastRatio = 20;  // of a logarithmic scale
+constexpr double kMaxRatio =
+    10000;  // beyond it, cells that the cursor only crosses would take most colours
 
 }  // namespace
 
 HeatScale::HeatScale(const HeatGrid& grid)
-    : m_low(std::max(grid.shortest(), grid.longest() / kMostRatio)),
+    : m_low(std::max(grid.shortest(), grid.longest() / kMaxRatio)),
       m_high(grid.longest()),
       m_isLogarithmic(m_high > kLeastRatio * m_low) {
   if (!m_isLogarithmic) m_low = 0;

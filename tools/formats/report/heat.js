@@ -1,7 +1,7 @@
 // How long the cursor stayed in each cell of the screen. A position holds until the next record.
 
 const kCellSides = [8, 16, 24, 32, 48, 64, 96, 128, 256];
-const kMostCells = 1 << 20;
+const kMaxCells = 1 << 20;
 const kLongestStays = 6;
 
 function dwellTimes(stream, area, cell) {
@@ -38,7 +38,7 @@ class HeatMap {
     byId("heat-stream").append(...this.streams.map((stream, i) => make("option", {value: String(i)}, stream.name)));
     // The bounding box includes its last row and column of pixels.
     this.box = area.isStated ? area : {...area, width: area.width + 1, height: area.height + 1};
-    const sides = kCellSides.filter((side) => this.box.width / side * (this.box.height / side) <= kMostCells);
+    const sides = kCellSides.filter((side) => this.box.width / side * (this.box.height / side) <= kMaxCells);
     while (sides.length === 0 || Math.max(this.box.width, this.box.height) / sides[sides.length - 1] > 200) {
       sides.push(sides.length ? sides[sides.length - 1] * 4 : kCellSides[kCellSides.length - 1] * 4);
     }

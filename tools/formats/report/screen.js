@@ -2,8 +2,8 @@
 
 const kTrailSeconds = 1.5;
 const kKeysSeconds = 2;
-const kMostKeys = 24;
-const kMostPathPoints = 20000;
+const kMaxKeys = 24;
+const kMaxPathPoints = 20000;
 
 // Where the cursor and the rectangles are, in pixels: the size that the recording states, or else the
 // bounding box of the points and rectangles.
@@ -69,7 +69,7 @@ class Screen {
   x(value) { return this.left + (value - this.area.x) * this.scale; }
   y(value) { return this.top + (value - this.area.y) * this.scale; }
 
-  // The whole path, once per size: at most kMostPathPoints, each at least half a pixel from the last.
+  // The whole path, once per size: at most kMaxPathPoints, each at least half a pixel from the last.
   drawPath() {
     this.path.width = this.canvas.width;
     this.path.height = this.canvas.height;
@@ -91,7 +91,7 @@ class Screen {
         lastX = x;
         lastY = y;
       }
-      const stride = Math.max(1, Math.ceil(kept.length / kMostPathPoints));
+      const stride = Math.max(1, Math.ceil(kept.length / kMaxPathPoints));
       const kColors = 32;
       const count = Math.ceil(kept.length / stride);
       const piece = Math.max(1, Math.ceil(count / kColors));
@@ -147,8 +147,8 @@ class Screen {
   drawTrail(stream, time) {
     const {context} = this;
     const last = stream.placeAt(time);
-    const kMostSegments = 400;
-    const first = Math.max(0, stream.placeAt(time - kTrailSeconds), last - kMostSegments);
+    const kMaxSegments = 400;
+    const first = Math.max(0, stream.placeAt(time - kTrailSeconds), last - kMaxSegments);
     context.strokeStyle = this.colors["--accent"];
     context.lineWidth = 3;
     for (let place = first + 1; place <= last; ++place) {
@@ -191,7 +191,7 @@ class Screen {
     let typed = "";
     if (this.keys) {
       const last = this.keys.placeAt(time);
-      const first = Math.max(this.keys.placeAt(time - kKeysSeconds) + 1, last - kMostKeys + 1);
+      const first = Math.max(this.keys.placeAt(time - kKeysSeconds) + 1, last - kMaxKeys + 1);
       for (let at = first; at <= last; ++at) {
         const name = keyText(this.keys.value(0, this.keys.row(at)));
         typed += name === "Space" ? " " : [...name].length === 1 ? name : ` ${name} `;

@@ -1,7 +1,7 @@
 // One chart per stream on a common time axis. A chart holds what its width can show: of the records
 // in view, per pixel column the first, least, greatest and last value.
 
-const kMostCharts = 256;
+const kMaxCharts = 256;
 
 // The rows of `stream` to draw between `from` and `to` in `width` columns, in order of time.
 function thinnedPlaces(stream, from, to, width) {
@@ -179,7 +179,7 @@ class Timeline {
   constructor(streams, clock) {
     this.clock = clock;
     this.element = byId("rows");
-    const drawn = streams.filter((stream) => stream.look && stream.times.length > 0).slice(0, kMostCharts);
+    const drawn = streams.filter((stream) => stream.look && stream.times.length > 0).slice(0, kMaxCharts);
     this.charts = [...drawn.map((stream) => this.addRow(stream)), this.addRow(null)];
     byId("timeline-hint").textContent =
         matchMedia("(pointer: coarse)").matches ? "Touch a chart to go to a time" : "Click to go to a time, drag to zoom";

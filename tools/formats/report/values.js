@@ -1,11 +1,11 @@
 // What every stream holds at the present time, under the step rule: a value holds until the next.
 
-const kMostValues = 64;
+const kMaxValues = 64;
 
 class Values {
   constructor(streams, clock) {
     const body = byId("values").tBodies[0];
-    this.rows = streams.slice(0, kMostValues).map((stream) => {
+    this.rows = streams.slice(0, kMaxValues).map((stream) => {
       const value = make("span");
       const since = make("small");
       const picture = stream.type === "cursor-images" ? make("img", {alt: ""}) : null;
@@ -16,9 +16,9 @@ class Values {
       body.append(element);
       return {stream, value, since, picture, row: undefined};
     });
-    if (streams.length > kMostValues) {
+    if (streams.length > kMaxValues) {
       body.append(make("tr", {}, make("th", {scope: "row"}, "…"),
-          make("td", {}, make("small", {}, `${plural(streams.length - kMostValues, "more stream", "more streams")} below`))));
+          make("td", {}, make("small", {}, `${plural(streams.length - kMaxValues, "more stream", "more streams")} below`))));
     }
     clock.timeListeners.push((time) => this.show(time));
     this.show(clock.time);
