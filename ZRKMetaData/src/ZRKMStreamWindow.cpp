@@ -6,8 +6,8 @@ namespace ZRKMetaData {
 
 namespace {
 
-// The bytes read ahead after a long jump: enough for the headers of one structure.
-constexpr std::size_t kReadAheadAfterJump = 64;
+// In bytes. Enough for the headers of one structure, which is what is read ahead after a long jump.
+constexpr int64 kStructureSize = 64;
 
 }  // namespace
 
@@ -45,10 +45,14 @@ void StreamWindow::seek(int64 position) {
     m_keptStart = windowStart;
     m_keptEnd = m_streamPosition;
   }
-  m_isFar = position < windowStart || position - m_streamPosition > static_cast<int64>(m_capacity);
+  // A structure that begins just in front of the buffer was cut by its start.
+  const bool isNearKept =
+      m_keptStart != m_keptEnd && position >= m_keptStart - kStructureSize && position <= m_keptEnd;
+  m_isFar = !isNearKept && (position < windowStart ||
+                            position - m_streamPosition > static_cast<int64>(m_capacity));
   m_next = m_end = m_buffer.get();
   m_streamPosition = position;
-  if (m_keptStart != m_keptEnd && position >= m_keptStart && position <= m_keptEnd) {
+  if (isNearKept && position >= m_keptStart) {
     m_next += position - m_keptStart;
     m_end += m_keptEnd - m_keptStart;
     m_streamPosition = m_keptEnd;
@@ -128,8 +132,9 @@ std::size_t StreamWindow::readStream(char* destination, std::size_t count) {
 void StreamWindow::fill(std::size_t count) {
   const int64 room = m_limit > m_streamPosition ? m_limit - m_streamPosition : 0;
   const bool hasJumped = m_mustSeek && m_isFar;
-  const std::size_t maxCount = hasJumped ? std::min(m_capacity, kReadAheadAfterJump) : m_capacity;
-  const auto want = static_cast<std::size_t>(std::min(room, static_cast<int64>(maxCount)));
+  const auto capacity = static_cast<int64>(m_capacity);
+  const int64 maxCount = hasJumped ? std::min(capacity, kStructureSize) : capacity;
+  const auto want = static_cast<std::size_t>(std::min(room, maxCount));
   if (count > want || count == m_capacity || !seekStream()) return;
   m_keptStart = m_keptEnd = 0;
   m_stream.read(m_buffer.get(), static_cast<std::streamsize>(want));

@@ -49,5 +49,19 @@ TEST(StreamWindow, ReadsLittleAfterALongJump) {
   }
 }
 
+// A scan that skips far and returns, as each container with a large foreign entry makes it do.
+TEST(StreamWindow, ReadsAsFarAheadAsBeforeAfterAReturn) {
+  CountingBuffer source(countingBytes(100'000));
+  std::istream in(&source);
+  StreamWindow window(in, 0, 1000);
+  char header[8];
+  for (int start = 0; start <= 30'000; start += 10) {
+    window.seek(start);
+    window.read(header, sizeof header);
+    window.seek(90'000);
+  }
+  EXPECT_LE(source.readCount(), 33U);
+}
+
 }  // namespace
 }  // namespace ZRKMetaData
