@@ -193,7 +193,7 @@ void loadParameter(const LoadOptions& options) {
   if (!rate && !(at && at->isSeconds)) {
     throw Failure(Status::WrongUse, "--rate is required, except with --at in seconds");
   }
-  const auto parser = openForModule(options.file);
+  const auto parser = openForModule(options.file, ScanMessages::Dropped);
   if (!rate) rate = screenTrackRate(options.file);
   requireOtherFile(options.out.file, options.file);
   Request request{options, *rate, {}, {}, {}, options.type, {}, {}};

@@ -73,13 +73,15 @@ boost::uuids::uuid parseIdentifier(const std::string& text) {
 
 std::unique_ptr<MetaDataParser> open(const std::string& file,
                                      std::optional<ZRKMetaData::ContainerKind> kind,
-                                     const char* remedy) {
+                                     ScanMessages messages, const char* remedy) {
   requireOpens(file);
   const auto used = kind.value_or(ZRKMetaData::containerKindOfFileName(file));
   if (used == ZRKMetaData::None) {
     say(file + ": unknown extension, nothing was scanned; " + remedy);
   }
   const QuietModule quiet;
+  std::optional<SilentScan> silent;
+  if (messages == ScanMessages::Dropped) silent.emplace();
   return std::unique_ptr<MetaDataParser>(MetaDataParser::createForFile(file, used));
 }
 
@@ -103,11 +105,12 @@ void requireOtherFile(const std::string& out, const std::string& source) {
 
 std::unique_ptr<MetaDataParser> openRecording(const std::string& file,
                                               std::optional<ZRKMetaData::ContainerKind> kind) {
-  return open(file, kind, "use --container");
+  return open(file, kind, ScanMessages::Printed, "use --container");
 }
 
-std::unique_ptr<MetaDataParser> openForModule(const std::string& file) {
-  auto parser = open(file, std::nullopt, "rename it to .voxa, .mp4, .mov, .avi, .wav or .dat");
+std::unique_ptr<MetaDataParser> openForModule(const std::string& file, ScanMessages messages) {
+  auto parser =
+      open(file, std::nullopt, messages, "rename it to .voxa, .mp4, .mov, .avi, .wav or .dat");
   if (!text::isWellFormedUtf8(file)) {
     throw Failure(Status::Failed, file + ": the file name is not valid UTF-8; rename the file");
   }

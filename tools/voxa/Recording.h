@@ -25,9 +25,14 @@ void requireOtherFile(const std::string& out, const std::string& source);
 std::unique_ptr<ZRKMetaData::MetaDataParser> openRecording(
     const std::string& file, std::optional<ZRKMetaData::ContainerKind> kind);
 
+/// What happens to the parser's own messages about a file. They are dropped where the module scans
+/// the file again, because it prints the same ones.
+enum class ScanMessages { Printed, Dropped };
+
 /// The same for a command that passes the name to the module, which goes by the extension alone.
 /// Also throws Failure for a name that is not UTF-8, because the module refuses it.
-std::unique_ptr<ZRKMetaData::MetaDataParser> openForModule(const std::string& file);
+std::unique_ptr<ZRKMetaData::MetaDataParser> openForModule(const std::string& file,
+                                                           ScanMessages messages);
 
 /// Returns the identifier that `text` names in this recording, or nothing when it is not indexed.
 /// `text` is an identifier of 36 characters or the two digits of a short key; of several indexed

@@ -45,7 +45,7 @@ void writeTable(Output& out, const std::string& file, const MetaDataLocations& s
 }  // namespace
 
 void showSlots(const FileOptions& options) {
-  const auto parser = openForModule(options.file);
+  const auto parser = openForModule(options.file, ScanMessages::Printed);
   Output out;
   const auto write = options.format == Format::Json ? writeJson : writeTable;
   write(out, options.file, parser->locations(), SlotFinder());
