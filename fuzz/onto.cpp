@@ -88,7 +88,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::size_t change = offsetOfChange(bytes, out.read());
     if (count(bytes, "ZRKM") == 0) checkIndex(out, bytes.size());
     if (change != 0 && count(bytes, "moov") == 1) {
-      fuzz::require(trackCount(out) == trackCount(media), "no track is lost");
+      // New tags may replace what keeps the reader from the media itself.
+      fuzz::require(trackCount(out) >= trackCount(media), "no track is lost");
     }
   }
   out.remove();
