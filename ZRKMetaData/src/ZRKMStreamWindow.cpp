@@ -6,7 +6,7 @@ namespace ZRKMetaData {
 
 namespace {
 
-// In bytes. Enough for the headers of one structure, which is what is read ahead after a long jump.
+// In bytes. Enough for the headers of one structure. After a long jump no more is read ahead.
 constexpr int64 kStructureSize = 64;
 
 }  // namespace
@@ -45,7 +45,8 @@ void StreamWindow::seek(int64 position) {
     m_keptStart = windowStart;
     m_keptEnd = m_streamPosition;
   }
-  // A structure that begins just in front of the buffer was cut by its start.
+  // The buffer may begin inside a structure. A return to the start of that structure is no long
+  // jump.
   const bool isNearKept =
       m_keptStart != m_keptEnd && position >= m_keptStart - kStructureSize && position <= m_keptEnd;
   m_isFar = !isNearKept && (position < windowStart ||

@@ -1,4 +1,4 @@
-// Keeps messages of the module and of the parser away from the user.
+// Redirects or drops what the module and the parser print.
 #pragma once
 
 #include <iostream>

@@ -29,8 +29,9 @@ std::unique_ptr<ZRKMetaData::MetaDataParser> openRecording(
 /// the file again, because it prints the same ones.
 enum class ScanMessages { Printed, Dropped };
 
-/// The same for a command that passes the name to the module, which goes by the extension alone.
-/// Also throws Failure for a name that is not UTF-8, because the module refuses it.
+/// Opens and indexes as `openRecording` does, for a command that passes the name to the module. The
+/// module goes by the extension alone, so there is no `kind`. Also throws Failure for a name that
+/// is not UTF-8, because the module refuses it.
 std::unique_ptr<ZRKMetaData::MetaDataParser> openForModule(const std::string& file,
                                                            ScanMessages messages);
 
