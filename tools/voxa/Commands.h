@@ -12,6 +12,7 @@
 #include "tools/voxa/Failure.h"
 #include "tools/voxa/Output.h"
 #include "tools/voxa/Rows.h"
+#include "tools/voxa/Sources.h"
 #include "tools/voxa/StreamChoice.h"
 
 namespace voxa {
@@ -34,8 +35,7 @@ struct FileOptions {
 void showStats(const FileOptions& options);
 
 struct InfoOptions {
-  std::vector<std::string> files;
-  std::vector<std::string> types;  ///< "[STREAM=]TYPE"
+  SourceOptions sources;
   Format format = Format::Table;
 };
 
@@ -115,13 +115,13 @@ struct HeatMapOptions {
 void drawHeatMap(const HeatMapOptions& options);
 
 struct GuessOptions {
-  std::string file;
-  std::vector<std::string> streams;  ///< empty for all
+  SourceOptions sources;
+  bool isList = false;  ///< JSON has a list of files
   Format format = Format::Table;
-  std::optional<ZRKMetaData::ContainerKind> container;
 };
 
-/// Ranks the record types of each stream, with reasons. An unknown type is no failure.
+/// Ranks the record types of each stream, with reasons. An unknown type is no failure. Goes on
+/// after a file that cannot be read.
 void guessTypes(const GuessOptions& options);
 
 struct FramesOptions {

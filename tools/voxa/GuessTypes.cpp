@@ -14,6 +14,7 @@
 #include "tools/voxa/QuietModule.h"
 #include "tools/voxa/Recording.h"
 #include "tools/voxa/Rows.h"
+#include "tools/voxa/Sources.h"
 
 namespace voxa {
 
@@ -86,34 +87,59 @@ void writeJson(Output& out, const boost::uuids::uuid& id, const Guess& guess) {
   row.end();
 }
 
+std::vector<boost::uuids::uuid> streamsOf(const IndexedSource& source) {
+  std::vector<boost::uuids::uuid> ids;
+  for (const std::string& name : source.streams) {
+    ids.push_back(findStream(source.parser, source.file, name));
+  }
+  if (source.streams.empty()) {
+    for (const auto& stream : source.parser.locations()) ids.push_back(stream.first);
+  }
+  return ids;
+}
+
+Guess guessOf(const IndexedSource& source, const boost::uuids::uuid& id) {
+  const QuietModule quiet;
+  return series::guessRecordType(source.parser, id);
+}
+
+void writeText(Output& out, const IndexedSource& source) {
+  const auto ids = streamsOf(source);
+  out.writePrintable(source.file);
+  out.write(fmt::format(": {} streams\n", ids.size()));
+  for (const auto& id : ids) writeText(out, id, guessOf(source, id));
+}
+
+void writeJson(Output& out, const IndexedSource& source) {
+  JsonRow document(out);
+  document.field("file", source.file);
+  document.array("streams", streamsOf(source),
+                 [&](const auto& id) { writeJson(out, id, guessOf(source, id)); });
+  document.end();
+}
+
 }  // namespace
 
 void guessTypes(const GuessOptions& options) {
-  const auto parser = openRecording(options.file, options.container);
-  std::vector<boost::uuids::uuid> ids;
-  for (const std::string& name : options.streams) {
-    ids.push_back(findStream(*parser, options.file, name));
-  }
-  if (options.streams.empty()) {
-    for (const auto& stream : parser->locations()) ids.push_back(stream.first);
-  }
-  const auto guessOf = [&parser](const boost::uuids::uuid& id) {
-    const QuietModule quiet;
-    return series::guessRecordType(*parser, id);
-  };
   Output out;
-  if (options.format == Format::Json) {
-    JsonRow document(out);
-    document.field("file", options.file);
-    document.array("streams", ids, [&](const auto& id) { writeJson(out, id, guessOf(id)); });
-    document.end();
-    out.write("\n");
-  } else {
-    out.writePrintable(options.file);
-    out.write(fmt::format(": {} streams\n", ids.size()));
-    for (const auto& id : ids) writeText(out, id, guessOf(id));
-  }
+  const bool isJson = options.format == Format::Json;
+  const bool isJsonList = isJson && options.isList;
+  if (isJsonList) out.write("{\"files\":[");
+  const char* before = "";
+  const Status worst = forEachIndexedSource(options.sources, [&](const IndexedSource& source) {
+    out.write(before);
+    if (isJson) {
+      writeJson(out, source);
+      before = ",";
+    } else {
+      writeText(out, source);
+      before = "\n";
+    }
+  });
+  if (isJsonList) out.write("]}");
+  if (isJsonList || (isJson && *before != '\0')) out.write("\n");
   out.finish();
+  endWith(worst);
 }
 
 }  // namespace voxa

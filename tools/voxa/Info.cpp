@@ -4,10 +4,9 @@
 
 #include "tools/formats/SummaryJson.h"
 #include "tools/voxa/Commands.h"
-#include "tools/voxa/Messages.h"
 #include "tools/voxa/NamedTypes.h"
 #include "tools/voxa/Output.h"
-#include "tools/voxa/Recording.h"
+#include "tools/voxa/Sources.h"
 #include "tools/voxa/Summary.h"
 
 namespace voxa {
@@ -86,37 +85,27 @@ void writeTable(Output& out, const RecordingSummary& recording) {
   }
 }
 
-RecordingSummary summaryOf(const std::string& file, const std::vector<std::string>& types) {
-  const auto parser = openRecording(file, std::nullopt);
-  return summarise(*parser, file, namedTypes(*parser, file, types));
-}
-
 }  // namespace
 
 void showInfo(const InfoOptions& options) {
   Output out;
   const bool isJson = options.format == Format::Json;
-  Status worst = Status::Done;
   const char* before = isJson ? "{\"files\":[" : "";
-  for (const std::string& file : options.files) {
-    try {
-      const RecordingSummary recording = summaryOf(file, options.types);
-      out.write(before);
-      if (isJson) {
-        out.write(formats::jsonText(formats::summaryJson(recording)));
-      } else {
-        writeTable(out, recording);
-      }
-      before = isJson ? "," : "\n";
-      if (recording.isDamaged()) worst = worse(worst, Status::DamagedData);
-    } catch (const Failure& failure) {
-      say(failure.what());
-      worst = worse(worst, failure.status());
+  const Status worst = forEachIndexedSource(options.sources, [&](const IndexedSource& source) {
+    const RecordingSummary recording =
+        summarise(source.parser, source.file, namedTypes(source.parser, source.file, source.types));
+    out.write(before);
+    if (isJson) {
+      out.write(formats::jsonText(formats::summaryJson(recording)));
+    } else {
+      writeTable(out, recording);
     }
-  }
+    before = isJson ? "," : "\n";
+    if (recording.isDamaged()) throw Failure(Status::DamagedData, "");  // its warnings say so
+  });
   if (isJson) out.write(*before == ',' ? "]}\n" : "{\"files\":[]}\n");
   out.flush();
-  if (worst != Status::Done) throw Failure(worst, "");
+  endWith(worst);
 }
 
 }  // namespace voxa

@@ -2,12 +2,12 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <stdexcept>
 #include <system_error>
 
 #include "text/JsonText.h"
 #include "text/Printable.h"
 #include "text/Utf8.h"
-#include "tools/voxa/Failure.h"
 
 namespace voxa {
 
@@ -34,8 +34,8 @@ void Output::flush() {
       std::fflush(stdout) == 0;
   m_buffer.clear();
   if (!isWritten) {
-    throw Failure(Status::Failed,
-                  "standard output: cannot write: " + std::generic_category().message(errno));
+    throw std::runtime_error("standard output: cannot write: " +
+                             std::generic_category().message(errno));
   }
 }
 

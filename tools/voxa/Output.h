@@ -55,8 +55,8 @@ class Output {
   /// Writes a JSON string.
   void writeJsonString(std::string_view text);
 
-  /// Writes the buffer. Throws Failure when standard output fails, std::runtime_error when a file
-  /// does.
+  /// Writes the buffer. Throws std::runtime_error, which ends the command and is no Failure of the
+  /// recording that is read.
   void flush();
 
   /// Writes the buffer and puts a file under its name. Call it once, last. Throws as `flush` does.

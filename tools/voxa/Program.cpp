@@ -194,6 +194,16 @@ class CommandLine {
         ->allow_extra_args(false);  // one per option, so that STREAM may follow
   }
 
+  // The streams of a command that takes several files.
+  static CLI::Option* addStreamList(CLI::App* command, SourceOptions& sources) {
+    return command
+        ->add_option("--streams", sources.streams,
+                     "Identifiers, or their two-digit keys, or all: KEY[,KEY...] (default: all)")
+        ->type_name("KEY[,KEY...]")
+        ->delimiter(',')
+        ->allow_extra_args(false);  // one list, so that FILE may follow
+  }
+
   static void addTimes(CLI::App* command, TimeOptions& times) {
     command->add_option("--from", times.from, "Leave out records before this time")
         ->type_name("TIME");
@@ -226,8 +236,8 @@ class CommandLine {
 
   void addInfo() {
     CLI::App* const command = add("info", "Show what recordings hold.", "voxa info take1.voxa");
-    command->add_option("FILE", m_info.files, "The recordings")->required();
-    addTypes(command, m_info.types);
+    command->add_option("FILE", m_info.sources.files, "The recordings")->required();
+    addTypes(command, m_info.sources.types);
     addFormat(command, m_info, {"table", "json"});
     command->callback([this] { showInfo(m_info); });
   }
@@ -334,12 +344,21 @@ class CommandLine {
   void addGuess() {
     CLI::App* const command = add("guess", "Guess the record type of each stream, with reasons.",
                                   "voxa guess take1.voxa F0");
-    command->add_option("FILE", m_guess.file, "The recording")->required();
-    command->add_option("STREAM", m_guess.streams,
-                        "Identifiers, or their two-digit keys (default: all)");
+    SourceOptions& sources = m_guess.sources;
+    command->add_option("FILE", m_guessFile, "The recording")->required();
+    command->add_option("STREAM", m_guessRest,
+                        "Identifiers, or their two-digit keys (default: all); with --streams, "
+                        "further recordings");
+    const CLI::Option* const streams = addStreamList(command, sources);
     addFormat(command, m_guess, {"table", "json"});
-    addContainer(command, m_guess);
-    command->callback([this] { guessTypes(m_guess); });
+    addContainer(command, sources);
+    command->callback([this, &sources, streams] {
+      m_guess.isList = streams->count() != 0;
+      sources.files = {m_guessFile};
+      auto& target = m_guess.isList ? sources.files : sources.streams;
+      target.insert(target.end(), m_guessRest.begin(), m_guessRest.end());
+      guessTypes(m_guess);
+    });
   }
 
   void addFrames() {
@@ -420,6 +439,8 @@ class CommandLine {
   PlotOptions m_plot;
   HeatMapOptions m_heatMap;
   GuessOptions m_guess;
+  std::string m_guessFile;
+  std::vector<std::string> m_guessRest;  // streams or files
   FramesOptions m_frames;
   ImagesOptions m_images;
   SampleOptions m_sample;

@@ -1,5 +1,5 @@
-#include <boost/uuid/uuid_io.hpp>
-#include <string>
+#include <boost/uuid/uuid.hpp>
+#include <optional>
 #include <type_traits>
 
 #include "tools/series/RecordStream.h"
@@ -18,10 +18,11 @@ namespace voxa {
 
 namespace {
 
-// Prints the records of the stream. Returns why they end early, empty when they do not.
+// Prints the records of the stream. Returns why they end early, nothing when they do not.
 template <class Record>
-std::string print(ZRKMetaData::MetaDataParser& parser, const boost::uuids::uuid& id,
-                  const series::TimeRange& range, RowWriter& rows) {
+std::optional<series::DamagedStream> print(ZRKMetaData::MetaDataParser& parser,
+                                           const boost::uuids::uuid& id,
+                                           const series::TimeRange& range, RowWriter& rows) {
   rows.header([](auto& row) { series::describeTimed(row, 0, Record()); });
   const QuietModule quiet;
   try {
@@ -29,9 +30,9 @@ std::string print(ZRKMetaData::MetaDataParser& parser, const boost::uuids::uuid&
       rows.write([&](auto& row) { series::describeTimed(row, seconds, record); });
     });
   } catch (const series::DamagedStream& damage) {
-    return damage.reason();
+    return damage;
   }
-  return {};
+  return std::nullopt;
 }
 
 }  // namespace
@@ -44,22 +45,19 @@ void printRecords(const RecordsOptions& options) {
   Output out(options.out);
   RowWriter rows(out, options.format);
   if (options.format == Format::Json) out.write("{\"records\":[");
-  const std::string error = series::visitRecordType(stream.type, [&](const auto& row) {
+  const auto damage = series::visitRecordType(stream.type, [&](const auto& row) {
     return print<typename std::decay_t<decltype(row)>::type>(*parser, stream.id, range, rows);
   });
   if (options.format == Format::Json) {
     out.write("]");
-    if (!error.empty()) {
+    if (damage) {
       out.write(",\"error\":");
-      out.writeJsonString(error);
+      out.writeJsonString(damage->reason());
     }
     out.write("}\n");
   }
   out.finish();
-  if (!error.empty()) {
-    throw Failure(Status::DamagedData,
-                  options.file + ": stream " + boost::uuids::to_string(stream.id) + ": " + error);
-  }
+  if (damage) throw Failure(Status::DamagedData, damage->message(options.file));
 }
 
 }  // namespace voxa

@@ -31,6 +31,7 @@ complete -c voxa -n '__fish_seen_subcommand_from streams records guess frames im
 complete -c voxa -n '__fish_seen_subcommand_from info report records frames plot heatmap' -l as -x -a "$types" -d 'Record type'
 complete -c voxa -n '__fish_seen_subcommand_from load' -l as -x -a "$types rect-collections opacity" -d 'Type of the values'
 complete -c voxa -n '__fish_seen_subcommand_from records load frames plot heatmap' -l rate -x -a "$rates" -d 'Frames per second'
+complete -c voxa -n '__fish_seen_subcommand_from guess' -l streams -x -a all -d 'Streams of several files'
 complete -c voxa -n '__fish_seen_subcommand_from frames' -l format -x -a 'csv json' -d 'Output format'
 complete -c voxa -n '__fish_seen_subcommand_from records load frames plot heatmap' -l from -x -d 'Leave out times before'
 complete -c voxa -n '__fish_seen_subcommand_from records load frames plot heatmap' -l to -x -d 'Leave out times from'
