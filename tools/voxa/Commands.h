@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "ZRKMetaData/src/ZRKMMetaDataParser.h"
+#include "tools/series/Redact.h"
 #include "tools/voxa/Failure.h"
 #include "tools/voxa/Output.h"
 #include "tools/voxa/Rows.h"
@@ -42,9 +43,20 @@ struct InfoOptions {
 /// Shows what each recording holds. Goes on after a file that cannot be read.
 void showInfo(const InfoOptions& options);
 
+struct PrivacyOptions {
+  SourceOptions sources;
+  Format format = Format::Table;
+};
+
+/// Shows how much text the streams of each recording hold, and where it looks like a secret, but
+/// not the text. Goes on after a file that cannot be read. Throws Failure (SecretsFound) when
+/// something looks like a secret.
+void showPrivacy(const PrivacyOptions& options);
+
 struct ReportOptions {
   std::string file;
   std::vector<std::string> types;  ///< "[STREAM=]TYPE"
+  series::Redaction redaction = series::Redaction::None;
   std::string out;
   bool force = false;  ///< replace an existing file
 };
@@ -60,6 +72,7 @@ struct RecordsOptions {
   std::string stream;
   std::string type;  ///< empty for the guessed one
   TimeOptions times;
+  series::Redaction redaction = series::Redaction::None;
   Format format = Format::Table;
   Destination out;
   std::optional<ZRKMetaData::ContainerKind> container;
@@ -77,6 +90,7 @@ struct LoadOptions {
   std::string at;    ///< empty for the whole parameter
   std::string from;  ///< empty for all keyframes
   std::string to;    ///< empty for all keyframes
+  series::Redaction redaction = series::Redaction::None;
   Format format = Format::Table;
   Destination out;
 };
@@ -91,6 +105,7 @@ struct PlotOptions {
   std::vector<std::string> types;    ///< "[STREAM=]TYPE"
   TimeOptions times;
   std::string screen;  ///< "WxH", empty for that of the screen track
+  series::Redaction redaction = series::Redaction::None;
   std::string out;
   bool force = false;  ///< replace an existing file
   std::optional<ZRKMetaData::ContainerKind> container;
@@ -129,6 +144,7 @@ struct FramesOptions {
   std::vector<std::string> streams;  ///< empty for all
   std::vector<std::string> types;    ///< "[STREAM=]TYPE"
   TimeOptions times;                 ///< the rate is required
+  series::Redaction redaction = series::Redaction::None;
   Format format = Format::Csv;
   Destination out;
   std::optional<ZRKMetaData::ContainerKind> container;

@@ -16,6 +16,8 @@ enum class Status {
   DamagedData = 3,
   NoSuchStream = 4,
   CannotOpen = 5,
+  SecretsFound = 6,
+  Different = 7,
 };
 
 /// Of two statuses the one that a command over several files ends with.

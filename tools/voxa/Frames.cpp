@@ -18,6 +18,7 @@
 #include "tools/series/RecordTypes.h"
 #include "tools/voxa/Commands.h"
 #include "tools/voxa/Failure.h"
+#include "tools/voxa/Masks.h"
 #include "tools/voxa/Messages.h"
 #include "tools/voxa/Output.h"
 #include "tools/voxa/QuietModule.h"
@@ -112,8 +113,11 @@ template <class Record>
 class HeldRecords final : public HeldStream {
  public:
   HeldRecords(MetaDataParser& parser, const std::string& file, ChosenStream stream,
-              double framesPerSecond)
-      : m_parser(parser), m_stream(std::move(stream)), m_framesPerSecond(framesPerSecond) {
+              double framesPerSecond, series::Redaction redaction)
+      : m_parser(parser),
+        m_stream(std::move(stream)),
+        m_framesPerSecond(framesPerSecond),
+        m_redaction(redaction) {
     try {
       eachFrame([this](int64 frame, const Record& record) {
         if (!m_first || frame <= m_first->first) m_first.emplace(frame, frameValue(record));
@@ -189,16 +193,18 @@ class HeldRecords final : public HeldStream {
   void eachFrame(Visit visit) {
     const QuietModule quiet;
     series::forEachRecord<Record>(
-        m_parser, m_stream.id, {}, [&](double seconds, const Record& record) {
+        m_parser, m_stream.id, {},
+        series::redacting(m_redaction, [&](double seconds, const Record& record) {
           const auto frame = loader::frameNumber(m_framesPerSecond, seconds);
           return !frame || visit(*frame, record);
-        });
+        }));
   }
 
   MetaDataParser& m_parser;
   const ChosenStream m_stream;
   const double m_framesPerSecond;
   std::optional<std::pair<int64, Value>> m_first;
+  const series::Redaction m_redaction;
   bool m_isSorted = true;
   bool m_isFirstWindow = true;
   std::optional<Value> m_held;      // at the frame before the window
@@ -303,12 +309,14 @@ void printFrames(const FramesOptions& options) {
   const auto parser = openRecording(options.file, options.container);
   requireOtherFile(options.out.file, options.file);
   HeldStreams streams;
-  for (ChosenStream& stream :
-       chooseStreams(*parser, options.file, options.streams, options.types)) {
+  auto chosen = chooseStreams(*parser, options.file, options.streams, options.types);
+  requireMasks(*parser, options.file, chosen, options.redaction);
+  for (ChosenStream& stream : chosen) {
     series::visitRecordType(stream.type, [&](const auto& row) {
       using Record = typename std::decay_t<decltype(row)>::type;
-      streams.push_back(std::make_unique<HeldRecords<Record>>(
-          *parser, options.file, std::move(stream), loader::framesPerSecond(rate)));
+      streams.push_back(
+          std::make_unique<HeldRecords<Record>>(*parser, options.file, std::move(stream),
+                                                loader::framesPerSecond(rate), options.redaction));
     });
   }
   const FrameSpan span = spanOf(options, rate, streams);

@@ -18,6 +18,7 @@
 #include "stats/VOXAStatsLoader.h"
 #include "tools/voxa/Commands.h"
 #include "tools/voxa/Describe.h"
+#include "tools/voxa/Masks.h"
 #include "tools/voxa/Messages.h"
 #include "tools/voxa/Output.h"
 #include "tools/voxa/ParameterTypes.h"
@@ -70,6 +71,28 @@ Failure damaged(const Request& request, const std::exception& error) {
           request.options.file + ": stream " + request.identifier + ": " + error.what()};
 }
 
+Kestova::KeystrokeData redacted(Kestova::KeystrokeData key, series::Redaction redaction) {
+  key.setCharacter(series::redactedCharacter(key.character(), redaction));
+  return key;
+}
+
+using series::redacted;
+
+// Masks the values of texts. Paths of cursor images are not what somebody typed.
+template <class T>
+void redact(const Request& request, Parameter<T>& parameter) {
+  const series::Redaction redaction = request.options.redaction;
+  if (redaction == series::Redaction::None) return;
+  const auto type = series::recordTypeNamed(request.type);
+  if (type == series::recordTypeOf<std::string>() ||
+      type == series::recordTypeOf<ZRKMetaData::KeyStroke>()) {
+    const auto times = parameter.keyFrameTimes();
+    for (const RationalTime& time : *times) {
+      parameter.setKeyFrameValue(time, redacted(parameter.valueAt(time), redaction));
+    }
+  }
+}
+
 template <class T>
 Loaded<T> load(const Request& request, LoadOperation<T> operation) {
   const QuietModule quiet;
@@ -78,8 +101,10 @@ Loaded<T> load(const Request& request, LoadOperation<T> operation) {
       boost::make_shared<FixedEditRate>(request.rate);
   Loaded<T> loaded;
   try {
-    loaded.parameter =
+    const boost::shared_ptr<Parameter<T>> parameter =
         (loader.*operation)(request.streamFileName, request.identifier, loaded.project, editRate);
+    redact(request, *parameter);
+    loaded.parameter = parameter;
   } catch (const boost::system::system_error& error) {  // about the name, not the contents
     throw Failure(Status::Failed, request.options.file + ": " + error.what());
   } catch (const std::runtime_error& error) {
@@ -207,6 +232,12 @@ void loadParameter(const LoadOptions& options) {
   const auto id = lookUpStream(*parser, options.file, options.stream);
   if (options.type.empty()) {
     request.type = infoOf(chooseStream(*parser, options.file, options.stream, {}).type).name;
+  }
+  if (id) {
+    const auto type = series::recordTypeNamed(request.type);
+    requireMasks(*parser, options.file,
+                 {{*id, options.stream, type.value_or(series::recordTypeOf<double>())}},
+                 options.redaction);
   }
   request.identifier = id ? boost::uuids::to_string(*id) : options.stream;
   request.streamFileName = options.file + "/" + request.identifier;

@@ -2,6 +2,7 @@
 
 #include "tools/series/RecordStream.h"
 #include "tools/voxa/Commands.h"
+#include "tools/voxa/Masks.h"
 #include "tools/voxa/Picture.h"
 #include "tools/voxa/QuietModule.h"
 #include "tools/voxa/Recording.h"
@@ -12,6 +13,7 @@ void drawPlot(const PlotOptions& options) {
   const series::TimeRange range = timeRangeOf(options.times);
   const auto parser = openRecording(options.file, options.container);
   const auto streams = chooseStreams(*parser, options.file, options.streams, options.types);
+  requireMasks(*parser, options.file, streams, options.redaction);
   formats::Plot plot({titleOf(options.file), screenSizeOf(options.file, options.screen)});
   std::string damage;
   for (const ChosenStream& stream : streams) {
@@ -20,7 +22,9 @@ void drawPlot(const PlotOptions& options) {
     try {
       series::forEachRecord(
           *parser, stream.id, stream.type, range,
-          [&plot](double seconds, const auto& record) { plot.add(seconds, record); });
+          series::redacting(options.redaction, [&plot](double seconds, const auto& record) {
+            plot.add(seconds, record);
+          }));
     } catch (const series::DamagedStream& error) {
       if (damage.empty()) damage = error.message(options.file);
     }

@@ -51,6 +51,7 @@ class CommandLine {
     m_app.footer(
         "voxa help COMMAND shows the options of a command.\nExample: voxa streams take1.voxa");
     addInfo();
+    addPrivacy();
     addStreams();
     addRecords();
     addLoad();
@@ -214,6 +215,26 @@ class CommandLine {
     command->add_option("--rate", times.rate, "Frames per second, for times in frames: N or N/D");
   }
 
+  void addRedact(CLI::App* command) {
+    command
+        ->add_flag("--redact", m_redact,
+                   "Mask typed characters and texts: letters become x, digits 0 and, with all (the "
+                   "default), everything else *")
+        ->check(CLI::Validator(
+            [](const std::string& name) {
+              const bool isKnown = name == kNoValue || series::redactionNamed(name);
+              return isKnown ? "" : name + " is not letters, digits or all";
+            },
+            ""))
+        ->option_text("[=letters|digits|all]");
+  }
+
+  // Of the command that was parsed.
+  series::Redaction redaction() const {
+    if (m_redact == kNoValue) return series::Redaction::All;
+    return series::redactionNamed(m_redact).value_or(series::Redaction::None);
+  }
+
   // CLI11's range check accepts NaN.
   static std::string checkLength(const std::string& text) {
     constexpr double kMaxSeconds = 1e6;
@@ -242,6 +263,18 @@ class CommandLine {
     command->callback([this] { showInfo(m_info); });
   }
 
+  void addPrivacy() {
+    CLI::App* const command =
+        add("privacy", "Show which streams hold typed text, and what looks like a secret.",
+            "voxa privacy take1.voxa");
+    command->add_option("FILE", m_privacy.sources.files, "The recordings")->required();
+    addStreamList(command, m_privacy.sources);
+    addTypes(command, m_privacy.sources.types);
+    addFormat(command, m_privacy, {"table", "json"});
+    addContainer(command, m_privacy.sources);
+    command->callback([this] { showPrivacy(m_privacy); });
+  }
+
   void addStreams() {
     CLI::App* const command = add("streams", "List the metadata streams of a recording.",
                                   "voxa streams take1.voxa --format json");
@@ -262,7 +295,11 @@ class CommandLine {
     addFormat(command, m_records, {"table", "csv", "json"});
     addDestination(command, m_records.out);
     addContainer(command, m_records);
-    command->callback([this] { printRecords(m_records); });
+    addRedact(command);
+    command->callback([this] {
+      m_records.redaction = redaction();
+      printRecords(m_records);
+    });
   }
 
   void addLoad() {
@@ -283,7 +320,11 @@ class CommandLine {
         ->type_name("TIME");
     addFormat(command, m_load, {"table", "csv", "json", "host-xml", "host-json"});
     addDestination(command, m_load.out);
-    command->callback([this] { loadParameter(m_load); });
+    addRedact(command);
+    command->callback([this] {
+      m_load.redaction = redaction();
+      loadParameter(m_load);
+    });
   }
 
   void addStats() {
@@ -324,7 +365,11 @@ class CommandLine {
     command->add_option("STREAM", m_plot.streams,
                         "Identifiers, or their two-digit keys (default: all)");
     addPicture(command, m_plot, "The picture, or - for standard output");
-    command->callback([this] { drawPlot(m_plot); });
+    addRedact(command);
+    command->callback([this] {
+      m_plot.redaction = redaction();
+      drawPlot(m_plot);
+    });
   }
 
   void addHeatMap() {
@@ -382,7 +427,11 @@ class CommandLine {
         ->check(CLI::IsMember({"csv", "json"}));
     addDestination(command, m_frames.out);
     addContainer(command, m_frames);
-    command->callback([this] { printFrames(m_frames); });
+    addRedact(command);
+    command->callback([this] {
+      m_frames.redaction = redaction();
+      printFrames(m_frames);
+    });
   }
 
   void addImages() {
@@ -427,10 +476,16 @@ class CommandLine {
     command->add_option("-o", m_report.out, "The page")->required();
     addTypes(command, m_report.types);
     command->add_flag("--force", m_report.force, "Replace the page if it exists");
-    command->callback([this] { writeReport(m_report); });
+    addRedact(command);
+    command->callback([this] {
+      m_report.redaction = redaction();
+      writeReport(m_report);
+    });
   }
 
   CLI::App m_app;
+  static constexpr const char* kNoValue = "true";  // CLI11's word for a flag alone
+  std::string m_redact;                            // the value of --redact, empty without it
   StreamsOptions m_streams;
   RecordsOptions m_records;
   LoadOptions m_load;
@@ -445,6 +500,7 @@ class CommandLine {
   ImagesOptions m_images;
   SampleOptions m_sample;
   InfoOptions m_info;
+  PrivacyOptions m_privacy;
   ReportOptions m_report;
 };
 

@@ -7,6 +7,7 @@
 #include "tools/series/TimeRange.h"
 #include "tools/voxa/Commands.h"
 #include "tools/voxa/Failure.h"
+#include "tools/voxa/Masks.h"
 #include "tools/voxa/Output.h"
 #include "tools/voxa/QuietModule.h"
 #include "tools/voxa/Recording.h"
@@ -22,13 +23,16 @@ namespace {
 template <class Record>
 std::optional<series::DamagedStream> print(ZRKMetaData::MetaDataParser& parser,
                                            const boost::uuids::uuid& id,
-                                           const series::TimeRange& range, RowWriter& rows) {
+                                           const series::TimeRange& range,
+                                           series::Redaction redaction, RowWriter& rows) {
   rows.header([](auto& row) { series::describeTimed(row, 0, Record()); });
   const QuietModule quiet;
   try {
-    series::forEachRecord<Record>(parser, id, range, [&rows](double seconds, const Record& record) {
-      rows.write([&](auto& row) { series::describeTimed(row, seconds, record); });
-    });
+    series::forEachRecord<Record>(
+        parser, id, range,
+        series::redacting(redaction, [&rows](double seconds, const Record& record) {
+          rows.write([&](auto& row) { series::describeTimed(row, seconds, record); });
+        }));
   } catch (const series::DamagedStream& damage) {
     return damage;
   }
@@ -42,11 +46,13 @@ void printRecords(const RecordsOptions& options) {
   const auto parser = openRecording(options.file, options.container);
   requireOtherFile(options.out.file, options.file);
   const ChosenStream stream = chooseStream(*parser, options.file, options.stream, options.type);
+  requireMasks(*parser, options.file, {stream}, options.redaction);
   Output out(options.out);
   RowWriter rows(out, options.format);
   if (options.format == Format::Json) out.write("{\"records\":[");
   const auto damage = series::visitRecordType(stream.type, [&](const auto& row) {
-    return print<typename std::decay_t<decltype(row)>::type>(*parser, stream.id, range, rows);
+    return print<typename std::decay_t<decltype(row)>::type>(*parser, stream.id, range,
+                                                             options.redaction, rows);
   });
   if (options.format == Format::Json) {
     out.write("]");

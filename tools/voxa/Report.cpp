@@ -3,6 +3,7 @@
 #include "tools/files/OutputFile.h"
 #include "tools/series/RecordStream.h"
 #include "tools/voxa/Commands.h"
+#include "tools/voxa/Masks.h"
 #include "tools/voxa/NamedTypes.h"
 #include "tools/voxa/QuietModule.h"
 #include "tools/voxa/Recording.h"
@@ -15,6 +16,11 @@ void writeReport(const ReportOptions& options) {
   const auto parser = openRecording(options.file, std::nullopt);
   const series::RecordingSummary recording =
       summarise(*parser, options.file, namedTypes(*parser, options.file, options.types));
+  std::vector<ChosenStream> shown;
+  for (const series::StreamSummary& stream : recording.streams) {
+    if (stream.type) shown.push_back({stream.id, stream.key, *stream.type});
+  }
+  requireMasks(*parser, options.file, shown, options.redaction);
   formats::ReportSource source{recording, {}, kVersion};
   source.addRecords = [&](std::size_t index, formats::ReportRows& rows) {
     const series::StreamSummary& stream = recording.streams[index];
@@ -22,7 +28,9 @@ void writeReport(const ReportOptions& options) {
     try {
       series::forEachRecord(
           *parser, stream.id, *stream.type, series::TimeRange(),
-          [&rows](double seconds, const auto& record) { rows.add(seconds, record); });
+          series::redacting(options.redaction, [&rows](double seconds, const auto& record) {
+            rows.add(seconds, record);
+          }));
     } catch (const series::DamagedStream&) {
       // The summary says so.
     }

@@ -1,0 +1,36 @@
+#include "tools/voxa/Masks.h"
+
+#include "tools/series/Guess.h"
+#include "tools/voxa/Failure.h"
+#include "tools/voxa/QuietModule.h"
+
+namespace voxa {
+
+namespace {
+
+bool isText(series::RecordType type) {
+  return type == series::recordTypeOf<ZRKMetaData::KeyStroke>() ||
+         type == series::recordTypeOf<std::string>();
+}
+
+}  // namespace
+
+void requireMasks(ZRKMetaData::MetaDataParser& parser, const std::string& file,
+                  const std::vector<ChosenStream>& streams, series::Redaction redaction) {
+  if (redaction == series::Redaction::None) return;
+  for (const ChosenStream& stream : streams) {
+    if (isText(stream.type)) continue;
+    const QuietModule quiet;
+    for (const series::GuessCandidate& candidate :
+         series::guessRecordType(parser, stream.id).candidates) {
+      if (!candidate.passes || !isText(candidate.type)) continue;
+      const std::string name = series::infoOf(candidate.type).name;
+      throw Failure(Status::WrongUse, file + ": " + stream.name + " may hold " + name +
+                                          ", which --redact masks only when read as such; use "
+                                          "--as " +
+                                          stream.name + "=" + name + " or leave it out");
+    }
+  }
+}
+
+}  // namespace voxa

@@ -1,0 +1,18 @@
+// Where --redact can hide nothing.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "tools/series/Redact.h"
+#include "tools/voxa/StreamChoice.h"
+
+namespace voxa {
+
+/// Masks go by the record type. Throws Failure (WrongUse) for a stream that is read as another type
+/// than keystrokes or strings although one of them passes the tests of the guess, because its text
+/// would be printed as numbers. Without a redaction it does nothing.
+void requireMasks(ZRKMetaData::MetaDataParser& parser, const std::string& file,
+                  const std::vector<ChosenStream>& streams, series::Redaction redaction);
+
+}  // namespace voxa
