@@ -53,6 +53,20 @@ struct PrivacyOptions {
 /// something looks like a secret.
 void showPrivacy(const PrivacyOptions& options);
 
+struct DiffOptions {
+  std::string before;
+  std::string after;
+  std::vector<std::string> types;  ///< "[STREAM=]TYPE"
+  bool aligns = false;             ///< compare at the best constant time offset of each stream
+  double tolerance = 0;            ///< seconds by which the times of one record may differ
+  series::Redaction redaction = series::Redaction::None;
+  Format format = Format::Table;
+};
+
+/// Prints the records that were added, removed or changed from one recording to another. Memory
+/// holds the records of one stream. Throws Failure (Different) when there is a difference.
+void showDiff(const DiffOptions& options);
+
 struct ReportOptions {
   std::string file;
   std::vector<std::string> types;  ///< "[STREAM=]TYPE"

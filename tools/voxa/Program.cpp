@@ -64,6 +64,7 @@ class CommandLine {
     addImages();
     addSample();
     addReport();
+    addDiff();
   }
 
   void run(std::vector<std::string> arguments) {
@@ -483,6 +484,26 @@ class CommandLine {
     });
   }
 
+  void addDiff() {
+    CLI::App* const command =
+        add("diff", "Compare the records of two recordings.", "voxa diff take1.voxa take2.voxa");
+    command->add_option("BEFORE", m_diff.before, "The first recording")->required();
+    command->add_option("AFTER", m_diff.after, "The second recording")->required();
+    addTypes(command, m_diff.types);
+    command->add_flag("--align", m_diff.aligns,
+                      "Compare each stream at its best constant time offset");
+    command
+        ->add_option("--tolerance", m_diff.tolerance,
+                     "Seconds by which the times of one record may differ (default 0)")
+        ->check(CLI::Validator(checkLength, "NUMBER"));
+    addRedact(command);
+    addFormat(command, m_diff, {"table", "json"});
+    command->callback([this] {
+      m_diff.redaction = redaction();
+      showDiff(m_diff);
+    });
+  }
+
   CLI::App m_app;
   static constexpr const char* kNoValue = "true";  // CLI11's word for a flag alone
   std::string m_redact;                            // the value of --redact, empty without it
@@ -501,6 +522,7 @@ class CommandLine {
   SampleOptions m_sample;
   InfoOptions m_info;
   PrivacyOptions m_privacy;
+  DiffOptions m_diff;
   ReportOptions m_report;
 };
 

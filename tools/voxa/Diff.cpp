@@ -1,0 +1,328 @@
+#include "tools/series/Diff.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <boost/uuid/uuid_io.hpp>
+#include <cmath>
+#include <map>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <type_traits>
+#include <vector>
+
+#include "ZRKMetaData/src/MetaDataUUID.h"
+#include "text/Printable.h"
+#include "tools/series/Guess.h"
+#include "tools/series/RecordDiff.h"
+#include "tools/series/RecordStream.h"
+#include "tools/voxa/Commands.h"
+#include "tools/voxa/Messages.h"
+#include "tools/voxa/NamedTypes.h"
+#include "tools/voxa/Output.h"
+#include "tools/voxa/QuietModule.h"
+#include "tools/voxa/Recording.h"
+#include "tools/voxa/Rows.h"
+
+namespace voxa {
+
+using boost::uuids::uuid;
+using series::DiffEdit;
+using series::DiffSide;
+using series::RecordType;
+
+namespace {
+
+struct DiffFile {
+  DiffFile(const std::string& name, const std::vector<std::string>& types)
+      : file(name),
+        parser(openRecording(file, std::nullopt)),
+        named(namedTypes(*parser, file, types)) {}
+
+  bool has(const uuid& id) const { return parser->locations().count(id) != 0; }
+
+  const std::string& file;
+  std::unique_ptr<ZRKMetaData::MetaDataParser> parser;
+  series::NamedTypes named;
+  std::string damage;  // of the first damaged stream, empty for none
+};
+
+// The fields of a record as text for a table: "x 1, y 2".
+class FieldsText {
+ public:
+  template <class Value>
+  void field(const char* name, const Value& value) {
+    if constexpr (std::is_arithmetic_v<Value>) {
+      add(name, fmt::format("{}", value));
+    } else {
+      add(name, '"' + text::printable(value) + '"');
+    }
+  }
+
+  template <class Number, std::size_t count>
+  void numbers(const char* /*name*/, const char* const (&names)[count],
+               const Number (&values)[count]) {
+    for (std::size_t i = 0; i < count; ++i) field(names[i], values[i]);
+  }
+
+  void image(const char* name, const ZRKMetaData::CursorImage& image) {
+    if (image.m_data) add(name, digestOf(image));
+  }
+
+  const std::string& text() const { return m_text; }
+
+ private:
+  void add(const char* name, const std::string& value) {
+    if (!m_text.empty()) m_text += ", ";
+    m_text += std::string(name) + " " + value;
+  }
+
+  std::string m_text;
+};
+
+const char* nameOf(DiffEdit::Kind kind) {
+  switch (kind) {
+    case DiffEdit::Kind::Added:
+      return "added";
+    case DiffEdit::Kind::Removed:
+      return "removed";
+    case DiffEdit::Kind::Changed:
+      break;
+  }
+  return "changed";
+}
+
+struct Counts {
+  std::size_t added = 0;
+  std::size_t removed = 0;
+  std::size_t changed = 0;
+};
+
+Counts countsOf(const std::vector<DiffEdit>& edits) {
+  const auto count = [&edits](DiffEdit::Kind kind) {
+    return static_cast<std::size_t>(std::count_if(
+        edits.begin(), edits.end(), [kind](const DiffEdit& edit) { return edit.kind == kind; }));
+  };
+  return {count(DiffEdit::Kind::Added), count(DiffEdit::Kind::Removed),
+          count(DiffEdit::Kind::Changed)};
+}
+
+class RecordingDiff {
+ public:
+  explicit RecordingDiff(const DiffOptions& options)
+      : m_options(options),
+        m_before(options.before, options.types),
+        m_after(options.after, options.types) {}
+
+  // Returns the exit status.
+  Status print() {
+    if (isJson()) {
+      m_out.write("{\"before\":");
+      m_out.writeJsonString(m_options.before);
+      m_out.write(",\"after\":");
+      m_out.writeJsonString(m_options.after);
+      m_out.write(",\"streams\":[");
+    }
+    std::set<uuid> ids;
+    for (const auto& stream : m_before.parser->locations()) ids.insert(stream.first);
+    for (const auto& stream : m_after.parser->locations()) ids.insert(stream.first);
+    for (const uuid& id : ids) {
+      m_name = ids.size() == 1 || isUniqueKey(ids, id) ? ZRKMetaData::MetaDataUUID::shortKey(id)
+                                                       : boost::uuids::to_string(id);
+      compare(id);
+    }
+    if (isJson()) m_out.write(m_isEqual ? "],\"equal\":true}\n" : "],\"equal\":false}\n");
+    m_out.finish();
+    Status status = m_isEqual ? Status::Done : Status::Different;
+    for (const DiffFile* const source : {&m_before, &m_after}) {
+      if (source->damage.empty()) continue;
+      say(source->damage);
+      status = worse(status, Status::DamagedData);
+    }
+    return status;
+  }
+
+ private:
+  bool isJson() const { return m_options.format == Format::Json; }
+
+  static bool isUniqueKey(const std::set<uuid>& ids, const uuid& id) {
+    const auto key = ZRKMetaData::MetaDataUUID::shortKey(id);
+    return std::count_if(ids.begin(), ids.end(), [&key](const uuid& other) {
+             return ZRKMetaData::MetaDataUUID::shortKey(other) == key;
+           }) == 1;
+  }
+
+  // Nothing where the type is not certain, or the stream is empty or not there.
+  static std::optional<RecordType> typeOf(DiffFile& source, const uuid& id) {
+    const auto named = source.named.find(id);
+    if (named != source.named.end()) return named->second;
+    if (!source.has(id)) return std::nullopt;
+    const QuietModule quiet;
+    const series::Guess guess = series::guessRecordType(*source.parser, id);
+    return guess.isEmpty ? std::nullopt : guess.certainType();
+  }
+
+  void compare(const uuid& id) {
+    const auto before = typeOf(m_before, id);
+    const auto after = typeOf(m_after, id);
+    if (before && after && *before != *after) {
+      throw Failure(Status::WrongUse, m_name + " holds " + series::infoOf(*before).name + " in " +
+                                          m_options.before + " and " + series::infoOf(*after).name +
+                                          " in " + m_options.after + "; use --as " + m_name +
+                                          "=TYPE");
+    }
+    if (!before && !after) return compareBytes(id);
+    series::visitRecordType(before ? *before : *after, [&](const auto& row) {
+      compareRecords<typename std::decay_t<decltype(row)>::type>(id, row);
+    });
+  }
+
+  // Streams without records, or of a type that is not certain.
+  void compareBytes(const uuid& id) {
+    if (bytesOf(m_before, id) == bytesOf(m_after, id)) {
+      writeStream(id, "unknown", std::nullopt, {}, [](const DiffEdit&) {});
+      return;
+    }
+    throw Failure(Status::WrongUse, m_name + " differs, but its record type is not certain; use " +
+                                        "--as " + m_name + "=TYPE");
+  }
+
+  static std::string bytesOf(DiffFile& source, const uuid& id) {
+    std::string bytes;
+    if (!source.has(id)) return bytes;
+    const auto location = source.parser->locations().at(id);
+    std::istream& stream = source.parser->stream();
+    stream.clear();
+    stream.seekg(location.offset + ZRKMetaData::MetaDataHeader::kByteCount);
+    constexpr std::size_t kPiece = 1U << 20U;
+    std::string piece(kPiece, '\0');
+    auto left = static_cast<std::uint64_t>(
+        std::max<ZRKMetaData::int64>(location.size - ZRKMetaData::MetaDataHeader::kByteCount, 0));
+    while (left != 0 && stream) {
+      stream.read(piece.data(),
+                  static_cast<std::streamsize>(std::min<std::uint64_t>(left, kPiece)));
+      const auto count = static_cast<std::size_t>(stream.gcount());
+      bytes.append(piece, 0, count);
+      left -= count;
+    }
+    stream.clear();
+    return bytes;
+  }
+
+  template <class Record>
+  static DiffSide read(DiffFile& source, const uuid& id, series::DiffRecords<Record>& records) {
+    const QuietModule quiet;
+    try {
+      series::forEachRecord<Record>(
+          *source.parser, id, {},
+          [&records](double seconds, const Record& record) { records.add(seconds, record); });
+    } catch (const series::DamagedStream& damage) {
+      if (source.damage.empty()) source.damage = damage.message(source.file);
+    }
+    return records.finish();
+  }
+
+  template <class Record>
+  void compareRecords(const uuid& id, const series::RecordTypeInfo& type) {
+    series::DiffRecords<Record> before;
+    series::DiffRecords<Record> after;
+    const DiffSide beforeSide = read(m_before, id, before);
+    const DiffSide afterSide = read(m_after, id, after);
+    series::DiffOptions options{0, m_options.tolerance};
+    std::optional<double> offset;
+    if (m_options.aligns) {
+      // Times that were shifted are rounded.
+      constexpr double kRounding = 1e-6;
+      options.tolerance = std::max(options.tolerance, kRounding);
+      offset = series::bestOffset(beforeSide, afterSide, 2 * options.tolerance);
+      options.offset = offset.value_or(0);
+    }
+    const auto edits = series::diffRecords(
+        beforeSide, afterSide, options, [&](std::size_t left, std::size_t right) {
+          return series::isSameRecord(before.record(left), after.record(right));
+        });
+    writeStream(id, type.name, offset, edits, [&](const DiffEdit& edit) {
+      const bool isThere = edit.kind != DiffEdit::Kind::Added;
+      const bool isHere = edit.kind != DiffEdit::Kind::Removed;
+      if (isJson()) {
+        JsonRow row(m_out);
+        row.field("change", std::string(nameOf(edit.kind)));
+        if (isThere) describeEdit(row, "before", before, edit.before);
+        if (isHere) describeEdit(row, "after", after, edit.after);
+        row.end();
+        return;
+      }
+      if (isThere) writeLine("-", before, edit.before);
+      if (isHere) writeLine("+", after, edit.after);
+    });
+  }
+
+  template <class Record>
+  void describeEdit(JsonRow& row, const char* name, const series::DiffRecords<Record>& records,
+                    std::size_t index) {
+    row.object(name, [&](auto& fields) {
+      series::describeTimed(fields, records.seconds(index),
+                            series::redacted(records.record(index), m_options.redaction));
+    });
+  }
+
+  template <class Record>
+  void writeLine(const char* sign, const series::DiffRecords<Record>& records, std::size_t index) {
+    FieldsText fields;
+    series::describe(fields, series::redacted(records.record(index), m_options.redaction));
+    m_out.write(fmt::format("  {} {:>12}  {}\n", sign, records.seconds(index), fields.text()));
+  }
+
+  template <class WriteEdit>
+  void writeStream(const uuid& id, const char* type, std::optional<double> offset,
+                   const std::vector<DiffEdit>& edits, WriteEdit writeEdit) {
+    const Counts counts = countsOf(edits);
+    const bool isListed = m_before.has(id) == m_after.has(id);
+    if (!edits.empty() || !isListed) m_isEqual = false;
+    if (isJson()) {
+      m_out.write(m_isFirst ? "\n" : ",\n");
+      JsonRow row(m_out);
+      row.field("id", boost::uuids::to_string(id));
+      row.field("key", ZRKMetaData::MetaDataUUID::shortKey(id));
+      row.field("type", std::string(type));
+      row.field("in", std::string(isListed ? "both" : m_before.has(id) ? "before" : "after"));
+      if (offset) row.field("offset", *offset);
+      row.field("added", counts.added);
+      row.field("removed", counts.removed);
+      row.field("changed", counts.changed);
+      row.array("changes", edits, writeEdit);
+      row.end();
+      m_isFirst = false;
+      return;
+    }
+    if (edits.empty() && isListed && offset.value_or(0) == 0) return;
+    m_out.write(fmt::format("{} {}: {} added, {} removed, {} changed", m_name, type, counts.added,
+                            counts.removed, counts.changed));
+    if (offset && *offset != 0) m_out.write(fmt::format(", {} s later", *offset));
+    if (!isListed) {
+      m_out.write(", only in ");
+      m_out.writePrintable(m_before.has(id) ? m_options.before : m_options.after);
+    }
+    m_out.write("\n");
+    for (const DiffEdit& edit : edits) writeEdit(edit);
+  }
+
+  const DiffOptions& m_options;
+  DiffFile m_before;
+  DiffFile m_after;
+  Output m_out;
+  std::string m_name;  // of the present stream
+  bool m_isEqual = true;
+  bool m_isFirst = true;
+};
+
+}  // namespace
+
+void showDiff(const DiffOptions& options) {
+  const Status status = RecordingDiff(options).print();
+  if (status != Status::Done) throw Failure(status, "");
+}
+
+}  // namespace voxa
