@@ -5,9 +5,9 @@
 #include <stdexcept>
 #include <system_error>
 
+#include "text/CsvText.h"
 #include "text/JsonText.h"
 #include "text/Printable.h"
-#include "text/Utf8.h"
 
 namespace voxa {
 
@@ -49,15 +49,9 @@ void Output::writePrintable(std::string_view text) {
 }
 
 void Output::writeCsvField(std::string_view text) {
-  const bool isQuoted = text.find_first_of(",\"\r\n") != std::string_view::npos;
+  const bool isQuoted = text::needsCsvQuotes(text);
   if (isQuoted) write("\"");
-  while (!text.empty()) {
-    const text::Utf8Character character = text::firstCharacter(text);
-    write(character.isWellFormed ? text.substr(0, character.length)
-                                 : text::kEncodedReplacementCharacter);
-    if (text.front() == '"') write("\"");
-    text.remove_prefix(character.length);
-  }
+  text::forEachPiece<text::CsvRule>(text, [this](std::string_view piece) { write(piece); });
   if (isQuoted) write("\"");
 }
 
