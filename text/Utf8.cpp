@@ -65,4 +65,17 @@ std::string wellFormedUtf8(std::string_view bytes) {
   return result;
 }
 
+std::string encodedUtf8(char32_t character) {
+  const auto unit = [character](unsigned shift, unsigned mark) {
+    return static_cast<char>(mark | ((character >> shift) & 0x3FU));
+  };
+  if (character < 0x80) return {static_cast<char>(character)};
+  if (character < 0x800) return {static_cast<char>(0xC0U | (character >> 6U)), unit(0, 0x80)};
+  if (character < 0x10000) {
+    return {static_cast<char>(0xE0U | (character >> 12U)), unit(6, 0x80), unit(0, 0x80)};
+  }
+  return {static_cast<char>(0xF0U | (character >> 18U)), unit(12, 0x80), unit(6, 0x80),
+          unit(0, 0x80)};
+}
+
 }  // namespace text

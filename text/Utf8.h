@@ -30,4 +30,8 @@ bool isWellFormedUtf8(std::string_view bytes);
 
 /// Returns `bytes` with U+FFFD in place of each malformed character.
 std::string wellFormedUtf8(std::string_view bytes);
+
+/// Encodes one character. Requires: a Unicode scalar value (below 0x110000 and no surrogate).
+std::string encodedUtf8(char32_t character);
+
 }  // namespace text

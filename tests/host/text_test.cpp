@@ -17,6 +17,16 @@ namespace {
 
 #define FFFD "\xEF\xBF\xBD"
 
+TEST(Utf8, EveryCharacterReadsAsItWasEncoded) {
+  for (char32_t character = 0; character < 0x110000; ++character) {
+    if (character == 0xD800) character = 0xE000;
+    const std::string bytes = text::encodedUtf8(character);
+    const text::Utf8Character read = text::firstCharacter(bytes);
+    ASSERT_TRUE(read.isWellFormed && read.codePoint == character && read.length == bytes.size())
+        << character;
+  }
+}
+
 TEST(Utf8, MalformedCharactersBecomeUFFFD) {
   struct Row {
     const char* why;

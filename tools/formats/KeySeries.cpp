@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "text/Utf8.h"
+#include "tools/formats/KeyText.h"
 
 namespace formats {
 
@@ -14,38 +14,11 @@ constexpr double kHeight = 34;
 constexpr double kMarkTop = 18;  // below the characters
 constexpr double kRoom = 7;      // for one character
 
-// What is printed on the key, or a dot.
-std::string keyText(ZRKMetaData::int32 character) {
-  switch (character) {
-    case '\b':
-    case 0x7F:
-      return "\u232B";
-    case '\t':
-      return "\u21E5";
-    case '\n':
-    case '\r':
-      return "\u21B5";
-    case 0x1B:
-      return "\u238B";
-    case ' ':
-      return "\u2423";
-    default:
-      break;
-  }
-  if (character > ' ' && character < 0x7F) return std::string(1, static_cast<char>(character));
-  if (character < 0xA0 || character > 0xFFFF || (character >= 0xD800 && character < 0xF900)) {
-    return "\u00B7";  // controls, surrogates and private use
-  }
-  const auto unit = static_cast<unsigned>(character);
-  std::string text;
-  if (unit < 0x800) {
-    text += static_cast<char>(0xC0U | (unit >> 6U));
-  } else {
-    text += static_cast<char>(0xE0U | (unit >> 12U));
-    text += static_cast<char>(0x80U | ((unit >> 6U) & 0x3FU));
-  }
-  text += static_cast<char>(0x80U | (unit & 0x3FU));
-  return textWidth(text, 1) > 0.9 ? "\u00B7" : text;  // no wide ones in a narrow place
+// A dot for keys without a symbol and for wide characters, which do not fit.
+std::string markText(ZRKMetaData::int32 character) {
+  std::string symbol = keySymbol(character);
+  const bool fits = !symbol.empty() && character <= 0xFFFF && textWidth(symbol, 1) <= 0.9;
+  return fits ? symbol : "\u00B7";
 }
 
 }  // namespace
@@ -71,7 +44,7 @@ void KeySeries::draw(Svg& svg, double top, const TimeScale& time) const {
     if (x - taken < kRoom) continue;
     taken = x;
     ++labelled;
-    labels.emplace_back(x, keyText(mark.character));
+    labels.emplace_back(x, markText(mark.character));
   }
   // A few characters of many would read like a text that nobody typed.
   if (m_marks.width() == 0 && 2 * labelled >= m_marks.buckets().size()) {
