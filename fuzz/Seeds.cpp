@@ -2,6 +2,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "tools/recording/Dice.h"
 #include "tools/recording/Movie.h"
 #include "tools/recording/Records.h"
 #include "tools/recording/Sample.h"
@@ -97,12 +98,15 @@ void writeSeeds(const std::filesystem::path& root) {
                    Bytes("\x08\x0F\0\0\0", 5) + Bytes("\2\x0A\0\x0C\0", 5) + Bytes("\3\5\0\1", 4) +
                    Bytes("\6\x14\0\7", 4));
 
-  // Any bytes are a program; the pixels of cursor images are random.
+  // Any bytes are a program.
+  constexpr int kProgramCount = 84;
   constexpr std::size_t kProgramSize = 50;
-  const Bytes pixels = recording::sampleEntry("cursor-images", 60, 7).records;
+  recording::Dice dice(7);
   Folder window(root, "window");
-  for (std::size_t offset = 0; offset < pixels.size(); offset += kProgramSize) {
-    window.write(pixels.substr(offset, kProgramSize));
+  for (int program = 0; program < kProgramCount; ++program) {
+    Bytes bytes(kProgramSize, '\0');
+    for (char& byte : bytes) byte = static_cast<char>(dice.below(256));
+    window.write(bytes);
   }
 }
 

@@ -1,14 +1,17 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <boost/endian/conversion.hpp>
 #include <cctype>
 #include <filesystem>
 #include <nlohmann/json.hpp>
+#include <set>
 #include <sstream>
 
 #include "tests/support/Hex.h"
 #include "tests/support/TempFolder.h"
 #include "tests/tools/Voxa.h"
+#include "tools/recording/Cursors.h"
 #include "tools/recording/Sample.h"
 #include "tools/recording/TopLevel.h"
 
@@ -59,6 +62,37 @@ TEST(Sample, WritesTheSameBytesOnEveryPlatform) {
   EXPECT_EQ(
       voxa({"load", file, "F0", "--as", "points", "--rate", "30000/1001", "--format", "csv"}).out,
       testing_support::dataFile("sample-points.csv"));
+}
+
+// Reads the PNG files as the bytes that they are: an uncompressed image has its pixels at the end.
+TEST(Sample, HasCursorsWhoseHotSpotIsOpaque) {
+  std::set<Bytes> distinct;
+  for (const recording::Cursor& cursor : recording::sampleCursors()) {
+    distinct.insert(cursor.png);
+    ASSERT_EQ(cursor.png.substr(0, 8), "\x89PNG\r\n\x1A\n");
+    const auto number = [&cursor](std::size_t at) {
+      return boost::endian::load_big_u32(
+          reinterpret_cast<const unsigned char*>(cursor.png.data() + at));
+    };
+    constexpr std::size_t kEndBytes = 4 + 4 + 12;  // checksums of the pixels, the IEND chunk
+    const std::size_t width = number(16);
+    const std::size_t height = number(20);
+    const std::size_t rowBytes = 1 + 4 * width;
+    const std::size_t pixels = cursor.png.size() - kEndBytes - height * rowBytes;
+    EXPECT_EQ(cursor.png.substr(pixels, 1), Bytes(1, '\0')) << "no filter";
+    EXPECT_LT(static_cast<std::size_t>(cursor.hotX), width);
+    EXPECT_LT(static_cast<std::size_t>(cursor.hotY), height);
+    const std::size_t hot = static_cast<std::size_t>(cursor.hotY) * rowBytes + 1 +
+                            4 * static_cast<std::size_t>(cursor.hotX);
+    EXPECT_EQ(cursor.png.at(pixels + hot + 3), '\xFF');
+    int opaque = 0;
+    for (std::size_t at = 0; at < height * rowBytes; ++at) {
+      opaque += at % rowBytes % 4 == 0 && at % rowBytes != 0 && cursor.png[pixels + at] != '\0';
+    }
+    EXPECT_GT(opaque, 60);
+    EXPECT_LT(static_cast<std::size_t>(opaque), width * height);
+  }
+  EXPECT_EQ(distinct.size(), 3U);
 }
 
 TEST(Sample, PadsAnOddChunkBeforeTheBlock) {

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <stdexcept>
 
+#include "tools/recording/Cursors.h"
 #include "tools/recording/Dice.h"
 #include "tools/recording/Records.h"
 
@@ -113,17 +114,14 @@ Bytes windowRectangles(double seconds, Dice& dice) {
 
 // Each image is stored when it first appears; later records refer to it.
 Bytes cursorImages(double seconds, Dice& dice) {
-  constexpr std::int32_t kSide = 16;
-  constexpr std::size_t kPixelBytes = 4;
-  constexpr int kImages = 4;
-  std::array<bool, kImages> stored{};
+  const std::vector<Cursor>& cursors = sampleCursors();
+  std::vector<bool> stored(cursors.size());
   return atIntervals(seconds, 0.3, 3, dice, [&](double time) {
-    const auto image = static_cast<std::size_t>(dice.below(kImages));
+    const auto image = static_cast<std::size_t>(dice.below(static_cast<int>(cursors.size())));
     if (stored[image]) return cursorReferenceRecord(time, image);
     stored[image] = true;
-    Bytes pixels(kPixelBytes * kSide * kSide, '\0');
-    for (char& byte : pixels) byte = static_cast<char>(dice.below(256));
-    return cursorImageRecord(time, image, kSide, kSide, pixels);
+    const Cursor& cursor = cursors[image];
+    return cursorImageRecord(time, image, cursor.hotX, cursor.hotY, cursor.png);
   });
 }
 
