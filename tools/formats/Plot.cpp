@@ -6,6 +6,7 @@
 #include <cmath>
 #include <type_traits>
 
+#include "text/Counted.h"
 #include "tools/formats/Colors.h"
 #include "tools/formats/ScreenPanel.h"
 #include "tools/formats/Ticks.h"
@@ -78,8 +79,7 @@ std::string Plot::subtitle() const {
         },
         stream);
   }
-  std::string text =
-      m_streams.size() == 1 ? "1 stream" : fmt::format("{} streams", m_streams.size());
+  std::string text = text::counted(m_streams.size(), "stream");
   text += records == 1 ? " \u00B7 1 record" : " \u00B7 " + groupedNumber(records) + " records";
   if (isEmpty) return text;
   const TimeScale time = timeScale();

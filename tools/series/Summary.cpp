@@ -4,11 +4,13 @@
 #include <cmath>
 
 #include "ZRKMetaData/src/MetaDataUUID.h"
+#include "text/Counted.h"
 #include "tools/series/Guess.h"
 #include "tools/series/RecordStream.h"
 
 namespace series {
 
+using text::counted;
 using ZRKMetaData::MetaDataParser;
 using ZRKMetaData::MetaDataUUID;
 
@@ -65,10 +67,6 @@ void readRecords(MetaDataParser& parser, StreamSummary& stream) {
   }
 }
 
-std::string counted(std::uint64_t records) {
-  return std::to_string(records) + (records == 1 ? " record" : " records");
-}
-
 void warn(const StreamSummary& stream, std::uint64_t fileBytes,
           std::vector<std::string>& warnings) {
   const auto add = [&](const std::string& text) { warnings.push_back(stream.key + ": " + text); };
@@ -89,13 +87,13 @@ void warn(const StreamSummary& stream, std::uint64_t fileBytes,
                   "=TYPE");
   }
   if (!stream.damage.empty()) {
-    add("damaged after " + counted(stream.recordCount) + ": " + stream.damage);
+    add("damaged after " + counted(stream.recordCount, "record") + ": " + stream.damage);
   }
   if (stream.fallingTimes != 0) {
-    add(counted(stream.fallingTimes) + " earlier than the record before");
+    add(counted(stream.fallingTimes, "record") + " earlier than the record before");
   }
   if (stream.nonFiniteTimes != 0) {
-    add(counted(stream.nonFiniteTimes) + " without a finite time");
+    add(counted(stream.nonFiniteTimes, "record") + " without a finite time");
   }
 }
 

@@ -5,9 +5,9 @@
 #include <cmath>
 #include <cstddef>
 #include <string>
-#include <vector>
 
 #include "ZRKMetaData/src/MetaDataUUID.h"
+#include "text/Counted.h"
 #include "tools/series/Guess.h"
 #include "tools/voxa/Commands.h"
 #include "tools/voxa/Output.h"
@@ -87,34 +87,23 @@ void writeJson(Output& out, const boost::uuids::uuid& id, const Guess& guess) {
   row.end();
 }
 
-std::vector<boost::uuids::uuid> streamsOf(const IndexedSource& source) {
-  std::vector<boost::uuids::uuid> ids;
-  for (const std::string& name : source.streams) {
-    ids.push_back(findStream(source.parser, source.file, name));
-  }
-  if (source.streams.empty()) {
-    for (const auto& stream : source.parser.locations()) ids.push_back(stream.first);
-  }
-  return ids;
-}
-
 Guess guessOf(const IndexedSource& source, const boost::uuids::uuid& id) {
   const QuietModule quiet;
   return series::guessRecordType(source.parser, id);
 }
 
 void writeText(Output& out, const IndexedSource& source) {
-  const auto ids = streamsOf(source);
+  const auto ids = streamsNamed(source.parser, source.file, source.streams);
   out.writePrintable(source.file);
-  out.write(fmt::format(": {} streams\n", ids.size()));
+  out.write(": " + text::counted(ids.size(), "stream") + "\n");
   for (const auto& id : ids) writeText(out, id, guessOf(source, id));
 }
 
 void writeJson(Output& out, const IndexedSource& source) {
   JsonRow document(out);
   document.field("file", source.file);
-  document.array("streams", streamsOf(source),
-                 [&](const auto& id) { writeJson(out, id, guessOf(source, id)); });
+  const auto ids = streamsNamed(source.parser, source.file, source.streams);
+  document.array("streams", ids, [&](const auto& id) { writeJson(out, id, guessOf(source, id)); });
   document.end();
 }
 

@@ -26,7 +26,7 @@
 #include "tools/voxa/Rates.h"
 #include "tools/voxa/Recording.h"
 #include "tools/voxa/Rows.h"
-#include "tools/voxa/SingleStream.h"
+#include "tools/voxa/StreamChoice.h"
 
 namespace voxa {
 

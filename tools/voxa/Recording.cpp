@@ -8,7 +8,6 @@
 #include <cctype>
 #include <filesystem>
 #include <fstream>
-#include <vector>
 
 #include "ZRKMetaData/src/MetaDataUUID.h"
 #include "ZRKMetaData/src/ZRKMPlatform.h"
@@ -133,6 +132,19 @@ boost::uuids::uuid findStream(const MetaDataParser& parser, const std::string& f
                               const std::string& text) {
   if (const auto id = lookUpStream(parser, file, text)) return *id;
   throw noSuchStream(file, text);
+}
+
+std::vector<boost::uuids::uuid> streamsNamed(const MetaDataParser& parser, const std::string& file,
+                                             const std::vector<std::string>& names) {
+  std::vector<boost::uuids::uuid> ids;
+  for (const std::string& name : names) {
+    const auto id = findStream(parser, file, name);
+    if (std::find(ids.begin(), ids.end(), id) == ids.end()) ids.push_back(id);
+  }
+  if (names.empty()) {
+    for (const auto& location : parser.locations()) ids.push_back(location.first);
+  }
+  return ids;
 }
 
 }  // namespace voxa

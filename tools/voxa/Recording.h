@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "ZRKMetaData/src/ZRKMMetaDataParser.h"
 #include "tools/voxa/Failure.h"
@@ -48,5 +49,10 @@ Failure noSuchStream(const std::string& file, const std::string& text);
 /// The same as `lookUpStream`, but throws `noSuchStream` when the stream is not indexed.
 boost::uuids::uuid findStream(const ZRKMetaData::MetaDataParser& parser, const std::string& file,
                               const std::string& text);
+
+/// The streams that `names` means (as in `findStream`), each once, or all where it is empty.
+std::vector<boost::uuids::uuid> streamsNamed(const ZRKMetaData::MetaDataParser& parser,
+                                             const std::string& file,
+                                             const std::vector<std::string>& names);
 
 }  // namespace voxa

@@ -12,7 +12,6 @@
 #include "tools/voxa/QuietModule.h"
 #include "tools/voxa/Recording.h"
 #include "tools/voxa/Rows.h"
-#include "tools/voxa/SingleStream.h"
 #include "tools/voxa/StreamChoice.h"
 
 namespace voxa {

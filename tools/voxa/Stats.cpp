@@ -4,6 +4,7 @@
 #include <fstream>
 
 #include "host/Kestova/KestovaException.h"
+#include "text/Counted.h"
 #include "tools/recording/TopLevel.h"
 #include "tools/voxa/Commands.h"
 #include "tools/voxa/Output.h"
@@ -96,8 +97,8 @@ std::string secondsOf(const MediaFileStats::TrackStats& track) {
 
 void writeTable(Output& out, const std::string& file, bool isClaimed, const MediaFileStats& stats) {
   out.writePrintable(file);
-  out.write(fmt::format(": {} x {}, {} tracks{}\n", stats.rect().width, stats.rect().height,
-                        stats.trackStats().size(),
+  out.write(fmt::format(": {} x {}, {}{}\n", stats.rect().width, stats.rect().height,
+                        text::counted(stats.trackStats().size(), "track"),
                         isClaimed ? "" : " (the host would not ask for this name)"));
   constexpr auto kRow = "{:>5}  {:<5}  {:>3}  {:>12}  {:>16}  {:>12}  {:<11}  {:>7}\n";
   out.write(fmt::format(kRow, "index", "type", "tag", "rate", "length (units)", "seconds", "size",

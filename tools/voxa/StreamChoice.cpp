@@ -49,14 +49,7 @@ std::vector<ChosenStream> chooseStreams(MetaDataParser& parser, const std::strin
                                         const std::vector<std::string>& names,
                                         const std::vector<std::string>& types) {
   const series::NamedTypes named = namedTypes(parser, file, types);
-  std::vector<boost::uuids::uuid> ids;
-  for (const std::string& name : names) {
-    const auto id = findStream(parser, file, name);
-    if (std::find(ids.begin(), ids.end(), id) == ids.end()) ids.push_back(id);
-  }
-  if (names.empty()) {
-    for (const auto& location : parser.locations()) ids.push_back(location.first);
-  }
+  const auto ids = streamsNamed(parser, file, names);
   if (ids.empty()) throw Failure(Status::NoSuchStream, file + ": no metadata streams");
 
   std::vector<ChosenStream> chosen;
@@ -86,6 +79,13 @@ std::vector<ChosenStream> chooseStreams(MetaDataParser& parser, const std::strin
     throw Failure(Status::WrongUse, file + ": no stream has a certain type; use --as");
   }
   return chosen;
+}
+
+ChosenStream chooseStream(MetaDataParser& parser, const std::string& file, const std::string& name,
+                          const std::string& type) {
+  std::vector<std::string> types;
+  if (!type.empty()) types.push_back(type);
+  return chooseStreams(parser, file, {name}, types).front();
 }
 
 series::TimeRange timeRangeOf(const TimeOptions& options) {

@@ -17,7 +17,7 @@ struct ChosenStream {
   series::RecordType type;
 };
 
-/// The streams that `names` means (as in `findStream`), or all where it is empty. `types` are
+/// The streams that `names` means (as in `streamsNamed`). `types` are
 /// "TYPE" for all of them or "STREAM=TYPE". The type of a stream without one is guessed: a certain
 /// guess is said on standard error, and a stream with an uncertain one is named there and left out.
 /// Throws Failure: as `findStream` does; WrongUse for an unknown type, when the only stream asked
@@ -27,6 +27,11 @@ std::vector<ChosenStream> chooseStreams(ZRKMetaData::MetaDataParser& parser,
                                         const std::string& file,
                                         const std::vector<std::string>& names,
                                         const std::vector<std::string>& types);
+
+/// The stream `name` of a command that reads one, as the record type `type`, or with the guessed
+/// type where that is empty. Throws Failure as `chooseStreams` does.
+ChosenStream chooseStream(ZRKMetaData::MetaDataParser& parser, const std::string& file,
+                          const std::string& name, const std::string& type);
 
 /// Options --from, --to and --rate, each empty where it was not given.
 struct TimeOptions {

@@ -1,6 +1,7 @@
 #include <boost/uuid/uuid_io.hpp>
 
 #include "ZRKMetaData/src/MetaDataUUID.h"
+#include "text/Counted.h"
 #include "tools/series/Summary.h"
 #include "tools/voxa/Commands.h"
 #include "tools/voxa/Messages.h"
@@ -43,8 +44,8 @@ void writeJson(Output& out, const std::string& file, ZRKMetaData::MetaDataParser
 
 void writeTable(Output& out, const std::string& file, ZRKMetaData::MetaDataParser& parser) {
   out.writePrintable(file);
-  out.write(fmt::format(": {}, {} streams\n", series::containerName(parser.containerKind()),
-                        parser.locations().size()));
+  out.write(fmt::format(": {}, {}\n", series::containerName(parser.containerKind()),
+                        text::counted(parser.locations().size(), "stream")));
   if (parser.locations().empty()) return;
   RowWriter rows(out, Format::Table, {-36, -3, -5, 7, 14, 14});
   rows.header([&](auto& row) { describeStream(row, parser, {}, {}); });
