@@ -9,6 +9,7 @@
 #include "tests/support/Streams.h"
 #include "tools/recording/Container.h"
 #include "tools/series/RecordStream.h"
+#include "tools/series/Summary.h"
 
 namespace {
 
@@ -132,6 +133,30 @@ TEST(TimeRange, ComparesDoublesWithFractionsExactly) {
   EXPECT_EQ(series::leastDoubleFrom({1, INT64_MAX}), std::nextafter(0x1p-63, 1));
   EXPECT_THROW(TimeRange(series::ExactSeconds{1, 1}, series::ExactSeconds{1, 2}),
                std::invalid_argument);
+}
+
+TEST(Summary, CoversTheStreamsAndTimesOfItsScope) {
+  const auto other = recording::streamId(0xF2);
+  std::istringstream stream(recording::atomBlock(
+      {{kId, filledRecords<ZRKMetaData::Point>(9)}, {other, filledRecords<double>(4)}}));
+  const auto parser = ZRKMetaData::MetaDataParser::createForStream(stream, ZRKMetaData::Atoms);
+  const series::NamedTypes types = {{kId, series::recordTypeOf<ZRKMetaData::Point>()},
+                                    {other, series::recordTypeOf<double>()}};
+  const auto counts = [&](const series::SummaryScope& scope) {
+    std::vector<std::pair<std::string, std::uint64_t>> result;
+    for (const auto& each : series::summariseStreams(*parser, "take.voxa", scope).streams) {
+      result.emplace_back(each.key, each.recordCount);
+    }
+    return result;
+  };
+  using Counts = decltype(counts({}));
+  EXPECT_EQ(counts({{}, {}, types}), Counts());
+  EXPECT_EQ(counts({{other, kId}, {}, types}), (Counts{{"F2", 4}, {"F0", 9}}));
+  EXPECT_EQ(counts({{kId}, TimeRange::between(3, 6), types}), (Counts{{"F0", 3}}));
+  const auto summary =
+      series::summariseStreams(*parser, "take.voxa", {{kId}, TimeRange::between(3, 6), types});
+  EXPECT_EQ(summary.streams.front().first, 3);
+  EXPECT_EQ(summary.streams.front().last, 5);
 }
 
 }  // namespace

@@ -37,6 +37,11 @@ std::string embedded(const Json& json) {
   return text;
 }
 
+// A bound that is absent is null, as JSON has no infinite numbers.
+Json rangeJson(const series::TimeRange& range) {
+  return range.isUnbounded() ? Json() : Json{{"from", range.from()}, {"to", range.to()}};
+}
+
 // The rows of a stream: data elements, and the members of its description that name them.
 class RowsText {
  public:
@@ -119,6 +124,8 @@ void writeData(const ReportSource& source, const Write& write) {
   shown.streams.resize(std::min(shown.streams.size(), kMaxStreams));
   Json document = summaryJson(shown);
   document["generator"] = source.generator;
+  document["range"] = rangeJson(source.range);
+  document["otherStreams"] = source.otherStreamCount;
   document["moreStreams"] = source.recording.streams.size() - shown.streams.size();
 
   const std::vector<std::size_t> order = streamsBySize(source.recording);

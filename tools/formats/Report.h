@@ -20,7 +20,11 @@ struct ReportSource {
   /// What `voxa info` says of the recording.
   const series::RecordingSummary& recording;
 
-  /// Adds the records of stream `index` of the recording to the rows, in file order. May be called
+  /// What the page leaves out, so that it can say so: times outside of the range, and streams.
+  series::TimeRange range;
+  std::size_t otherStreamCount = 0;
+
+  /// Adds the records in the range of stream `index` to the rows, in file order. May be called
   /// several times per stream; damage ends the stream without an exception.
   std::function<void(std::size_t index, ReportRows& rows)> addRecords;
 

@@ -46,7 +46,7 @@ void findType(MetaDataParser& parser, const NamedTypes& types, StreamSummary& st
   if (!stream.hasRecords()) stream.candidates = listOf(guess);
 }
 
-void readRecords(MetaDataParser& parser, StreamSummary& stream) {
+void readRecords(MetaDataParser& parser, const TimeRange& range, StreamSummary& stream) {
   double before = -HUGE_VAL;
   const auto count = [&](double seconds, const auto& /*record*/) {
     ++stream.recordCount;
@@ -60,7 +60,7 @@ void readRecords(MetaDataParser& parser, StreamSummary& stream) {
     stream.last = std::max(stream.last.value_or(seconds), seconds);
   };
   try {
-    forEachRecord(parser, stream.id, *stream.type, TimeRange(), count);
+    forEachRecord(parser, stream.id, *stream.type, range, count);
   } catch (const DamagedStream& damage) {
     stream.damage =
         damage.reason() + " at byte " + std::to_string(damage.byteOffset()) + " of the file";
@@ -154,21 +154,22 @@ const char* containerName(ZRKMetaData::ContainerKind kind) {
 }
 
 RecordingSummary summariseStreams(MetaDataParser& parser, const std::string& file,
-                                  const NamedTypes& types) {
+                                  const SummaryScope& scope) {
   RecordingSummary recording;
   recording.file = file;
   recording.container = containerName(parser.containerKind());
   recording.byteCount = byteCountOfSource(parser.stream());
-  recording.streams.reserve(parser.locations().size());
-  for (const auto& [id, location] : parser.locations()) {
+  recording.streams.reserve(scope.streams.size());
+  for (const auto& id : scope.streams) {
+    const ZRKMetaData::MetaDataLocation location = parser.locations().at(id);
     StreamSummary stream;
     stream.id = id;
     stream.key = MetaDataUUID::shortKey(id);
     stream.isKnown = MetaDataUUID::isKnown(id);
     stream.location = location;
     stream.version = ZRKMetaData::readHeaderAt(parser.stream(), location.offset).version;
-    findType(parser, types, stream);
-    if (stream.type) readRecords(parser, stream);
+    findType(parser, scope.types, stream);
+    if (stream.type) readRecords(parser, scope.range, stream);
     warn(stream, recording.byteCount, recording.warnings);
     recording.streams.push_back(std::move(stream));
   }

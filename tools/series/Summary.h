@@ -67,7 +67,7 @@ struct RecordingSummary {
   std::string file;       ///< as the caller names it
   std::string container;  ///< "Riff", "Atoms", "Raw" or "None"
   std::uint64_t byteCount = 0;
-  std::vector<StreamSummary> streams;  ///< in index order
+  std::vector<StreamSummary> streams;  ///< in the order of the scope
   std::vector<TrackSummary> tracks;
   std::vector<std::string> warnings;  ///< sentences for people
 
@@ -89,10 +89,17 @@ using NamedTypes = std::map<boost::uuids::uuid, RecordType>;
 
 const char* containerName(ZRKMetaData::ContainerKind kind);
 
-/// Reads every stream of an indexed recording once, and describes it and what is wrong with it.
-/// `slot` and `tracks` stay empty: they are the host's. Damage is described, not thrown. Messages
+/// What a summary covers.
+struct SummaryScope {
+  std::vector<boost::uuids::uuid> streams;  ///< indexed ones
+  TimeRange range;                          ///< records outside of it are not counted
+  NamedTypes types;
+};
+
+/// Reads each stream of the scope once, and describes it and what is wrong with it. `slot` and
+/// `tracks` stay empty: they are the host's. Damage is described, not thrown. Messages
 /// of the parser go to std::cout. Call it from the thread that uses the parser.
 RecordingSummary summariseStreams(ZRKMetaData::MetaDataParser& parser, const std::string& file,
-                                  const NamedTypes& types);
+                                  const SummaryScope& scope);
 
 }  // namespace series

@@ -55,6 +55,10 @@ class TimeRange {
 
   bool isUnbounded() const { return m_isUnbounded; }
 
+  /// The least double in the range, and the least after it, in seconds; infinite without a bound.
+  double from() const { return m_from; }
+  double to() const { return m_to; }
+
  private:
   bool m_isUnbounded = true;
   bool m_hasEnd = false;  // so that an infinite time is in a range without an end

@@ -69,10 +69,12 @@ void showDiff(const DiffOptions& options);
 
 struct ReportOptions {
   std::string file;
-  std::vector<std::string> types;  ///< "[STREAM=]TYPE"
+  std::vector<std::string> streams;  ///< empty for all
+  std::vector<std::string> types;    ///< "[STREAM=]TYPE"
+  TimeOptions times;
   series::Redaction redaction = series::Redaction::None;
-  std::string out;
-  bool force = false;  ///< replace an existing file
+  Destination out;
+  std::optional<ZRKMetaData::ContainerKind> container;
 };
 
 /// Writes a recording as one page for a browser.

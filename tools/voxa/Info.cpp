@@ -6,6 +6,7 @@
 #include "tools/voxa/Commands.h"
 #include "tools/voxa/NamedTypes.h"
 #include "tools/voxa/Output.h"
+#include "tools/voxa/Recording.h"
 #include "tools/voxa/Sources.h"
 #include "tools/voxa/Summary.h"
 
@@ -93,7 +94,9 @@ void showInfo(const InfoOptions& options) {
   const char* before = isJson ? "{\"files\":[" : "";
   const Status worst = forEachIndexedSource(options.sources, [&](const IndexedSource& source) {
     const RecordingSummary recording =
-        summarise(source.parser, source.file, namedTypes(source.parser, source.file, source.types));
+        summarise(source.parser, source.file,
+                  {streamsNamed(source.parser, source.file, source.streams), series::TimeRange(),
+                   namedTypes(source.parser, source.file, source.types)});
     out.write(before);
     if (isJson) {
       out.write(formats::jsonText(formats::summaryJson(recording)));

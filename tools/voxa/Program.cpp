@@ -259,8 +259,10 @@ class CommandLine {
   void addInfo() {
     CLI::App* const command = add("info", "Show what recordings hold.", "voxa info take1.voxa");
     command->add_option("FILE", m_info.sources.files, "The recordings")->required();
+    addStreamList(command, m_info.sources);
     addTypes(command, m_info.sources.types);
     addFormat(command, m_info, {"table", "json"});
+    addContainer(command, m_info.sources);
     command->callback([this] { showInfo(m_info); });
   }
 
@@ -474,10 +476,16 @@ class CommandLine {
         add("report", "Write a recording as one page for a browser, which works offline.",
             "voxa report take1.voxa -o take1.html");
     command->add_option("FILE", m_report.file, "The recording")->required();
-    command->add_option("-o", m_report.out, "The page")->required();
+    command->add_option("STREAM", m_report.streams,
+                        "Identifiers, or their two-digit keys (default: all)");
+    command->add_option("-o,--out", m_report.out.file, "The page, or - for standard output")
+        ->required()
+        ->type_name("FILE");
     addTypes(command, m_report.types);
-    command->add_flag("--force", m_report.force, "Replace the page if it exists");
+    addTimes(command, m_report.times);
+    command->add_flag("--force", m_report.out.force, "Replace the page if it exists");
     addRedact(command);
+    addContainer(command, m_report);
     command->callback([this] {
       m_report.redaction = redaction();
       writeReport(m_report);

@@ -1,10 +1,10 @@
 #include "tools/formats/Report.h"
 
-#include "tools/files/OutputFile.h"
 #include "tools/series/RecordStream.h"
 #include "tools/voxa/Commands.h"
 #include "tools/voxa/Masks.h"
 #include "tools/voxa/NamedTypes.h"
+#include "tools/voxa/Output.h"
 #include "tools/voxa/QuietModule.h"
 #include "tools/voxa/Recording.h"
 #include "tools/voxa/Summary.h"
@@ -13,21 +13,25 @@
 namespace voxa {
 
 void writeReport(const ReportOptions& options) {
-  const auto parser = openRecording(options.file, std::nullopt);
-  const series::RecordingSummary recording =
-      summarise(*parser, options.file, namedTypes(*parser, options.file, options.types));
+  const series::TimeRange range = timeRangeOf(options.times);
+  const auto parser = openRecording(options.file, options.container);
+  requireOtherFile(options.out.file, options.file);
+  const auto streams = streamsNamed(*parser, options.file, options.streams);
+  const series::RecordingSummary recording = summarise(
+      *parser, options.file, {streams, range, namedTypes(*parser, options.file, options.types)});
   std::vector<ChosenStream> shown;
   for (const series::StreamSummary& stream : recording.streams) {
     if (stream.type) shown.push_back({stream.id, stream.key, *stream.type});
   }
   requireMasks(*parser, options.file, shown, options.redaction);
-  formats::ReportSource source{recording, {}, kVersion};
+  formats::ReportSource source{
+      recording, range, parser->locations().size() - streams.size(), {}, kVersion};
   source.addRecords = [&](std::size_t index, formats::ReportRows& rows) {
     const series::StreamSummary& stream = recording.streams[index];
     const QuietModule quiet;
     try {
       series::forEachRecord(
-          *parser, stream.id, *stream.type, series::TimeRange(),
+          *parser, stream.id, *stream.type, range,
           series::redacting(options.redaction, [&rows](double seconds, const auto& record) {
             rows.add(seconds, record);
           }));
@@ -35,10 +39,9 @@ void writeReport(const ReportOptions& options) {
       // The summary says so.
     }
   };
-  files::OutputFile out(options.out,
-                        options.force ? files::Existing::Replace : files::Existing::Refuse);
+  Output out(options.out);
   formats::writeReport(source, [&out](std::string_view text) { out.write(text); });
-  out.commit();
+  out.finish();
   if (recording.isDamaged()) {
     throw Failure(Status::DamagedData, options.file + ": " + recording.warnings.front() +
                                            "; the page holds what was read");

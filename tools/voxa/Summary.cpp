@@ -67,9 +67,9 @@ void addTracks(RecordingSummary& recording) {
 }  // namespace
 
 RecordingSummary summarise(ZRKMetaData::MetaDataParser& parser, const std::string& file,
-                           const series::NamedTypes& types) {
+                           const series::SummaryScope& scope) {
   const QuietModule quiet;
-  RecordingSummary recording = series::summariseStreams(parser, file, types);
+  RecordingSummary recording = series::summariseStreams(parser, file, scope);
   const SlotFinder slots;
   for (auto& stream : recording.streams) {
     stream.slot = slots.slotOf(names::streamFileName(file, stream.id));

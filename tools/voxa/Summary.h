@@ -10,6 +10,6 @@ namespace voxa {
 /// Adds the host's view, the tracks and each stream's slot, to `series::summariseStreams`. A file
 /// that the module cannot read as media becomes a warning.
 series::RecordingSummary summarise(ZRKMetaData::MetaDataParser& parser, const std::string& file,
-                                   const series::NamedTypes& types);
+                                   const series::SummaryScope& scope);
 
 }  // namespace voxa

@@ -8,9 +8,11 @@ function showFacts(recording) {
     ["Size", byteText(recording.bytes)],
     ["Duration", recording.duration === null ? "—" : durationText(recording.duration)],
     ["Screen", recording.screen ? `${recording.screen.width} × ${recording.screen.height}` : "—"],
-    ["Streams", streams.length.toLocaleString("en-US")],
+    ["Streams", recording.otherStreams > 0 ? `${streams.length} of ${streams.length + recording.moreStreams + recording.otherStreams}`
+                                           : streams.length.toLocaleString("en-US")],
     ["Records", records.toLocaleString("en-US")],
   ];
+  if (recording.range) facts.push(["Times", rangeText(recording.range)]);
   byId("facts").append(...facts.map(([name, value]) =>
       make("div", {}, make("dt", {}, name), make("dd", {id: `fact-${name.toLowerCase()}`}, value))));
   byId("generator").textContent = recording.generator;
@@ -18,6 +20,11 @@ function showFacts(recording) {
   byId("warnings").hidden = false;
   byId("warnings-title").textContent = plural(recording.warnings.length, "warning", "warnings");
   byId("warnings").querySelector("ul").append(...recording.warnings.map((text) => make("li", {}, visible(text))));
+}
+
+function rangeText({from, to}) {
+  if (from === null) return `before ${clockText(to)}`;
+  return to === null ? `from ${clockText(from)}` : `${clockText(from)} to ${clockText(to)}`;
 }
 
 // Fills a table that becomes blocks of labelled values on a narrow screen. `columns` are pairs of a

@@ -19,7 +19,8 @@ async function open() {
   }
   const hasTimes = first <= last;
   if (first === last) last = first + 1;  // a single moment, and the second after it
-  if (first > 0 && first <= last / 2) first = 0;  // a recording starts at 0, whenever its first record is
+  // A recording starts at 0, whenever its first record is.
+  if (first > 0 && first <= last / 2 && recording.range === null) first = 0;
   const clock = new Clock(hasTimes ? first : 0, hasTimes ? last : 0);
   const records = new Records(streams, clock);
   showStreams(recording, streams, (stream) => {

@@ -21,6 +21,11 @@ class Stream {
   // Decodes the columns. To be called once.
   decode() {
     if (!this.columns) return;
+    if (this.rows === 0) {
+      this.fields = [];
+      this.times = new Float64Array(0);
+      return;
+    }
     const [time, ...fields] = this.columns;
     this.rowCount = this.rows;
     this.fileTimes = takeColumn(time, this.rows);
