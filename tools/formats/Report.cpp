@@ -24,6 +24,9 @@ constexpr std::size_t kMaxDataBytes = 58'000'000;
 // hostile file may hold millions.
 constexpr std::size_t kMaxStreams = 256;
 
+// Texts in one element, as report/columns.js knows it.
+constexpr std::size_t kTextsPerElement = 8192;
+
 // JSON inside an HTML element: without "<" it can neither end the element nor begin a comment.
 std::string embedded(const Json& json) {
   std::string text;
@@ -56,7 +59,7 @@ class RowsText {
       columns.push_back(addColumn(column, unit));
     }
     m_members["columns"] = std::move(columns);
-    m_members["texts"] = addElement("application/json", embedded(rows.texts()));
+    m_members["texts"] = addTexts(rows.texts());
     Json images = Json::array();
     for (const std::string& image : rows.images()) images.push_back(text::base64(image));
     m_members["images"] = std::move(images);
@@ -75,6 +78,19 @@ class RowsText {
             {"type", column.type},
             {"order", text.order == ColumnText::kPlain ? Json("plain") : Json(text.order)},
             {"id", addElement("text/plain", text.base64)}};
+  }
+
+  // Several elements, because a page that opens needs few of the texts and reads one element for
+  // each.
+  Json addTexts(const std::vector<std::string>& texts) {
+    Json ids = Json::array();
+    for (std::size_t first = 0; first < texts.size(); first += kTextsPerElement) {
+      Json part = Json::array();
+      const std::size_t end = std::min(texts.size(), first + kTextsPerElement);
+      for (std::size_t index = first; index < end; ++index) part.push_back(texts[index]);
+      ids.push_back(addElement("application/json", embedded(part)));
+    }
+    return ids;
   }
 
   // The type keeps the browser from running the element.

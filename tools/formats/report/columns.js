@@ -87,3 +87,24 @@ function takeColumn(column, count) {
     default: return new BigUint64Array(buffer);
   }
 }
+
+const kTextsPerElement = 8192;
+
+// The texts of a stream, which stand in several elements. An element is read when one of its texts is
+// asked for, and then removed, so that a page with a million texts opens fast.
+class Texts {
+  constructor(ids) {
+    this.ids = ids;
+    this.parts = [];
+  }
+
+  at(index) {
+    const part = Math.floor(index / kTextsPerElement);
+    if (!this.parts[part]) {
+      const element = document.getElementById(this.ids[part]);
+      this.parts[part] = JSON.parse(element.textContent);
+      element.remove();
+    }
+    return this.parts[part][index % kTextsPerElement];
+  }
+}

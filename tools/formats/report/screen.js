@@ -11,19 +11,17 @@ function screenArea(recording, streams) {
   if (recording.screen) return {x: 0, y: 0, ...recording.screen, isStated: true};
   let left = Infinity, top = Infinity, right = -Infinity, bottom = -Infinity;
   const add = (x, y) => {
-    left = Math.min(left, x);
-    right = Math.max(right, x);
-    top = Math.min(top, y);
-    bottom = Math.max(bottom, y);
+    if (x < left) left = x;
+    if (x > right) right = x;
+    if (y < top) top = y;
+    if (y > bottom) bottom = y;
   };
   for (const stream of streams) {
+    if (stream.rowCount === 0 || (stream.type !== "points" && stream.type !== "rects")) continue;
+    const [xs, ys, widths, heights] = stream.fields.map((field) => field.values);
     for (let row = 0; row < stream.rowCount; ++row) {
-      if (stream.type === "points") {
-        add(stream.value(0, row), stream.value(1, row));
-      } else if (stream.type === "rects") {
-        add(stream.value(0, row), stream.value(1, row));
-        add(stream.value(0, row) + stream.value(2, row), stream.value(1, row) + stream.value(3, row));
-      }
+      add(xs[row], ys[row]);
+      if (widths) add(xs[row] + widths[row], ys[row] + heights[row]);
     }
   }
   if (left > right) return null;
@@ -80,12 +78,13 @@ class Screen {
     context.globalAlpha = 0.5;
     for (const stream of this.points) {
       const kept = [];
+      const [xs, ys] = stream.fields.map((field) => field.values);
       let lastX = NaN;
       let lastY = NaN;
       for (let place = 0; place < stream.times.length; ++place) {
         const row = stream.row(place);
-        const x = this.x(stream.value(0, row));
-        const y = this.y(stream.value(1, row));
+        const x = this.x(xs[row]);
+        const y = this.y(ys[row]);
         if (Math.abs(x - lastX) + Math.abs(y - lastY) < 0.5) continue;
         kept.push(place);
         lastX = x;
@@ -187,7 +186,7 @@ class Screen {
 
   drawTexts(time) {
     const place = this.texts ? this.texts.placeAt(time) : -1;
-    setText(byId("screen-text"), place < 0 ? "" : visible(this.texts.texts[this.texts.value(0, this.texts.row(place))]).slice(0, 200));
+    setText(byId("screen-text"), place < 0 ? "" : visible(this.texts.text(this.texts.row(place))).slice(0, 200));
     let typed = "";
     if (this.keys) {
       const last = this.keys.placeAt(time);

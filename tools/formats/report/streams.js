@@ -30,11 +30,7 @@ class Stream {
     this.rowCount = this.rows;
     this.fileTimes = takeColumn(time, this.rows);
     this.fields = fields.map((field) => ({...field, values: takeColumn(field, this.rows)}));
-    if (this.texts) {
-      const element = byId(this.texts);
-      this.texts = JSON.parse(element.textContent);
-      element.remove();
-    }
+    this.texts = new Texts(this.texts);
     this.sortByTime();
   }
 
@@ -70,6 +66,7 @@ class Stream {
   }
 
   value(field, row) { return this.fields[field].values[row]; }
+  text(row) { return this.texts.at(this.value(0, row)); }
   number(field, row) { return Number(this.fields[field].values[row]); }
 
   // The image that row `row` shows: the last one stored under its identifier, or null.
@@ -82,7 +79,7 @@ class Stream {
   cells(row) {
     const cells = [String(this.fileTimes[row])];
     if (this.type === "strings") {
-      cells.push(this.texts[this.value(0, row)]);
+      cells.push(this.text(row));
     } else if (this.type === "keystrokes") {
       cells.push(keyText(this.value(0, row)), String(this.value(0, row)), String(this.value(1, row)));
     } else {
@@ -103,7 +100,7 @@ class Stream {
   // What row `row` says, on one line.
   summary(row) {
     switch (this.type) {
-      case "strings": return visible(this.texts[this.value(0, row)]) || "(empty)";
+      case "strings": return visible(this.text(row)) || "(empty)";
       case "keystrokes": {
         const flags = this.value(1, row);
         return keyText(this.value(0, row)) + (flags ? `  flags ${flags}` : "");
