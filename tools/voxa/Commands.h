@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "ZRKMetaData/src/ZRKMMetaDataParser.h"
+#include "tools/formats/RecordRows.h"
 #include "tools/series/Redact.h"
 #include "tools/voxa/Failure.h"
 #include "tools/voxa/Output.h"
@@ -161,6 +162,7 @@ struct FramesOptions {
   std::vector<std::string> types;    ///< "[STREAM=]TYPE"
   TimeOptions times;                 ///< the rate is required
   series::Redaction redaction = series::Redaction::None;
+  std::optional<double> tolerance;  ///< --simplify
   Format format = Format::Csv;
   Destination out;
   std::optional<ZRKMetaData::ContainerKind> container;
@@ -169,6 +171,28 @@ struct FramesOptions {
 /// Prints one row per video frame: the value that each stream holds at it, as a loaded parameter
 /// does. Memory does not grow with the length of a stream.
 void printFrames(const FramesOptions& options);
+
+enum class ExportFormat { Csv, Ndjson, Json, Xml, Mlt, FfMetadata, Otio };
+
+enum class ChapterSource { Strings, Pauses };
+
+struct ExportOptions {
+  SourceOptions sources;
+  TimeOptions times;
+  ExportFormat format = ExportFormat::Csv;
+  formats::Layout layout = formats::Layout::Long;
+  bool isSpreadsheetSafe = false;
+  std::optional<double> tolerance;        ///< --simplify
+  std::string property;                   ///< of MLT
+  std::string field;                      ///< of MLT; empty for all
+  std::optional<ChapterSource> chapters;  ///< of ffmetadata
+  std::optional<double> gap;              ///< of ffmetadata, seconds
+  Destination out;                        ///< a folder for the wide layout
+};
+
+/// Writes the streams of recordings for other programs. Memory does not grow with the length of a
+/// stream, but with the number of chapters, and of the keys of a stream whose times fall.
+void exportRecordings(const ExportOptions& options);
 
 struct ImagesOptions {
   std::string file;

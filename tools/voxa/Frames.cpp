@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <boost/rational.hpp>
 #include <cstddef>
+#include <cstdint>
 #include <iterator>
 #include <map>
 #include <memory>
@@ -16,7 +17,9 @@
 #include "loader/FrameNumber.h"
 #include "tools/series/RecordStream.h"
 #include "tools/series/RecordTypes.h"
+#include "tools/series/Simplify.h"
 #include "tools/voxa/Commands.h"
+#include "tools/voxa/Damages.h"
 #include "tools/voxa/Failure.h"
 #include "tools/voxa/Masks.h"
 #include "tools/voxa/Messages.h"
@@ -79,6 +82,24 @@ void describeFrame(Row& row, const FrameImage& image) {
   row.field("imageId", image.imageId);
 }
 
+// Whether a frame changes no number by more than `tolerance`, and nothing else.
+template <class Value>
+bool isWithin(const Value& held, const Value& value, double tolerance) {
+  return series::isDroppable(held, value, tolerance);
+}
+bool isWithin(const ZRKMetaData::KeyStroke& held, const ZRKMetaData::KeyStroke& key,
+              double /*tolerance*/) {
+  return held.character == key.character && held.eventFlags == key.eventFlags;
+}
+bool isWithin(const FrameRect& held, const FrameRect& rect, double tolerance) {
+  return std::equal(
+      std::begin(held.coordinates), std::end(held.coordinates), std::begin(rect.coordinates),
+      [tolerance](float left, float right) { return series::isDroppable(left, right, tolerance); });
+}
+bool isWithin(const FrameImage& held, const FrameImage& image, double /*tolerance*/) {
+  return held.imageId == image.imageId;
+}
+
 // One stream, held to frames. Frames are asked for in rising order.
 class HeldStream {
  public:
@@ -97,6 +118,13 @@ class HeldStream {
   /// Writes the value at a frame of the window.
   virtual void write(LineRow& row, int64 frame) = 0;
   virtual void write(JsonRow& row, int64 frame) = 0;
+
+  /// Whether the value at a frame of the window differs from that of the latest kept frame by more
+  /// than `tolerance`, or no frame was kept.
+  virtual bool changes(int64 frame, double tolerance) = 0;
+
+  /// Keeps the value at a frame of the window for `changes`.
+  virtual void keep(int64 frame) = 0;
 
   /// The frame of the latest record, nothing for a stream without records.
   const std::optional<int64>& lastFrame() const { return m_lastFrame; }
@@ -158,6 +186,15 @@ class HeldRecords final : public HeldStream {
     m_next = m_values.begin();
   }
 
+  bool changes(int64 frame, double tolerance) override {
+    const Value* const value = valueAt(frame);
+    return value != nullptr && (!m_kept || !isWithin(*m_kept, *value, tolerance));
+  }
+
+  void keep(int64 frame) override {
+    if (const Value* const value = valueAt(frame)) m_kept = *value;
+  }
+
   void write(LineRow& row, int64 frame) override {
     if (const Value* const value = valueAt(frame)) {
       describeFrame(row, *value);
@@ -210,6 +247,7 @@ class HeldRecords final : public HeldStream {
   std::optional<Value> m_held;      // at the frame before the window
   std::map<int64, Value> m_values;  // of the window, by frame
   typename std::map<int64, Value>::const_iterator m_next;
+  std::optional<Value> m_kept;       // at the latest kept frame
   const Value* m_current = nullptr;  // the last one in the window that is in force
 };
 
@@ -239,6 +277,36 @@ FrameSpan spanOf(const FramesOptions& options, const boost::rational<unsigned in
   span.end = last + 1;
   return span;
 }
+
+// Option --simplify: leaves out frames at which no stream changes.
+class FrameFilter {
+ public:
+  explicit FrameFilter(const std::optional<double>& tolerance) : m_tolerance(tolerance) {}
+
+  bool keeps(int64 frame, const HeldStreams& streams) {
+    if (!m_tolerance) return true;
+    const bool isKept =
+        m_count++ == 0 || std::any_of(streams.begin(), streams.end(), [&](const auto& stream) {
+          return stream->changes(frame, *m_tolerance);
+        });
+    if (!isKept) {
+      ++m_leftOutCount;
+      return false;
+    }
+    for (const auto& stream : streams) stream->keep(frame);
+    return true;
+  }
+
+  void report(const std::string& file) const {
+    if (!m_tolerance) return;
+    say(fmt::format("{}: {} of {} frames left out", file, m_leftOutCount, m_count));
+  }
+
+ private:
+  const std::optional<double> m_tolerance;
+  std::uint64_t m_count = 0;
+  std::uint64_t m_leftOutCount = 0;
+};
 
 // One row in either format.
 class FrameWriter {
@@ -322,22 +390,22 @@ void printFrames(const FramesOptions& options) {
   const FrameSpan span = spanOf(options, rate, streams);
   Output out(options.out);
   FrameWriter writer(out, options.format, rate);
+  FrameFilter filter(options.tolerance);
   writer.begin(streams);
   for (int64 begin = span.begin; begin < span.end;) {
     // Halved, because the difference may not fit.
     const bool isLong = span.end / 2 - begin / 2 > kWindowFrames / 2;
     const int64 end = isLong ? begin + kWindowFrames : span.end;
     for (const auto& stream : streams) stream->read(begin, end);
-    for (; begin < end; ++begin) writer.write(begin, streams);
+    for (; begin < end; ++begin) {
+      if (filter.keeps(begin, streams)) writer.write(begin, streams);
+    }
   }
   writer.end();
-  std::string damage;
-  for (const auto& stream : streams) {
-    if (stream->damage().empty()) continue;
-    if (!damage.empty()) say(damage);
-    damage = stream->damage();
-  }
-  if (!damage.empty()) throw Failure(Status::DamagedData, damage);
+  filter.report(options.file);
+  Damages damages;
+  for (const auto& stream : streams) damages.add(stream->damage());
+  damages.throwIfAny();
 }
 
 }  // namespace voxa

@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <charconv>
+#include <cmath>
 #include <iostream>
 #include <map>
 #include <new>
@@ -33,6 +34,27 @@ const std::map<std::string, ZRKMetaData::ContainerKind>& containers() {
   return names;
 }
 
+const std::map<std::string, ExportFormat>& exportFormats() {
+  static const std::map<std::string, ExportFormat> names = {
+      {"csv", ExportFormat::Csv},   {"ndjson", ExportFormat::Ndjson},
+      {"json", ExportFormat::Json}, {"xml", ExportFormat::Xml},
+      {"mlt", ExportFormat::Mlt},   {"ffmetadata", ExportFormat::FfMetadata},
+      {"otio", ExportFormat::Otio}};
+  return names;
+}
+
+const std::map<std::string, formats::Layout>& layouts() {
+  static const std::map<std::string, formats::Layout> names = {{"long", formats::Layout::Long},
+                                                               {"wide", formats::Layout::Wide}};
+  return names;
+}
+
+const std::map<std::string, ChapterSource>& chapterSources() {
+  static const std::map<std::string, ChapterSource> names = {{"strings", ChapterSource::Strings},
+                                                             {"pauses", ChapterSource::Pauses}};
+  return names;
+}
+
 std::vector<std::string> recordTypeNames() {
   std::vector<std::string> names;
   names.reserve(series::kRecordTypeInfos.size());
@@ -61,6 +83,7 @@ class CommandLine {
     addHeatMap();
     addGuess();
     addFrames();
+    addExport();
     addImages();
     addSample();
     addReport();
@@ -160,6 +183,28 @@ class CommandLine {
     return command;
   }
 
+  /// An option whose values are the names in a map.
+  template <class Choice, class Value>
+  static void addChoice(CLI::App* command, const std::string& option,
+                        const std::map<std::string, Choice>& choices, Value& value,
+                        const std::string& description) {
+    command
+        ->add_option_function<std::string>(
+            option, [&choices, &value](const std::string& name) { value = choices.at(name); },
+            description)
+        ->check(CLI::IsMember(choices));
+  }
+
+  // A flag with an optional value, because an option would take the FILE behind it for its value.
+  void addSimplify(CLI::App* command, std::optional<double>& tolerance,
+                   const std::string& description) {
+    command->add_flag("--simplify", m_simplify, description)
+        ->option_text("[=TOL]")
+        ->each([&tolerance](const std::string& text) {
+          tolerance = text == kNoValue ? 0 : parseNumber("--simplify", text);
+        });
+  }
+
   template <class Options>
   static void addFormat(CLI::App* command, Options& options,
                         const std::vector<std::string>& names) {
@@ -234,6 +279,16 @@ class CommandLine {
   series::Redaction redaction() const {
     if (m_redact == kNoValue) return series::Redaction::All;
     return series::redactionNamed(m_redact).value_or(series::Redaction::None);
+  }
+
+  static double parseNumber(const char* option, const std::string& text) {
+    double number = 0;
+    const char* const end = text.data() + text.size();
+    const auto [rest, error] = std::from_chars(text.data(), end, number);
+    if (error != std::errc() || rest != end || !std::isfinite(number) || number < 0) {
+      throw CLI::ValidationError(option, text + " is not a number of at least 0");
+    }
+    return number;
   }
 
   // CLI11's range check accepts NaN.
@@ -423,6 +478,8 @@ class CommandLine {
                      "Leave out frames from this time on (default: after the last record)")
         ->type_name("TIME");
     addTypes(command, m_frames.types);
+    addSimplify(command, m_frames.tolerance,
+                "Leave out frames that change nothing, or no number by more than TOL");
     command
         ->add_option_function<std::string>(
             "--format", [this](const std::string& name) { m_frames.format = formats().at(name); },
@@ -434,6 +491,47 @@ class CommandLine {
     command->callback([this] {
       m_frames.redaction = redaction();
       printFrames(m_frames);
+    });
+  }
+
+  void addExport() {
+    CLI::App* const command =
+        add("export", "Write streams for spreadsheets, scripts and video editors.",
+            "voxa export take1.voxa take2.mp4 --format ndjson -o takes.ndjson");
+    SourceOptions& sources = m_export.sources;
+    command->add_option("FILE", sources.files, "The recordings")->required();
+    addStreamList(command, sources);
+    addTypes(command, sources.types);
+    addTimes(command, m_export.times);
+    addChoice(command, "--format", exportFormats(), m_export.format,
+              "Output format (default: csv)");
+    addChoice(command, "--layout", layouts(), m_export.layout,
+              "One table for all streams, or a file per stream in the folder OUT (default: long)");
+    command->add_flag("--spreadsheet-safe", m_export.isSpreadsheetSafe,
+                      "Write texts in CSV so that no spreadsheet takes them for formulas");
+    addSimplify(command, m_export.tolerance,
+                "Drop records that change nothing, or no number by more than TOL");
+    command->add_option("--property", m_export.property, "Name of the animated property, for mlt")
+        ->type_name("NAME");
+    command->add_option("--field", m_export.field, "Only this field of the records, for mlt")
+        ->type_name("NAME");
+    addChoice(command, "--chapters", chapterSources(), m_export.chapters,
+              "A chapter per text, or between pauses, for ffmetadata (default: strings)");
+    command
+        ->add_option_function<std::string>(
+            "--gap",
+            [this](const std::string& text) {
+              m_export.gap = parseNumber("--gap", text);
+              if (*m_export.gap == 0) throw CLI::ValidationError("--gap", "must be above 0");
+            },
+            "Seconds without a record that are a pause (default: 5)")
+        ->type_name("S");
+    addDestination(command, m_export.out);
+    addContainer(command, sources);
+    addRedact(command);
+    command->callback([this] {
+      m_export.sources.redaction = redaction();
+      exportRecordings(m_export);
     });
   }
 
@@ -526,6 +624,8 @@ class CommandLine {
   std::string m_guessFile;
   std::vector<std::string> m_guessRest;  // streams or files
   FramesOptions m_frames;
+  ExportOptions m_export;
+  std::string m_simplify;  // the value of --simplify, which its option reads
   ImagesOptions m_images;
   SampleOptions m_sample;
   InfoOptions m_info;

@@ -2,6 +2,7 @@
 
 #include <set>
 
+#include "tools/voxa/Masks.h"
 #include "tools/voxa/Messages.h"
 #include "tools/voxa/Recording.h"
 
@@ -100,8 +101,9 @@ Status forEachIndexedSource(const SourceOptions& options, const Visit& visit) {
 
 Status forEachSource(const SourceOptions& options,
                      const std::function<void(const Source&)>& visit) {
-  return forEachIndexedSource(options, [&visit](const IndexedSource& source) {
+  return forEachIndexedSource(options, [&](const IndexedSource& source) {
     const auto streams = chooseStreams(source.parser, source.file, source.streams, source.types);
+    requireMasks(source.parser, source.file, streams, options.redaction);
     visit({source.file, source.parser, streams});
   });
 }

@@ -7,17 +7,19 @@
 #include <vector>
 
 #include "ZRKMetaData/src/ZRKMMetaDataParser.h"
+#include "tools/series/Redact.h"
 #include "tools/voxa/Failure.h"
 #include "tools/voxa/StreamChoice.h"
 
 namespace voxa {
 
-/// FILE…, --streams, --as and --container.
+/// FILE…, --streams, --as, --container and --redact.
 struct SourceOptions {
   std::vector<std::string> files;    ///< UTF-8
   std::vector<std::string> streams;  ///< as in `findStream`; empty or "all" for all
   std::vector<std::string> types;    ///< "[STREAM=]TYPE"
   std::optional<ZRKMetaData::ContainerKind> container;
+  series::Redaction redaction = series::Redaction::None;  ///< see `requireMasks`
 };
 
 /// An indexed recording, and what the options mean in it. Valid during the call of a visitor.
@@ -45,7 +47,7 @@ Status forEachIndexedSource(const SourceOptions& options,
                             const std::function<void(const IndexedSource&)>& visit);
 
 /// The same for a command that reads records: the type of each stream is chosen as in
-/// `chooseStreams`, whose failures are those of the visit.
+/// `chooseStreams`, and `requireMasks` is called, whose failures are those of the visit.
 Status forEachSource(const SourceOptions& options, const std::function<void(const Source&)>& visit);
 
 /// Ends a command whose messages were said: throws Failure unless the status is Done.

@@ -78,4 +78,13 @@ RecordingSummary summarise(ZRKMetaData::MetaDataParser& parser, const std::strin
   return recording;
 }
 
+double mediaSeconds(const ZRKMetaData::MetaDataParser& parser, const std::string& file) {
+  if (parser.containerKind() != ZRKMetaData::Atoms) return 0;
+  const QuietModule quiet;
+  RecordingSummary recording;
+  recording.file = file;
+  addTracks(recording);
+  return recording.duration().value_or(0);
+}
+
 }  // namespace voxa

@@ -1,6 +1,6 @@
 # fish completion for voxa
 
-set -l commands info privacy diff report plot heatmap guess frames images streams records load stats slots sample
+set -l commands info privacy diff report plot heatmap guess frames export images streams records load stats slots sample
 set -l types ints doubles int64s strings keystrokes points rects cursor-images
 set -l rates 24 25 30 50 60 24000/1001 30000/1001 60000/1001
 
@@ -20,6 +20,7 @@ complete -c voxa -n __fish_use_subcommand -a plot -d 'Draw streams over time and
 complete -c voxa -n __fish_use_subcommand -a heatmap -d 'Draw how long the cursor was in each part of the screen'
 complete -c voxa -n __fish_use_subcommand -a guess -d 'Guess the record type of each stream, with reasons'
 complete -c voxa -n __fish_use_subcommand -a frames -d 'Print the value of each stream at each video frame'
+complete -c voxa -n __fish_use_subcommand -a export -d 'Write streams for spreadsheets, scripts and video editors'
 complete -c voxa -n __fish_use_subcommand -a images -d 'Write the cursor images of a stream to files'
 complete -c voxa -n __fish_use_subcommand -a sample -d 'Write a synthetic recording'
 complete -c voxa -n __fish_use_subcommand -a help -d 'Show the help of a command'
@@ -29,18 +30,26 @@ complete -c voxa -n "__fish_seen_subcommand_from $commands" -l help -d 'Show the
 complete -c voxa -n '__fish_seen_subcommand_from info privacy diff streams stats slots guess' -l format -x -a 'table json' -d 'Output format'
 complete -c voxa -n '__fish_seen_subcommand_from records' -l format -x -a 'table csv json' -d 'Output format'
 complete -c voxa -n '__fish_seen_subcommand_from load' -l format -x -a 'table csv json host-xml host-json' -d 'Output format'
-complete -c voxa -n '__fish_seen_subcommand_from info report streams records guess privacy frames images plot heatmap' -l container -x -a 'Riff Atoms Raw' -d 'Read the file as this container'
-complete -c voxa -n '__fish_seen_subcommand_from info privacy diff report records frames plot heatmap' -l as -x -a "$types" -d 'Record type'
+complete -c voxa -n '__fish_seen_subcommand_from info report streams records guess privacy frames export images plot heatmap' -l container -x -a 'Riff Atoms Raw' -d 'Read the file as this container'
+complete -c voxa -n '__fish_seen_subcommand_from info privacy diff report records frames export plot heatmap' -l as -x -a "$types" -d 'Record type'
 complete -c voxa -n '__fish_seen_subcommand_from load' -l as -x -a "$types rect-collections opacity" -d 'Type of the values'
-complete -c voxa -n '__fish_seen_subcommand_from report records load frames plot heatmap' -l rate -x -a "$rates" -d 'Frames per second'
-complete -c voxa -n '__fish_seen_subcommand_from info guess privacy' -l streams -x -a all -d 'Streams of several files'
+complete -c voxa -n '__fish_seen_subcommand_from report records load frames export plot heatmap' -l rate -x -a "$rates" -d 'Frames per second'
+complete -c voxa -n '__fish_seen_subcommand_from info guess privacy export' -l streams -x -a all -d 'Streams of several files'
 complete -c voxa -n '__fish_seen_subcommand_from frames' -l format -x -a 'csv json' -d 'Output format'
-complete -c voxa -n '__fish_seen_subcommand_from report records load frames plot heatmap' -l from -x -d 'Leave out times before'
-complete -c voxa -n '__fish_seen_subcommand_from report records load frames plot heatmap' -l to -x -d 'Leave out times from'
-complete -c voxa -n '__fish_seen_subcommand_from report records load frames plot heatmap' -s o -l out -r -F -d 'Write to this file'
+complete -c voxa -n '__fish_seen_subcommand_from report records load frames export plot heatmap' -l from -x -d 'Leave out times before'
+complete -c voxa -n '__fish_seen_subcommand_from report records load frames export plot heatmap' -l to -x -d 'Leave out times from'
+complete -c voxa -n '__fish_seen_subcommand_from report records load frames export plot heatmap' -s o -l out -r -F -d 'Write to this file'
+complete -c voxa -n '__fish_seen_subcommand_from export' -l format -x -a 'csv ndjson json xml mlt ffmetadata otio' -d 'Output format'
+complete -c voxa -n '__fish_seen_subcommand_from export' -l layout -x -a 'long wide' -d 'One table, or a file per stream'
+complete -c voxa -n '__fish_seen_subcommand_from export' -l spreadsheet-safe -d 'No text is taken for a formula'
+complete -c voxa -n '__fish_seen_subcommand_from frames export' -l simplify -d 'Drop what changes nothing'
+complete -c voxa -n '__fish_seen_subcommand_from export' -l property -x -d 'Name of the MLT property'
+complete -c voxa -n '__fish_seen_subcommand_from export' -l field -x -d 'Field of the records'
+complete -c voxa -n '__fish_seen_subcommand_from export' -l chapters -x -a 'strings pauses' -d 'A chapter per text, or between pauses'
+complete -c voxa -n '__fish_seen_subcommand_from export' -l gap -x -d 'Seconds that are a pause'
 complete -c voxa -n '__fish_seen_subcommand_from images' -s o -l out -x -a '(__fish_complete_directories)' -d 'Folder'
-complete -c voxa -n '__fish_seen_subcommand_from records load frames images report plot heatmap sample' -l force -d 'Replace existing files'
-complete -c voxa -n '__fish_seen_subcommand_from records load frames plot report diff' -l redact -f -a 'letters digits all' -d 'Mask typed text'
+complete -c voxa -n '__fish_seen_subcommand_from records load frames export images report plot heatmap sample' -l force -d 'Replace existing files'
+complete -c voxa -n '__fish_seen_subcommand_from records load frames export plot report diff' -l redact -f -a 'letters digits all' -d 'Mask typed text'
 complete -c voxa -n '__fish_seen_subcommand_from diff' -l align -d 'Compare at the best time offset'
 complete -c voxa -n '__fish_seen_subcommand_from diff' -l tolerance -x -d 'Seconds by which times may differ'
 complete -c voxa -n '__fish_seen_subcommand_from load' -l at -x -d 'Frame, or seconds with an s'

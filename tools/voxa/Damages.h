@@ -1,0 +1,30 @@
+// The damage of several streams of one recording.
+#pragma once
+
+#include <string>
+
+#include "tools/voxa/Failure.h"
+#include "tools/voxa/Messages.h"
+
+namespace voxa {
+
+/// Says the damage of each stream but the last, which becomes the failure.
+class Damages {
+ public:
+  /// An empty text is no damage.
+  void add(const std::string& damage) {
+    if (damage.empty()) return;
+    if (!m_last.empty()) say(m_last);
+    m_last = damage;
+  }
+
+  /// Throws Failure (DamagedData) when there is any. Call it when the result is complete.
+  void throwIfAny() const {
+    if (!m_last.empty()) throw Failure(Status::DamagedData, m_last);
+  }
+
+ private:
+  std::string m_last;
+};
+
+}  // namespace voxa

@@ -1,0 +1,12 @@
+// The folder that a command writes several files to.
+#pragma once
+
+#include <string>
+
+namespace voxa {
+
+/// Creates the folder with this UTF-8 name, or checks that the one that exists is empty; with
+/// `force` it may have files. Throws Failure with the name and what to do.
+void prepareFolder(const std::string& folder, bool force);
+
+}  // namespace voxa
