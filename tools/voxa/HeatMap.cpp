@@ -1,7 +1,5 @@
 #include "tools/formats/HeatMap.h"
 
-#include <algorithm>
-
 #include "ZRKMetaData/src/MetaDataUUID.h"
 #include "tools/series/RecordStream.h"
 #include "tools/voxa/Commands.h"
@@ -28,34 +26,14 @@ Draw writerFor(const std::string& out) {
   throw Failure(Status::WrongUse, out + ": unknown extension; use .png or .svg");
 }
 
-// The stream asked for, or the only one of positions.
-ChosenStream choosePoints(ZRKMetaData::MetaDataParser& parser, const HeatMapOptions& options) {
-  std::vector<std::string> names;
-  if (!options.stream.empty()) names.push_back(options.stream);
-  std::vector<ChosenStream> streams = chooseStreams(parser, options.file, names, options.types);
-  const auto isOther = [](const ChosenStream& stream) {
-    return stream.type != series::recordTypeOf<Point>();
-  };
-  streams.erase(std::remove_if(streams.begin(), streams.end(), isOther), streams.end());
-  if (streams.size() == 1) return streams.front();
-  if (streams.empty()) {
-    throw Failure(Status::WrongUse, options.file + ": " +
-                                        (options.stream.empty() ? "no stream" : options.stream) +
-                                        " holds no points; name a stream and use --as points");
-  }
-  std::string keys;
-  for (const ChosenStream& stream : streams) keys += " " + stream.name;
-  throw Failure(Status::WrongUse,
-                options.file + ": several streams hold points; name one of" + keys);
-}
-
 }  // namespace
 
 void drawHeatMap(const HeatMapOptions& options) {
   const Draw draw = writerFor(options.out);
   const series::TimeRange range = timeRangeOf(options.times);
   const auto parser = openRecording(options.file, options.container);
-  const ChosenStream stream = choosePoints(*parser, options);
+  const ChosenStream stream = chooseOfType(*parser, options.file, options.stream, options.types,
+                                           series::recordTypeOf<Point>());
   const auto screen = screenSizeOf(options.file, options.screen);
   std::string damage;
   const auto forEachPoint = [&](auto visitor) {

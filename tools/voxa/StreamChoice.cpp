@@ -88,6 +88,35 @@ ChosenStream chooseStream(MetaDataParser& parser, const std::string& file, const
   return chooseStreams(parser, file, {name}, types).front();
 }
 
+std::optional<ChosenStream> onlyOfType(const std::string& file,
+                                       const std::vector<ChosenStream>& streams,
+                                       series::RecordType type) {
+  std::optional<ChosenStream> found;
+  std::string keys;
+  for (const ChosenStream& stream : streams) {
+    if (stream.type != type) continue;
+    keys += " " + stream.name;
+    found = stream;
+  }
+  if (found && keys != " " + found->name) {
+    throw Failure(Status::WrongUse, fmt::format("{}: several streams hold {}; name one of{}", file,
+                                                series::infoOf(type).name, keys));
+  }
+  return found;
+}
+
+ChosenStream chooseOfType(MetaDataParser& parser, const std::string& file, const std::string& name,
+                          const std::vector<std::string>& types, series::RecordType type) {
+  std::vector<std::string> names;
+  if (!name.empty()) names.push_back(name);
+  auto found = onlyOfType(file, chooseStreams(parser, file, names, types), type);
+  if (found) return *found;
+  const char* const typeName = series::infoOf(type).name;
+  throw Failure(Status::WrongUse,
+                fmt::format("{}: {} holds no {}; name a stream and use --as {}", file,
+                            name.empty() ? "no stream" : name, typeName, typeName));
+}
+
 series::TimeRange timeRangeOf(const TimeOptions& options) {
   std::optional<series::FrameRate> rate;
   if (!options.rate.empty()) rate = parseRate(options.rate);

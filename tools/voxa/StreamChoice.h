@@ -2,6 +2,7 @@
 #pragma once
 
 #include <boost/uuid/uuid.hpp>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -32,6 +33,19 @@ std::vector<ChosenStream> chooseStreams(ZRKMetaData::MetaDataParser& parser,
 /// type where that is empty. Throws Failure as `chooseStreams` does.
 ChosenStream chooseStream(ZRKMetaData::MetaDataParser& parser, const std::string& file,
                           const std::string& name, const std::string& type);
+
+/// The only one of `streams` with this type; nothing where there is none. Throws Failure (WrongUse)
+/// when there are several, and names them.
+std::optional<ChosenStream> onlyOfType(const std::string& file,
+                                       const std::vector<ChosenStream>& streams,
+                                       series::RecordType type);
+
+/// The stream `name`, or where that is empty the only stream with this type. `types` are as in
+/// `chooseStreams`. Throws Failure as `chooseStreams` and `onlyOfType` do; WrongUse where no stream
+/// has the type.
+ChosenStream chooseOfType(ZRKMetaData::MetaDataParser& parser, const std::string& file,
+                          const std::string& name, const std::vector<std::string>& types,
+                          series::RecordType type);
 
 /// Options --from, --to and --rate, each empty where it was not given.
 struct TimeOptions {
