@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "ZRKMetaData/src/ZRKMMetaDataParser.h"
+#include "tools/formats/Captions.h"
 #include "tools/formats/RecordRows.h"
 #include "tools/series/Redact.h"
 #include "tools/voxa/Failure.h"
@@ -205,6 +206,46 @@ struct ImagesOptions {
 /// Writes every distinct cursor image of a stream to a file of its own, and images.csv with the
 /// times at which each is shown.
 void extractImages(const ImagesOptions& options);
+
+/// How keystrokes become text.
+struct KeyTextOptions {
+  double gap = 0.7;   ///< seconds
+  double hold = 1.5;  ///< seconds
+  bool onlyShortcuts = false;
+  bool appliesBackspace = false;
+  std::string labels;  ///< a JSON file, empty for none
+};
+
+struct CaptionsOptions {
+  std::string file;
+  std::string stream;              ///< empty for the only one of keystrokes
+  std::vector<std::string> types;  ///< "[STREAM=]TYPE"
+  TimeOptions times;
+  KeyTextOptions keys;
+  formats::CaptionFormat format = formats::CaptionFormat::Vtt;
+  Destination out;
+  std::optional<ZRKMetaData::ContainerKind> container;
+};
+
+/// Writes keystrokes as captions. Memory does not grow with the length of a stream.
+void writeCaptions(const CaptionsOptions& options);
+
+struct OverlayOptions {
+  std::string file;
+  std::string cursor;              ///< empty for the only stream of points, "none" for no cursor
+  std::string keysStream;          ///< empty for the only stream of keystrokes, "none" for no keys
+  std::string clicks;              ///< the stream of pressed buttons, empty or "none" for no clicks
+  std::vector<std::string> types;  ///< "[STREAM=]TYPE"
+  TimeOptions times;
+  KeyTextOptions keys;
+  std::string video;   ///< the media file whose size is used
+  std::string screen;  ///< "WxH"; with neither, that of the recording's screen track
+  Destination out;
+  std::optional<ZRKMetaData::ContainerKind> container;
+};
+
+/// Writes a script of Advanced SubStation Alpha that draws the cursor and the keys on a video.
+void writeOverlay(const OverlayOptions& options);
 
 struct SampleOptions {
   std::string out;

@@ -1,8 +1,10 @@
 #include "tools/voxa/Picture.h"
 
+#include <algorithm>
 #include <charconv>
 
 #include "host/Kestova/KestovaException.h"
+#include "loader/FrameNumber.h"
 #include "stats/VOXAStatsLoader.h"
 #include "tools/voxa/Failure.h"
 #include "tools/voxa/Output.h"
@@ -35,20 +37,29 @@ std::optional<formats::ScreenSize> screenSizeOf(const std::string& file,
     }
     throw Failure(Status::WrongUse, "--screen: '" + option + "' is no size; use WxH: 1920x1080");
   }
+  return pictureOf(file).screen;
+}
+
+MediaPicture pictureOf(const std::string& file) {
   MediaFileStats stats;
   try {
     const QuietModule quiet;
     VOXAStatsLoader().loadStats(file, &stats);
   } catch (const Kestova::KestovaException&) {  // no media that states a size
-    return std::nullopt;
+    return {};
   }
+  MediaPicture picture;
   for (const auto& track : stats.trackStats()) {
-    const auto& rect = track.rect;
-    if (track.tag == MediaFileStats::ScreenTrack && rect.width > 0 && rect.height > 0) {
-      return formats::ScreenSize{rect.width, rect.height};
+    if (track.rate.numerator() != 0) {
+      picture.seconds = std::max(picture.seconds, static_cast<double>(track.range.length) /
+                                                      loader::framesPerSecond(track.rate));
     }
+    if (track.rect.width <= 0 || track.rect.height <= 0) continue;
+    const formats::ScreenSize size{track.rect.width, track.rect.height};
+    if (!picture.first) picture.first = size;
+    if (track.tag == MediaFileStats::ScreenTrack && !picture.screen) picture.screen = size;
   }
-  return std::nullopt;
+  return picture;
 }
 
 std::string titleOf(const std::string& file) {

@@ -13,6 +13,14 @@ namespace voxa {
 /// track; absent where there is none. Throws Failure (WrongUse) for any other text.
 std::optional<formats::ScreenSize> screenSizeOf(const std::string& file, const std::string& option);
 
+/// What the tracks of a media file state. Nothing is known of a file that the module cannot read.
+struct MediaPicture {
+  std::optional<formats::ScreenSize> screen;  ///< of the first screen track
+  std::optional<formats::ScreenSize> first;   ///< of the first track with a picture
+  double seconds = 0;                         ///< of the longest track
+};
+MediaPicture pictureOf(const std::string& file);
+
 /// The last element of a file name, to stand as a title.
 std::string titleOf(const std::string& file);
 

@@ -28,6 +28,14 @@ const std::map<std::string, Format>& formats() {
   return names;
 }
 
+const std::map<std::string, formats::CaptionFormat>& captionFormats() {
+  static const std::map<std::string, formats::CaptionFormat> names = {
+      {"vtt", formats::CaptionFormat::Vtt},
+      {"srt", formats::CaptionFormat::Srt},
+      {"ass", formats::CaptionFormat::Ass}};
+  return names;
+}
+
 const std::map<std::string, ZRKMetaData::ContainerKind>& containers() {
   static const std::map<std::string, ZRKMetaData::ContainerKind> names = {
       {"Riff", ZRKMetaData::Riff}, {"Atoms", ZRKMetaData::Atoms}, {"Raw", ZRKMetaData::Raw}};
@@ -84,6 +92,8 @@ class CommandLine {
     addGuess();
     addFrames();
     addExport();
+    addCaptions();
+    addOverlay();
     addImages();
     addSample();
     addReport();
@@ -535,6 +545,87 @@ class CommandLine {
     });
   }
 
+  static void addKeyText(CLI::App* command, KeyTextOptions& keys) {
+    const CLI::Validator isLength(checkLength, "SECONDS");
+    command->add_option("--gap", keys.gap, "Longest pause between keys of one cue (default 0.7)")
+        ->check(isLength);
+    command
+        ->add_option("--hold", keys.hold,
+                     "How long a cue stays after its last key, unless the next one begins "
+                     "(default 1.5)")
+        ->check(isLength);
+    command
+        ->add_option("--labels", keys.labels,
+                     "JSON file with texts of character codes and flag bits")
+        ->type_name("FILE");
+    command->add_flag("--shortcuts-only", keys.onlyShortcuts,
+                      "Leave out keys without a flag that is shown");
+    command->add_flag("--apply-backspace", keys.appliesBackspace,
+                      "Let Backspace remove the character before it from the cue");
+  }
+
+  void addCaptions() {
+    CLI::App* const command = add("captions", "Write keystrokes as captions.",
+                                  "voxa captions take1.voxa F3 --format srt -o take1.srt");
+    command->add_option("FILE", m_captions.file, "The recording")->required();
+    command->add_option("STREAM", m_captions.stream,
+                        "Identifier, or its two-digit key (default: the only one of keystrokes)");
+    command
+        ->add_option_function<std::string>(
+            "--format",
+            [this](const std::string& name) { m_captions.format = captionFormats().at(name); },
+            "Output format (default: vtt)")
+        ->check(CLI::IsMember({"vtt", "srt", "ass"}));
+    addKeyText(command, m_captions.keys);
+    addTypes(command, m_captions.types);
+    addTimes(command, m_captions.times);
+    addDestination(command, m_captions.out);
+    addContainer(command, m_captions);
+    command->callback([this] { writeCaptions(m_captions); });
+  }
+
+  void addOverlay() {
+    CLI::App* const command = add(
+        "overlay", "Write the cursor and the keys as an ASS script that ffmpeg draws on a video.",
+        "voxa overlay take1.mp4 --clicks F6 --rate 30 -o take1.ass");
+    command->add_option("FILE", m_overlay.file, "The recording")->required();
+    command
+        ->add_option("--cursor", m_overlay.cursor,
+                     "Stream of positions, or none (default: the only one of points)")
+        ->type_name("STREAM");
+    command
+        ->add_option("--keys", m_overlay.keysStream,
+                     "Stream of keystrokes, or none (default: the only one of keystrokes)")
+        ->type_name("STREAM");
+    command
+        ->add_option("--clicks", m_overlay.clicks,
+                     "Stream of pressed buttons: a ring while one is down (default: none)")
+        ->type_name("STREAM");
+    CLI::Option* const video =
+        command->add_option("--video", m_overlay.video, "Media file that states the size")
+            ->type_name("MEDIA");
+    command
+        ->add_option("--screen", m_overlay.screen,
+                     "Size of the screen in pixels (default: that of the screen track)")
+        ->type_name("WxH")
+        ->excludes(video);
+    addKeyText(command, m_overlay.keys);
+    addTypes(command, m_overlay.types);
+    command->add_option("--from", m_overlay.times.from, "Leave out records before this time")
+        ->type_name("TIME");
+    command->add_option("--to", m_overlay.times.to, "Leave out records from this time on")
+        ->type_name("TIME");
+    command->add_option("--rate", m_overlay.times.rate,
+                        "Frames per second of the video, N or N/D: show each record on the frame "
+                        "that a loaded parameter has it on");
+    command->add_option("-o,--out", m_overlay.out.file, "The script, or - for standard output")
+        ->required()
+        ->type_name("FILE");
+    command->add_flag("--force", m_overlay.out.force, "Replace the script if it exists");
+    addContainer(command, m_overlay);
+    command->callback([this] { writeOverlay(m_overlay); });
+  }
+
   void addImages() {
     CLI::App* const command =
         add("images", "Write the cursor images of a stream to files, and when each is shown.",
@@ -626,6 +717,8 @@ class CommandLine {
   FramesOptions m_frames;
   ExportOptions m_export;
   std::string m_simplify;  // the value of --simplify, which its option reads
+  CaptionsOptions m_captions;
+  OverlayOptions m_overlay;
   ImagesOptions m_images;
   SampleOptions m_sample;
   InfoOptions m_info;
