@@ -1,5 +1,9 @@
 #include "tools/formats/Captions.h"
 
+#include <filesystem>
+#include <string>
+#include <utility>
+
 #include "tools/series/RecordStream.h"
 #include "tools/voxa/Commands.h"
 #include "tools/voxa/KeyCaptions.h"
@@ -8,20 +12,31 @@
 
 namespace voxa {
 
+using formats::CaptionFormat;
 using ZRKMetaData::KeyStroke;
+
+namespace {
+
+CaptionFormat formatOf(const CaptionsOptions& options) {
+  if (options.format) return *options.format;
+  const auto extension = std::filesystem::u8path(options.out.file).extension();
+  if (extension == ".srt") return CaptionFormat::Srt;
+  return extension == ".ass" ? CaptionFormat::Ass : CaptionFormat::Vtt;
+}
+
+}  // namespace
 
 void writeCaptions(const CaptionsOptions& options) {
   const series::TimeRange range = timeRangeOf(options.times);
+  const CaptionFormat format = formatOf(options);
   formats::KeyCueOptions cueOptions = keyCueOptions(options.keys);
   const auto parser = openRecording(options.file, options.container);
   requireOtherFile(options.out.file, options.file);
   const ChosenStream stream = chooseOfType(*parser, options.file, options.stream, options.types,
                                            series::recordTypeOf<KeyStroke>());
   Output out(options.out);
-  formats::CaptionWriter captions(options.format,
-                                  [&out](std::string_view text) { out.write(text); });
-  formats::KeyCues cues(std::move(cueOptions),
-                        formats::CueClock(formats::ticksPerSecond(options.format)),
+  formats::CaptionWriter captions(format, [&out](std::string_view text) { out.write(text); });
+  formats::KeyCues cues(std::move(cueOptions), formats::CueClock(formats::ticksPerSecond(format)),
                         [&captions](const formats::Cue& cue) { captions.add(cue); });
   std::string damage;
   try {

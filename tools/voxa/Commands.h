@@ -222,7 +222,7 @@ struct CaptionsOptions {
   std::vector<std::string> types;  ///< "[STREAM=]TYPE"
   TimeOptions times;
   KeyTextOptions keys;
-  formats::CaptionFormat format = formats::CaptionFormat::Vtt;
+  std::optional<formats::CaptionFormat> format;  ///< absent: as the extension of `out` says
   Destination out;
   std::optional<ZRKMetaData::ContainerKind> container;
 };

@@ -566,7 +566,7 @@ class CommandLine {
 
   void addCaptions() {
     CLI::App* const command = add("captions", "Write keystrokes as captions.",
-                                  "voxa captions take1.voxa F3 --format srt -o take1.srt");
+                                  "voxa captions take1.voxa F3 -o take1.srt");
     command->add_option("FILE", m_captions.file, "The recording")->required();
     command->add_option("STREAM", m_captions.stream,
                         "Identifier, or its two-digit key (default: the only one of keystrokes)");
@@ -574,7 +574,7 @@ class CommandLine {
         ->add_option_function<std::string>(
             "--format",
             [this](const std::string& name) { m_captions.format = captionFormats().at(name); },
-            "Output format (default: vtt)")
+            "Output format (default: by the extension of the file, or vtt)")
         ->check(CLI::IsMember({"vtt", "srt", "ass"}));
     addKeyText(command, m_captions.keys);
     addTypes(command, m_captions.types);
