@@ -4,14 +4,27 @@
 
 #include <algorithm>
 
+#include "text/NumberText.h"
+
 namespace formats {
 
 namespace {
 
-std::string clock(std::int64_t ticks) {
+void appendTwoDigits(std::string& out, std::int64_t number) {
+  out += static_cast<char>('0' + number / 10);
+  out += static_cast<char>('0' + number % 10);
+}
+
+void appendClock(std::string& out, std::int64_t ticks) {
   const std::int64_t seconds = ticks / kAssTicksPerSecond;
-  return fmt::format("{}:{:02}:{:02}.{:02}", seconds / 3600, seconds / 60 % 60, seconds % 60,
-                     ticks % kAssTicksPerSecond);
+  out += std::string_view(text::NumberText(seconds / 3600));
+  out += ':';
+  appendTwoDigits(out, seconds / 60 % 60);
+  out += ':';
+  appendTwoDigits(out, seconds % 60);
+  out += '.';
+  appendTwoDigits(out, ticks % kAssTicksPerSecond);
+  out += ',';
 }
 
 }  // namespace
@@ -47,9 +60,21 @@ std::string assHeader(const ScreenSize& screen) {
       fmt::arg("margin", fontSize));
 }
 
+// Without fmt, which would take most of the time of an overlay.
 std::string assDialogue(const AssLine& line) {
-  return fmt::format("Dialogue: {},{},{},{},,0,0,0,,{}\n", line.layer, clock(line.start),
-                     clock(line.end), line.style, line.text);
+  constexpr std::size_t kMaxFixedBytes = 100;
+  std::string out;
+  out.reserve(line.text.size() + kMaxFixedBytes);
+  out += "Dialogue: ";
+  out += std::string_view(text::NumberText(line.layer));
+  out += ',';
+  appendClock(out, line.start);
+  appendClock(out, line.end);
+  out += line.style;
+  out += ",,0,0,0,,";
+  out += line.text;
+  out += '\n';
+  return out;
 }
 
 }  // namespace formats

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <utility>
 
+#include "text/NumberText.h"
 #include "tools/formats/AssScript.h"
 
 namespace formats {
@@ -30,6 +31,13 @@ std::string circle(int outer, int radius, bool isHole) {
       "m {0} {1} b {0} {2} {3} {4} {1} {4} {5} {4} {6} {2} {6} {1} {6} {7} {5} {8} "
       "{1} {8} {3} {8} {0} {7} {0} {1}",
       left, outer, outer - bend, outer + toLeft, low, outer - toLeft, right, outer + bend, high);
+}
+
+// The middle of the pixel: 3.5 for 3, -2.5 for -3.
+void appendMiddle(std::string& out, int pixel) {
+  if (pixel < 0) out += '-';
+  out += std::string_view(text::NumberText(pixel < 0 ? -(pixel + 1) : pixel));
+  out += ".5";
 }
 
 std::string ring(int outer) {
@@ -105,10 +113,13 @@ bool CursorMarks::isOnScreen() const {
 }
 
 void CursorMarks::line(std::int64_t start, std::int64_t end, bool isDown) {
-  // The middle of the pixel.
-  const std::string text = fmt::format("{{\\pos({:.1f},{:.1f})\\p4}}{}", m_position->x + 0.5,
-                                       m_position->y + 0.5, isDown ? m_ring : m_dot);
-  m_write(assDialogue(AssLine{1, start, end, isDown ? "Click" : "Cursor", text}));
+  m_text = "{\\pos(";
+  appendMiddle(m_text, m_position->x);
+  m_text += ',';
+  appendMiddle(m_text, m_position->y);
+  m_text += ")\\p4}";
+  m_text += isDown ? m_ring : m_dot;
+  m_write(assDialogue(AssLine{1, start, end, isDown ? "Click" : "Cursor", m_text}));
 }
 
 }  // namespace formats

@@ -53,6 +53,7 @@ class CursorMarks {
   const int m_radius;  // of the ring, in pixels
   const std::string m_dot;
   const std::string m_ring;
+  std::string m_text;  // of a line, here to keep its memory
 
   std::deque<std::int64_t> m_changes;  // ticks at which a button goes down and up, in turn
   std::size_t m_nextChange = 0;
