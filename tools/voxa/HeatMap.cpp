@@ -32,6 +32,7 @@ void drawHeatMap(const HeatMapOptions& options) {
   const Draw draw = writerFor(options.out);
   const series::TimeRange range = timeRangeOf(options.times);
   const auto parser = openRecording(options.file, options.container);
+  requireOtherFile(options.out, options.file);
   const ChosenStream stream = chooseOfType(*parser, options.file, options.stream, options.types,
                                            series::recordTypeOf<Point>());
   const auto screen = screenSizeOf(options.file, options.screen);

@@ -12,6 +12,7 @@ namespace voxa {
 void drawPlot(const PlotOptions& options) {
   const series::TimeRange range = timeRangeOf(options.times);
   const auto parser = openRecording(options.file, options.container);
+  requireOtherFile(options.out, options.file);
   const auto streams = chooseStreams(*parser, options.file, options.streams, options.types);
   requireMasks(*parser, options.file, streams, options.redaction);
   formats::Plot plot({titleOf(options.file), screenSizeOf(options.file, options.screen)});
