@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "tools/series/RecordStream.h"
+#include "tools/series/Redact.h"
 #include "tools/voxa/Commands.h"
 #include "tools/voxa/KeyCaptions.h"
 #include "tools/voxa/QuietModule.h"
@@ -43,7 +44,9 @@ void writeCaptions(const CaptionsOptions& options) {
     const QuietModule quiet;
     series::forEachRecord<KeyStroke>(
         *parser, stream.id, range,
-        [&cues](double seconds, const KeyStroke& key) { cues.add(seconds, key); });
+        series::redacting(options.keys.redaction, [&cues](double seconds, const KeyStroke& key) {
+          cues.add(seconds, key);
+        }));
   } catch (const series::DamagedStream& error) {
     damage = error.message(options.file);
   }

@@ -214,6 +214,7 @@ struct KeyTextOptions {
   bool onlyShortcuts = false;
   bool appliesBackspace = false;
   std::string labels;  ///< a JSON file, empty for none
+  series::Redaction redaction = series::Redaction::None;
 };
 
 struct CaptionsOptions {

@@ -6,6 +6,7 @@
 #include "tools/formats/Captions.h"
 #include "tools/formats/CursorMarks.h"
 #include "tools/series/RecordStream.h"
+#include "tools/series/Redact.h"
 #include "tools/voxa/Commands.h"
 #include "tools/voxa/KeyCaptions.h"
 #include "tools/voxa/Picture.h"
@@ -139,13 +140,14 @@ class OverlayWriter {
   void read(const ChosenStream& stream, Visit visit) {
     const QuietModule quiet;
     try {
-      series::forEachRecord<Record>(m_parser, stream.id, m_range,
-                                    [&](double seconds, const Record& record) {
-                                      if (formats::CueClock::isInRange(seconds)) {
-                                        m_lastSeconds = std::max(m_lastSeconds, seconds);
-                                      }
-                                      visit(seconds, record);
-                                    });
+      series::forEachRecord<Record>(
+          m_parser, stream.id, m_range,
+          series::redacting(m_options.keys.redaction, [&](double seconds, const Record& record) {
+            if (formats::CueClock::isInRange(seconds)) {
+              m_lastSeconds = std::max(m_lastSeconds, seconds);
+            }
+            visit(seconds, record);
+          }));
     } catch (const series::DamagedStream& error) {
       if (m_damage.empty()) m_damage = error.message(m_options.file);
     }

@@ -581,7 +581,11 @@ class CommandLine {
     addTimes(command, m_captions.times);
     addDestination(command, m_captions.out);
     addContainer(command, m_captions);
-    command->callback([this] { writeCaptions(m_captions); });
+    addRedact(command);
+    command->callback([this] {
+      m_captions.keys.redaction = redaction();
+      writeCaptions(m_captions);
+    });
   }
 
   void addOverlay() {
@@ -623,7 +627,11 @@ class CommandLine {
         ->type_name("FILE");
     command->add_flag("--force", m_overlay.out.force, "Replace the script if it exists");
     addContainer(command, m_overlay);
-    command->callback([this] { writeOverlay(m_overlay); });
+    addRedact(command);
+    command->callback([this] {
+      m_overlay.keys.redaction = redaction();
+      writeOverlay(m_overlay);
+    });
   }
 
   void addImages() {

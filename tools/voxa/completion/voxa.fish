@@ -51,7 +51,7 @@ complete -c voxa -n '__fish_seen_subcommand_from export' -l chapters -x -a 'stri
 complete -c voxa -n '__fish_seen_subcommand_from export' -l gap -x -d 'Seconds that are a pause'
 complete -c voxa -n '__fish_seen_subcommand_from images' -s o -l out -x -a '(__fish_complete_directories)' -d 'Folder'
 complete -c voxa -n '__fish_seen_subcommand_from records load frames export images report plot heatmap sample captions overlay' -l force -d 'Replace existing files'
-complete -c voxa -n '__fish_seen_subcommand_from records load frames export plot report diff' -l redact -f -a 'letters digits all' -d 'Mask typed text'
+complete -c voxa -n '__fish_seen_subcommand_from records load frames export captions overlay plot report diff' -l redact -f -a 'letters digits all' -d 'Mask typed text'
 complete -c voxa -n '__fish_seen_subcommand_from diff' -l align -d 'Compare at the best time offset'
 complete -c voxa -n '__fish_seen_subcommand_from diff' -l tolerance -x -d 'Seconds by which times may differ'
 complete -c voxa -n '__fish_seen_subcommand_from load' -l at -x -d 'Frame, or seconds with an s'
