@@ -139,7 +139,8 @@ TEST(Summary, CoversTheStreamsAndTimesOfItsScope) {
   const auto other = recording::streamId(0xF2);
   std::istringstream stream(recording::atomBlock(
       {{kId, filledRecords<ZRKMetaData::Point>(9)}, {other, filledRecords<double>(4)}}));
-  const auto parser = ZRKMetaData::MetaDataParser::createForStream(stream, ZRKMetaData::Atoms);
+  const std::unique_ptr<ZRKMetaData::MetaDataParser> parser(
+      ZRKMetaData::MetaDataParser::createForStream(stream, ZRKMetaData::Atoms));
   const series::NamedTypes types = {{kId, series::recordTypeOf<ZRKMetaData::Point>()},
                                     {other, series::recordTypeOf<double>()}};
   const auto counts = [&](const series::SummaryScope& scope) {

@@ -32,13 +32,17 @@ std::uint32_t numberOf(const std::string& text, const std::string& group) {
   return static_cast<std::uint32_t>(number);
 }
 
+[[noreturn]] void failOfLabel(const std::string& name, const std::string& group) {
+  fail("the label of '" + name + "' in '" + group + "' is no string");
+}
+
 template <class Take>
 void forEachLabel(const json& document, const std::string& group, Take take) {
   const auto found = document.find(group);
   if (found == document.end()) return;
   if (!found->is_object()) fail("'" + group + "' is no object");
   for (const auto& [name, label] : found->items()) {
-    if (!label.is_string()) fail("the label of '" + name + "' in '" + group + "' is no string");
+    if (!label.is_string()) failOfLabel(name, group);
     take(numberOf(name, group), label.template get<std::string>(), name);
   }
 }

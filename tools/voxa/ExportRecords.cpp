@@ -1,3 +1,5 @@
+#include <fmt/format.h>
+
 #include <memory>
 #include <set>
 #include <string>
@@ -140,8 +142,9 @@ void exportWide(const ExportOptions& options, const ReadOptions& read) {
     const std::string stem = names.stemOf(source.file);
     Damages damages;
     for (const ChosenStream& stream : source.streams) {
-      const std::string leaf = stem + "-" + stream.name + extensionOf(options.format);
-      Document document(options, {folder + "/" + leaf, options.out.force});
+      Document document(options, {fmt::format("{}/{}-{}{}", folder, stem, stream.name,
+                                              extensionOf(options.format)),
+                                  options.out.force});
       damages.add(document.write(source, stream, read));
       document.finish();
     }

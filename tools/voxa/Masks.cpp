@@ -1,5 +1,7 @@
 #include "tools/voxa/Masks.h"
 
+#include <fmt/format.h>
+
 #include "tools/series/Guess.h"
 #include "tools/voxa/Failure.h"
 #include "tools/voxa/QuietModule.h"
@@ -24,11 +26,10 @@ void requireMasks(ZRKMetaData::MetaDataParser& parser, const std::string& file,
     for (const series::GuessCandidate& candidate :
          series::guessRecordType(parser, stream.id).candidates) {
       if (!candidate.passes || !isText(candidate.type)) continue;
-      const std::string name = series::infoOf(candidate.type).name;
-      throw Failure(Status::WrongUse, file + ": " + stream.name + " may hold " + name +
-                                          ", which --redact masks only when read as such; use "
-                                          "--as " +
-                                          stream.name + "=" + name + " or leave it out");
+      throw Failure(Status::WrongUse,
+                    fmt::format("{0}: {1} may hold {2}, which --redact masks only when read as "
+                                "such; use --as {1}={2} or leave it out",
+                                file, stream.name, series::infoOf(candidate.type).name));
     }
   }
 }

@@ -72,7 +72,7 @@ class OverlayChoice {
 
 // The size in which positions are stated, and how long the video is in seconds, 0 for unknown.
 struct Video {
-  formats::ScreenSize size;
+  formats::ScreenSize size{};
   double seconds = 0;
 };
 
