@@ -16,12 +16,13 @@
 #include "params/Parameter.h"
 #include "params/ParameterIterator.h"
 #include "stats/VOXAStatsLoader.h"
+#include "tools/host/FixedEditRate.h"
+#include "tools/host/ParameterTypes.h"
 #include "tools/voxa/Commands.h"
 #include "tools/voxa/Describe.h"
 #include "tools/voxa/Masks.h"
 #include "tools/voxa/Messages.h"
 #include "tools/voxa/Output.h"
-#include "tools/voxa/ParameterTypes.h"
 #include "tools/voxa/QuietModule.h"
 #include "tools/voxa/Rates.h"
 #include "tools/voxa/Recording.h"
@@ -34,15 +35,6 @@ using Kestova::Parameter;
 using Kestova::RationalTime;
 
 namespace {
-
-class FixedEditRate final : public Kestova::ProjectEditRate {
- public:
-  explicit FixedEditRate(const boost::rational<unsigned int>& rate) : m_rate(rate) {}
-  boost::rational<unsigned int> editRate() const override { return m_rate; }
-
- private:
-  const boost::rational<unsigned int> m_rate;
-};
 
 struct Request {
   const LoadOptions& options;
@@ -94,11 +86,11 @@ void redact(const Request& request, Parameter<T>& parameter) {
 }
 
 template <class T>
-Loaded<T> load(const Request& request, LoadOperation<T> operation) {
+Loaded<T> load(const Request& request, hosting::LoadOperation<T> operation) {
   const QuietModule quiet;
   const VOXAScreenMetaDataLoader loader;
   const boost::shared_ptr<const Kestova::ProjectEditRate> editRate =
-      boost::make_shared<FixedEditRate>(request.rate);
+      boost::make_shared<hosting::FixedEditRate>(request.rate);
   Loaded<T> loaded;
   try {
     const boost::shared_ptr<Parameter<T>> parameter =
@@ -181,7 +173,7 @@ void printHostFormat(const Request& request, const Parameter<T>& parameter, Outp
 }
 
 template <class T>
-void loadAndPrint(const Request& request, LoadOperation<T> operation) {
+void loadAndPrint(const Request& request, hosting::LoadOperation<T> operation) {
   const Loaded<T> loaded = load(request, operation);
   Output out(request.options.out);
   if (isHostFormat(request.options.format)) {
@@ -242,8 +234,8 @@ void loadParameter(const LoadOptions& options) {
   request.identifier = id ? boost::uuids::to_string(*id) : options.stream;
   request.streamFileName = options.file + "/" + request.identifier;
   try {
-    visitParameterType(request.type,
-                       [&](const auto& row) { loadAndPrint(request, row.operation); });
+    hosting::visitParameterType(request.type,
+                                [&](const auto& row) { loadAndPrint(request, row.operation); });
   } catch (const Kestova::KeyFrameException&) {
     // The host's JSON cannot state a parameter without keyframes.
     if (id) {

@@ -7,11 +7,11 @@
 #include <map>
 #include <new>
 
+#include "tools/host/ParameterTypes.h"
 #include "tools/series/RecordTypes.h"
 #include "tools/voxa/Commands.h"
 #include "tools/voxa/Messages.h"
 #include "tools/voxa/Output.h"
-#include "tools/voxa/ParameterTypes.h"
 #include "tools/voxa/Suggestion.h"
 #include "tools/voxa/Version.h"
 
@@ -377,7 +377,7 @@ class CommandLine {
     command->add_option("FILE", m_load.file, "The recording")->required();
     command->add_option("STREAM", m_load.stream, "Identifier, or its two-digit key")->required();
     command->add_option("--as", m_load.type, "Type of the values (default: guess)")
-        ->check(CLI::IsMember(parameterTypeNames()));
+        ->check(CLI::IsMember(hosting::parameterTypeNames()));
     command->add_option("--rate", m_load.rate,
                         "Edit rate in frames per second: N or N/D (default with --at in seconds: "
                         "the rate of the screen track)");

@@ -2,11 +2,11 @@
 
 #include "ZRKMetaData/src/ZRKMMetaDataParser.h"
 #include "names/StreamFileName.h"
+#include "tools/host/SlotFinder.h"
 #include "tools/voxa/Commands.h"
 #include "tools/voxa/Output.h"
 #include "tools/voxa/Recording.h"
 #include "tools/voxa/Rows.h"
-#include "tools/voxa/SlotFinder.h"
 
 namespace voxa {
 
@@ -15,7 +15,7 @@ using ZRKMetaData::MetaDataLocations;
 namespace {
 
 void writeJson(Output& out, const std::string& file, const MetaDataLocations& streams,
-               const SlotFinder& finder) {
+               const hosting::SlotFinder& finder) {
   JsonRow document(out);
   document.field("file", file);
   document.array("streams", streams, [&](const auto& stream) {
@@ -34,7 +34,7 @@ void writeJson(Output& out, const std::string& file, const MetaDataLocations& st
 }
 
 void writeTable(Output& out, const std::string& file, const MetaDataLocations& streams,
-                const SlotFinder& finder) {
+                const hosting::SlotFinder& finder) {
   for (const auto& [id, location] : streams) {
     const std::string slot = finder.slotOf(names::streamFileName(file, id));
     out.write(fmt::format("{}  {}\n", boost::uuids::to_string(id),
@@ -48,7 +48,7 @@ void showSlots(const FileOptions& options) {
   const auto parser = openForModule(options.file, ScanMessages::Printed);
   Output out;
   const auto write = options.format == Format::Json ? writeJson : writeTable;
-  write(out, options.file, parser->locations(), SlotFinder());
+  write(out, options.file, parser->locations(), hosting::SlotFinder());
   out.flush();
 }
 

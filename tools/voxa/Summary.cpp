@@ -1,4 +1,5 @@
 #include "tools/voxa/Summary.h"
+#include "tools/host/SlotFinder.h"
 
 #include <fmt/format.h>
 
@@ -7,7 +8,6 @@
 #include "names/StreamFileName.h"
 #include "stats/VOXAStatsLoader.h"
 #include "tools/voxa/QuietModule.h"
-#include "tools/voxa/SlotFinder.h"
 
 namespace voxa {
 
@@ -70,7 +70,7 @@ RecordingSummary summarise(ZRKMetaData::MetaDataParser& parser, const std::strin
                            const series::SummaryScope& scope) {
   const QuietModule quiet;
   RecordingSummary recording = series::summariseStreams(parser, file, scope);
-  const SlotFinder slots;
+  const hosting::SlotFinder slots;
   for (auto& stream : recording.streams) {
     stream.slot = slots.slotOf(names::streamFileName(file, stream.id));
   }

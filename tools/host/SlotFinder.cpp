@@ -1,9 +1,9 @@
-#include "tools/voxa/SlotFinder.h"
+#include "tools/host/SlotFinder.h"
 
 #include "host/Kestova/ScreenMetaData.h"
 #include "loader/VOXAScreenMetaDataFilenameSetter.h"
 
-namespace voxa {
+namespace hosting {
 
 namespace {
 
@@ -51,4 +51,4 @@ std::string SlotFinder::slotOf(const std::string& streamFileName) const {
   return metaData.slot();
 }
 
-}  // namespace voxa
+}  // namespace hosting

@@ -18,7 +18,7 @@
 #include "params/Parameter.h"
 #include "tools/series/RecordTypes.h"
 
-namespace voxa {
+namespace hosting {
 
 template <class T>
 using LoadOperation = boost::shared_ptr<Kestova::Parameter<T>> (Kestova::ScreenMetaDataLoader::*)(
@@ -76,4 +76,4 @@ bool visitParameterType(std::string_view name, Function function) {
   return std::apply([&](const auto&... rows) { return (visit(rows) || ...); }, kParameterTypes);
 }
 
-}  // namespace voxa
+}  // namespace hosting

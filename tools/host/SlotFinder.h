@@ -6,7 +6,7 @@
 
 #include "host/Kestova/ScreenMetaDataFilenameSetter.h"
 
-namespace voxa {
+namespace hosting {
 
 /// Used by one thread.
 class SlotFinder {
@@ -20,4 +20,4 @@ class SlotFinder {
   std::unique_ptr<Kestova::ScreenMetaDataFilenameSetter> m_setter;
 };
 
-}  // namespace voxa
+}  // namespace hosting
