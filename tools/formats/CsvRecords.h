@@ -1,4 +1,4 @@
-// Records as CSV (RFC 4180). See RecordRows.h for how a writer is used.
+// Records as CSV (RFC 4180). See RecordFields.h for how a writer is used.
 #pragma once
 
 #include <cmath>
@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "tools/formats/RecordRows.h"
+#include "tools/formats/RecordFields.h"
 #include "tools/formats/TextSink.h"
 
 namespace formats {
@@ -26,11 +26,11 @@ std::vector<std::string> longColumns();
 
 /// A row of the long layout has empty cells for the fields that its type lacks. Doubles have up to
 /// 17 significant digits; non-finite ones are "nan", "inf" and "-inf".
-class CsvRecords : public RecordRows<CsvRecords> {
+class CsvRecords : public RecordFields<CsvRecords> {
  public:
   /// `out` must outlive the writer.
   CsvRecords(TextSink& out, Layout layout, ImageDigest digest, CsvCells cells)
-      : RecordRows(out, layout, std::move(digest)), m_cells(cells) {}
+      : RecordFields(out, layout, std::move(digest)), m_cells(cells) {}
 
   /// Writes the header of the long layout.
   void begin();

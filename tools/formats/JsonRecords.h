@@ -1,4 +1,4 @@
-// Records as JSON: one document, or one object per line (NDJSON). See RecordRows.h for how a writer
+// Records as JSON: one document, or one object per line (NDJSON). See RecordFields.h for how a writer
 // is used.
 #pragma once
 
@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "text/JsonText.h"
-#include "tools/formats/RecordRows.h"
+#include "tools/formats/RecordFields.h"
 #include "tools/formats/TextSink.h"
 
 namespace formats {
@@ -21,13 +21,13 @@ namespace formats {
 ///
 /// A document is {"records":[...],"errors":[{file, stream, type, message}]}, in the wide layout
 /// with the members of the label before the records. NDJSON has no place for errors.
-class JsonRecords : public RecordRows<JsonRecords> {
+class JsonRecords : public RecordFields<JsonRecords> {
  public:
   enum class Form { Document, Lines };
 
   /// `out` must outlive the writer.
   JsonRecords(TextSink& out, Layout layout, ImageDigest digest, Form form)
-      : RecordRows(out, layout, std::move(digest)), m_form(form) {}
+      : RecordFields(out, layout, std::move(digest)), m_form(form) {}
 
   void begin();
   void beginStream(const StreamLabel& stream);

@@ -11,7 +11,7 @@
 
 #include <string>
 
-#include "tools/formats/RecordRows.h"
+#include "tools/formats/RecordFields.h"
 #include "tools/formats/TextSink.h"
 
 namespace formats {

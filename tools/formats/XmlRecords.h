@@ -1,4 +1,4 @@
-// Records as XML 1.0. See RecordRows.h for how a writer is used.
+// Records as XML 1.0. See RecordFields.h for how a writer is used.
 #pragma once
 
 #include <cmath>
@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "text/XmlText.h"
-#include "tools/formats/RecordRows.h"
+#include "tools/formats/RecordFields.h"
 #include "tools/formats/TextSink.h"
 
 namespace formats {
@@ -20,11 +20,11 @@ namespace formats {
 ///
 /// The root element is "export", with "record" and "error" elements; in the wide layout it has the
 /// attributes of the label.
-class XmlRecords : public RecordRows<XmlRecords> {
+class XmlRecords : public RecordFields<XmlRecords> {
  public:
   /// `out` must outlive the writer.
   XmlRecords(TextSink& out, Layout layout, ImageDigest digest)
-      : RecordRows(out, layout, std::move(digest)) {}
+      : RecordFields(out, layout, std::move(digest)) {}
 
   void begin();
   void beginStream(const StreamLabel& stream);

@@ -10,7 +10,7 @@
 
 #include "ZRKMetaData/src/ZRKMMetaDataParser.h"
 #include "tools/formats/Captions.h"
-#include "tools/formats/RecordRows.h"
+#include "tools/formats/RecordFields.h"
 #include "tools/series/Redact.h"
 #include "tools/voxa/Failure.h"
 #include "tools/voxa/Output.h"

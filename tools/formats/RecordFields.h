@@ -46,7 +46,7 @@ inline std::array<std::string, 3> labelValues(const StreamLabel& stream) {
 /// What a writer and series::describe agree on: every field of a record is a column of its own.
 /// `Writer` derives from it and has `field(name, value)` for numbers and texts.
 template <class Writer>
-class RecordRows {
+class RecordFields {
  public:
   template <class Number, std::size_t count>
   void numbers(const char* /*name*/, const char* const (&names)[count],
@@ -60,7 +60,7 @@ class RecordRows {
 
  protected:
   /// `out` must outlive the writer.
-  RecordRows(TextSink& out, Layout layout, ImageDigest digest)
+  RecordFields(TextSink& out, Layout layout, ImageDigest digest)
       : m_out(out), m_layout(layout), m_digest(std::move(digest)) {}
 
   TextSink& m_out;
