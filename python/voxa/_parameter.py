@@ -1,0 +1,172 @@
+"""A stream as keyframes on a frame grid."""
+
+from __future__ import annotations
+
+import json
+import math
+from functools import cached_property
+from fractions import Fraction
+from typing import TYPE_CHECKING, Any, Dict, Union
+
+import numpy as np
+import numpy.typing as npt
+
+from . import _voxa
+from ._html import parameter_html
+from ._rows import values_array
+
+if TYPE_CHECKING:
+    import pandas  # type: ignore[import]  # Debian's has no annotations
+
+Time = Union[Fraction, float, int]
+
+_RATE_LIMIT = 2**32
+
+
+def rate_of(rate: Union[Fraction, int, str]) -> Fraction:
+    """Frames per second as a fraction. Floats are refused, because 29.97 is not 30000/1001."""
+    if isinstance(rate, float):
+        raise TypeError(f"rate={rate!r} is not exact; use Fraction(30000, 1001) for 29.97, an int "
+                        "or a text such as '30000/1001'")
+    exact = Fraction(rate)
+    if not (0 < exact.numerator < _RATE_LIMIT and exact.denominator < _RATE_LIMIT):
+        raise ValueError(f"rate={rate!r}: numerator and denominator are from 1 to 2**32 - 1")
+    return exact
+
+
+def exact_time(time: Time) -> Fraction:
+    if isinstance(time, (Fraction, int, float)):
+        return Fraction(time)  # a float is an exact fraction
+    return Fraction(float(time))
+
+
+class Parameter:
+    """Keyframes of one stream at an exact frame rate. A value holds until the next keyframe.
+
+    Immutable. It stays valid after its recording is closed.
+    """
+
+    def __init__(self, loaded: _voxa.LoadedParameter, name: str, type: str,
+                 rate: Fraction) -> None:
+        self._loaded = loaded
+        self._name = name
+        self._type = type
+        self._rate = rate
+        self._values = values_array(type, loaded.values)
+        for array in (loaded.frames, self._values):
+            array.flags.writeable = False
+
+    @property
+    def name(self) -> str:
+        """The identifier of the stream."""
+        return self._name
+
+    @property
+    def type(self) -> str:
+        return self._type
+
+    @property
+    def rate(self) -> Fraction:
+        """Frames per second."""
+        return self._rate
+
+    @property
+    def frames(self) -> npt.NDArray[np.int64]:
+        """The frame number of each keyframe, ascending."""
+        return self._loaded.frames
+
+    @cached_property
+    def times(self) -> npt.NDArray[np.object_]:
+        """The exact time of each keyframe: an array of `Fraction`s, in seconds."""
+        times = np.empty(len(self), object)
+        times[:] = [frame / self._rate for frame in self.frames.tolist()]
+        times.flags.writeable = False
+        return times
+
+    @cached_property
+    def seconds(self) -> npt.NDArray[np.float64]:
+        """The time of each keyframe as a float: the least one that is not before the exact time, so
+        that `values_at(seconds)` is `values`."""
+        seconds = _voxa.starts_of_frames(self.frames, *self._rate.as_integer_ratio())
+        seconds.flags.writeable = False
+        return seconds
+
+    @property
+    def values(self) -> npt.NDArray[Any]:
+        """The value of each keyframe. Points, rectangles and keystrokes are structured, texts are
+        objects."""
+        return self._values
+
+    def value_at(self, time: Time) -> Any:
+        """The value at `time`, in seconds, compared exactly. Before the first keyframe it is the
+        value of the first. Raises ValueError without keyframes or where `time` is NaN."""
+        if isinstance(time, (float, np.floating)) and not math.isfinite(time):
+            return self.values_at(np.array(time, np.float64))[()]
+        frame = math.floor(exact_time(time) * self._rate)
+        limits = np.iinfo(np.int64)
+        return self._held(np.array(min(max(frame, int(limits.min)), int(limits.max))))[()]
+
+    def values_at(self, times: npt.ArrayLike) -> npt.NDArray[Any]:
+        """The values at floats of seconds, as `value_at` of each, in an array of the same shape."""
+        seconds = np.asarray(times, np.float64)
+        if np.isnan(seconds).any():
+            raise ValueError("a time is not a number")
+        shown = _voxa.frames_shown_at(seconds, *self._rate.as_integer_ratio())
+        return self._held(np.asarray(shown, np.int64))
+
+    def _held(self, frames: npt.NDArray[np.int64]) -> npt.NDArray[Any]:
+        if len(self) == 0:
+            raise ValueError(f"{self._name}: there are no keyframes")
+        places = np.searchsorted(self.frames, frames, side="right") - 1
+        return np.asarray(self._values[np.maximum(places, 0)])
+
+    def to_json(self, *, host: bool = False) -> str:
+        """The document that `voxa load --format json` prints. With `host`, the text that the host
+        writes, whose values of points, rectangles and keystrokes are empty."""
+        if host:
+            if len(self) == 0:
+                raise ValueError(f"{self._name}: there is no keyframe to write")
+            return self._loaded.to_json()
+        rate = f"{self._rate.numerator}/{self._rate.denominator}"
+        seconds = self.frames * float(self._rate.denominator) / float(self._rate.numerator)
+        keyframes = [{"frame": frame, "seconds": second, "value": _json_value(value)}
+                     for frame, second, value in zip(self.frames.tolist(), seconds.tolist(),
+                                                     self._values)]
+        return json.dumps({"name": self._name, "type": self._type, "rate": rate,
+                           "keyframes": keyframes}, ensure_ascii=False, allow_nan=False)
+
+    def to_xml(self) -> str:
+        """The XML that the host writes."""
+        return self._loaded.to_xml()
+
+    def to_pandas(self) -> pandas.DataFrame:
+        """The keyframes as a data frame with the index `seconds`. Requires pandas."""
+        import pandas
+
+        columns: Dict[str, Any] = {"frame": self.frames}
+        for name in self._values.dtype.names or ("value",):
+            columns[name] = self._values[name] if self._values.dtype.names else self._values
+        return pandas.DataFrame(columns, index=pandas.Index(self.seconds, name="seconds"))
+
+    def __len__(self) -> int:
+        return len(self._loaded.frames)
+
+    def __repr__(self) -> str:
+        return (f"<voxa.Parameter {self._name} {self._type}: {len(self)} keyframes at "
+                f"{self._rate} frames per second>")
+
+    def _repr_html_(self) -> str:
+        return parameter_html(self)
+
+
+def _json_value(value: Any) -> Any:
+    if isinstance(value, str):
+        return value.encode("utf-8", "surrogateescape").decode("utf-8", "replace")
+    if isinstance(value, np.void):
+        fields = [_json_value(value[name]) for name in value.dtype.names or ()]
+        names = value.dtype.names or ()
+        return fields if names == ("a", "b", "c", "d") else dict(zip(names, fields))
+    number = value.item()
+    if isinstance(number, float) and not math.isfinite(number):
+        return "NaN" if math.isnan(number) else "Infinity" if number > 0 else "-Infinity"
+    return number

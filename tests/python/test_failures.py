@@ -1,0 +1,115 @@
+"""What is raised for files, streams and arguments that cannot be used."""
+
+import os
+import pickle
+import struct
+import warnings
+
+import numpy as np
+import pytest
+import voxa
+
+from conftest import points, raw_recording, recording_of, run_voxa, stream_id
+
+
+def test_files_that_cannot_be_opened_are_os_errors(tmp_path):
+    os.mkfifo(tmp_path / "pipe.voxa")
+    for path, error in ((tmp_path / "absent.voxa", FileNotFoundError),
+                        (tmp_path, IsADirectoryError), (tmp_path / "pipe.voxa", OSError)):
+        with pytest.raises(error) as raised:
+            voxa.open(path)
+        assert str(path) in str(raised.value)
+
+
+def test_damage_carries_what_was_read(tmp_path):
+    path = raw_recording(tmp_path / "a.dat", points(5) + b"abc")
+    printed = run_voxa("records", path, "F0", "--as", "points", "--format", "json")
+    stream = voxa.open(path).streams["F0"]
+    for read in (stream.records, stream.load):
+        with pytest.raises(voxa.DamagedStream) as raised:
+            read("points")
+        damage = raised.value
+        assert damage.records["x"].tolist() == [0, 1, 2, 3, 4]
+        assert (damage.reason, damage.byte_offset) == (printed["error"], 24 + 5 * 16)
+        assert damage.stream == stream.id and str(path) in str(damage)
+        copy = pickle.loads(pickle.dumps(damage))
+        assert str(copy) == str(damage) and (copy.records == damage.records).all()
+
+
+def test_announced_sizes_reserve_no_memory(tmp_path):
+    path = raw_recording(tmp_path / "a.dat", struct.pack("<Id", 0xFFFFFFF0, 0.0) + b"text")
+    with pytest.raises(voxa.DamagedStream, match="announce") as raised:
+        voxa.open(path).streams["F0"].records("strings")
+    assert len(raised.value.records) == 0
+
+
+def test_uncertain_types_name_the_candidates(tmp_path):
+    path = recording_of(tmp_path / "a.voxa", (stream_id(0xF0), 1, bytes(range(7)) * 3),
+                        (stream_id(0xF1), 1, b""))
+    streams = voxa.open(path).streams
+    with pytest.raises(voxa.UnknownType, match="no type fits") as raised:
+        streams["F0"].records()
+    assert raised.value.candidates == ()
+    with pytest.raises(voxa.UnknownType, match="points or .*pass type=") as raised:
+        streams["F1"].load()
+    assert len(raised.value.candidates) == 8
+    assert pickle.loads(pickle.dumps(raised.value)).candidates == raised.value.candidates
+    assert len(streams["F1"].records("points")) == 0
+
+
+def test_wrong_arguments_are_explained(sample):
+    stream = voxa.open(sample).streams["F0"]
+    for call, error, text in (
+            (lambda: stream.records("point"), ValueError, "none of ints, doubles"),
+            (lambda: stream.records("opacity"), ValueError, "none of ints"),
+            (lambda: stream.records(start=2, stop=1), ValueError, "stop=1 is before start=2"),
+            (lambda: stream.records(start=float("nan")), ValueError, "not a number"),
+            (lambda: stream.load(rate=29.97), TypeError, "30000/1001"),
+            (lambda: stream.load(rate=0), ValueError, "from 1"),
+            (lambda: stream.load(rate=2**32), ValueError, "from 1"),
+            (lambda: stream.load(rate=-25), ValueError, "from 1")):
+        with pytest.raises(error, match=text):
+            call()
+
+
+def test_closed_recordings_read_nothing(sample):
+    with voxa.open(sample) as recording:
+        stream = recording.streams["F0"]
+    recording.close()  # a second time
+    for read in (stream.guess, lambda: stream.records("points")):
+        with pytest.raises(ValueError, match="the recording is closed"):
+            read()
+
+
+def test_stats_need_tracks(tmp_path):
+    recording = voxa.open(raw_recording(tmp_path / "a.dat", points(1)))
+    with pytest.raises(voxa.VoxaError, match="a.dat: the tracks cannot be read"):
+        recording.stats
+
+
+def test_file_names_that_are_no_utf8(tmp_path):
+    path = os.fsencode(tmp_path) + b"/caf\xe9.dat"
+    with open(path, "wb") as file:
+        file.write(raw_recording(tmp_path / "a.dat", points(2)).read_bytes())
+    stream = voxa.open(path).streams["F0"]
+    assert len(stream.records("points")) == 2
+    with pytest.raises(voxa.VoxaError, match="not valid UTF-8"):
+        stream.load("points")
+
+
+def test_messages_become_warnings(tmp_path, capfd):
+    path = raw_recording(tmp_path / "a.dat", points(2), version=2)
+    stream = voxa.open(path).streams["F0"]
+    for read in (stream.records, stream.load):
+        with pytest.warns(RuntimeWarning, match="Version is larger") as caught:
+            assert len(read("points")) == 0
+        assert "voxa" in caught[0].filename or __file__ == caught[0].filename
+    image = struct.pack("<IdQI", 24, 0.5, 7, 3)
+    stream = voxa.open(raw_recording(tmp_path / "b.dat", image)).streams["F0"]
+    with pytest.warns(RuntimeWarning, match="assertion failed|Invalid data size"):
+        stream.records("cursor-images")
+    with warnings.catch_warnings():
+        warnings.simplefilter("error")
+        with pytest.raises(RuntimeWarning):
+            stream.records("cursor-images")
+    assert capfd.readouterr() == ("", "")
