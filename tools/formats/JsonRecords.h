@@ -1,5 +1,5 @@
-// Records as JSON: one document, or one object per line (NDJSON). See RecordFields.h for how a writer
-// is used.
+// Records as JSON: one document, or one object per line (NDJSON). See RecordFields.h for how a
+// writer is used.
 #pragma once
 
 #include <cmath>
