@@ -4,14 +4,17 @@
 #include <boost/smart_ptr/make_shared.hpp>
 #include <boost/uuid/uuid_io.hpp>
 #include <iostream>
+#include <new>
 #include <sstream>
 
+#include "ZRKMetaData/src/ZRKMMetaDataReader.h"
 #include "ZRKMetaData/src/ZRKMScan.h"
 #include "loader/VOXAScreenMetaDataLoader.h"
 #include "params/LeftParameter.h"
 #include "tests/faults/Memory.h"
 #include "tests/support/ConstantEditRate.h"
 #include "tests/support/TempFolder.h"
+#include "tools/recording/Records.h"
 #include "tools/recording/Sample.h"
 
 namespace {
@@ -80,6 +83,26 @@ TEST(ScanWithFailingAllocations, WritesItsMessages) {
   }
   std::cerr.rdbuf(before);
   EXPECT_EQ(written, 49);
+}
+
+// A copy and a comparison of an image read as many bytes as it states.
+TEST(ImagesWithFailingAllocations, StateNoBytesThatTheyLack) {
+  std::istringstream in(recording::cursorImageRecord(1, 7, 0, 0, recording::Bytes(1000, '!')));
+  failEachAllocation(
+      [&in] {
+        in.clear();
+        in.seekg(0);
+        double seconds = 0;
+        ZRKMetaData::CursorImage image;
+        try {
+          readRecord(in, seconds, &image);
+        } catch (const std::bad_alloc&) {
+          EXPECT_EQ(ZRKMetaData::CursorImage(image), image);
+          throw;
+        }
+        return image.m_dataSize != 0;
+      },
+      [] {});
 }
 
 class FailingAllocations : public testing::Test {
