@@ -139,6 +139,7 @@ void printRows(const Request& request, const Parameter<T>& parameter, RowWriter&
 boost::rational<unsigned int> screenTrackRate(const std::string& file) {
   Kestova::MediaFileStats stats;
   try {
+    const SilentScan silent;  // the load that follows prints the messages
     const QuietModule quiet;
     VOXAStatsLoader().loadStats(file, &stats);
   } catch (const Kestova::KestovaException&) {  // the file has no tracks
@@ -170,6 +171,23 @@ void printHostFormat(const Request& request, const Parameter<T>& parameter, Outp
   }
   out.write(text.str());
   out.finish();
+}
+
+// Finds the stream, nothing where it is not indexed, and its type.
+std::optional<boost::uuids::uuid> chooseLoaded(ZRKMetaData::MetaDataParser& parser,
+                                               Request& request) {
+  const LoadOptions& options = request.options;
+  const auto id = lookUpStream(parser, options.file, options.stream);
+  if (options.type.empty()) {
+    request.type = infoOf(chooseStream(parser, options.file, options.stream, {}).type).name;
+  }
+  if (id) {
+    const auto type = series::recordTypeNamed(request.type);
+    requireMasks(parser, options.file,
+                 {{*id, options.stream, type.value_or(series::recordTypeOf<double>())}},
+                 options.redaction);
+  }
+  return id;
 }
 
 template <class T>
@@ -211,25 +229,22 @@ void loadParameter(const LoadOptions& options) {
     throw Failure(Status::WrongUse, "--rate is required, except with --at in seconds");
   }
   const auto parser = openForModule(options.file, ScanMessages::Dropped);
-  if (!rate) rate = screenTrackRate(options.file);
-  requireOtherFile(options.out.file, options.file);
-  Request request{options, *rate, {}, {}, {}, options.type, {}, {}};
-  if (at) request.at = frameOf(*at, *rate);
-  if (const auto from = parseBound(options.from, *rate)) {
-    request.from = RationalTime(firstFrameFrom(*from, *rate));
-  }
-  if (const auto to = parseBound(options.to, *rate)) {
-    request.to = RationalTime(firstFrameFrom(*to, *rate));
-  }
-  const auto id = lookUpStream(*parser, options.file, options.stream);
-  if (options.type.empty()) {
-    request.type = infoOf(chooseStream(*parser, options.file, options.stream, {}).type).name;
-  }
-  if (id) {
-    const auto type = series::recordTypeNamed(request.type);
-    requireMasks(*parser, options.file,
-                 {{*id, options.stream, type.value_or(series::recordTypeOf<double>())}},
-                 options.redaction);
+  Request request{options, {}, {}, {}, {}, options.type, {}, {}};
+  std::optional<boost::uuids::uuid> id;
+  try {
+    request.rate = rate ? *rate : screenTrackRate(options.file);
+    requireOtherFile(options.out.file, options.file);
+    if (at) request.at = frameOf(*at, request.rate);
+    if (const auto from = parseBound(options.from, request.rate)) {
+      request.from = RationalTime(firstFrameFrom(*from, request.rate));
+    }
+    if (const auto to = parseBound(options.to, request.rate)) {
+      request.to = RationalTime(firstFrameFrom(*to, request.rate));
+    }
+    id = chooseLoaded(*parser, request);
+  } catch (const Failure&) {
+    printDroppedMessages(options.file);
+    throw;
   }
   request.identifier = id ? boost::uuids::to_string(*id) : options.stream;
   request.streamFileName = options.file + "/" + request.identifier;

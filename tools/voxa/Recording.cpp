@@ -108,12 +108,17 @@ std::unique_ptr<MetaDataParser> openRecording(const std::string& file,
 }
 
 std::unique_ptr<MetaDataParser> openForModule(const std::string& file, ScanMessages messages) {
-  auto parser =
-      open(file, std::nullopt, messages, "rename it to .voxa, .mp4, .mov, .avi, .wav or .dat");
+  requireOpens(file);
   if (!text::isWellFormedUtf8(file)) {
     throw Failure(Status::Failed, file + ": the file name is not valid UTF-8; rename the file");
   }
-  return parser;
+  return open(file, std::nullopt, messages, "rename it to .voxa, .mp4, .mov, .avi, .wav or .dat");
+}
+
+void printDroppedMessages(const std::string& file) {
+  const QuietModule quiet;
+  const std::unique_ptr<MetaDataParser> scanned(
+      MetaDataParser::createForFile(file, ZRKMetaData::containerKindOfFileName(file)));
 }
 
 std::optional<boost::uuids::uuid> lookUpStream(const MetaDataParser& parser,

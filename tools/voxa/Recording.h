@@ -36,6 +36,10 @@ enum class ScanMessages { Printed, Dropped };
 std::unique_ptr<ZRKMetaData::MetaDataParser> openForModule(const std::string& file,
                                                            ScanMessages messages);
 
+/// Prints the messages that `openForModule` dropped, for a command that fails before the module
+/// scans the file. Scans the file again, because there may be millions of messages.
+void printDroppedMessages(const std::string& file);
+
 /// Returns the identifier that `text` names in this recording, or nothing when it is not indexed.
 /// `text` is an identifier of 36 characters or the two digits of a short key; of several indexed
 /// identifiers with one key, it names the registered one. Throws Failure (WrongUse) when `text` is
