@@ -1,13 +1,16 @@
 // The table of record types, reading, and time ranges.
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <memory>
 #include <numeric>
 #include <sstream>
+#include <thread>
 
 #include "ZRKMetaData/src/MetaDataUUID.h"
 #include "tests/support/Streams.h"
 #include "tools/recording/Container.h"
+#include "tools/recording/Records.h"
 #include "tools/series/RecordStream.h"
 #include "tools/series/Summary.h"
 
@@ -90,6 +93,57 @@ TEST(ReadingOfOneStream, StopsWhenTheVisitorSaysSoAndPassesOnWhatItThrows) {
   EXPECT_THROW(series::forEachRecord<int>(*opened.parser, kId, TimeRange(),
                                           [](double, int) { throw std::out_of_range("mine"); }),
                std::out_of_range);
+}
+
+class ByteCounter final : public series::ReadListener {
+ public:
+  ByteCounter() : m_before(series::setReadListener(this)) {}
+  ~ByteCounter() { series::setReadListener(m_before); }
+  ByteCounter(const ByteCounter&) = delete;
+  ByteCounter& operator=(const ByteCounter&) = delete;
+
+  void onBytesRead(ZRKMetaData::int64 byteCount) noexcept override {
+    bytes += byteCount;
+    greatest = std::max(greatest, byteCount);
+  }
+
+  ZRKMetaData::int64 bytes = 0;
+  ZRKMetaData::int64 greatest = 0;
+
+ private:
+  series::ReadListener* const m_before;
+};
+
+TEST(ReadListener, LearnsOfEveryByteThatWasRead) {
+  constexpr int kCount = 200'000;  // 3.2 MB
+  recording::Bytes records;
+  for (int i = 0; i < kCount; ++i) records += recording::pointRecord(i, 1, 2);
+  Opened opened(records + "damage");
+  const auto read = [&opened](const TimeRange& range, int limit) {
+    ByteCounter counter;
+    int count = 0;
+    try {
+      series::forEachRecord<ZRKMetaData::Point>(
+          *opened.parser, kId, range,
+          [&](double, const ZRKMetaData::Point&) { return ++count < limit; });
+    } catch (const series::DamagedStream&) {  // at the end
+    }
+    EXPECT_LT(counter.greatest, series::kReportedBytes + 16);
+    return counter.bytes;
+  };
+  EXPECT_EQ(read({}, 2 * kCount), 16 * kCount);
+  EXPECT_EQ(read(TimeRange::between(10, 20), kCount), 16 * kCount) << "of any time";
+  EXPECT_EQ(read({}, 3), 48);
+
+  const ByteCounter outer;
+  EXPECT_EQ(read({}, 3), 48);
+  EXPECT_EQ(outer.bytes, 0) << "the innermost listener alone";
+  std::thread([&] {
+    Opened other(records);
+    series::forEachRecord<ZRKMetaData::Point>(*other.parser, kId, {},
+                                              [](double, const ZRKMetaData::Point&) {});
+  }).join();
+  EXPECT_EQ(outer.bytes, 0) << "another thread has its own";
 }
 
 TEST(TimeText, IsExact) {

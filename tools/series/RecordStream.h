@@ -18,6 +18,7 @@
 #include "ZRKMetaData/src/MetaDataUUID.h"
 #include "ZRKMetaData/src/ZRKMMetaDataParser.h"
 #include "ZRKMetaData/src/ZRKMMetaDataReader.h"
+#include "tools/series/ReadListener.h"
 #include "tools/series/RecordTypes.h"
 #include "tools/series/TimeRange.h"
 
@@ -54,10 +55,15 @@ template <class Record, class Visitor>
 class VisitingObserver final : public ZRKMetaData::DataStreamObserver<Record> {
  public:
   VisitingObserver(Visitor& visitor, const TimeRange& range, ZRKMetaData::int64 position)
-      : m_visitor(visitor), m_range(range), m_position(position) {}
+      : m_visitor(visitor), m_range(range), m_position(position), m_reported(position) {}
+
+  ~VisitingObserver() { report(); }
+  VisitingObserver(const VisitingObserver&) = delete;
+  VisitingObserver& operator=(const VisitingObserver&) = delete;
 
   bool onData(double seconds, const Record& record) override {
     m_position += static_cast<ZRKMetaData::int64>(byteCountOf(record));
+    if (m_position - m_reported >= kReportedBytes) report();
     if (!m_range.contains(seconds)) return true;
     m_isInVisitor = true;
     bool goesOn = true;
@@ -76,9 +82,15 @@ class VisitingObserver final : public ZRKMetaData::DataStreamObserver<Record> {
   ZRKMetaData::int64 position() const { return m_position; }
 
  private:
+  void report() {
+    reportBytesRead(m_position - m_reported);
+    m_reported = m_position;
+  }
+
   Visitor& m_visitor;
   const TimeRange m_range;
   ZRKMetaData::int64 m_position;
+  ZRKMetaData::int64 m_reported;
   bool m_isInVisitor = false;
 };
 
