@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <cstring>
+#include <string>
 
 namespace ZRKMetaData {
 
@@ -40,9 +41,10 @@ bool operator!=(const CursorImage& left, const CursorImage& right) {
 // NOLINTNEXTLINE(performance-unnecessary-value-param): hosts are built against this signature
 std::ostream& operator<<(std::ostream& out, CursorImage image) {
   const auto address = reinterpret_cast<std::uintptr_t>(image.m_data.get());
-  return out << '(' << image.m_imageId << ',' << image.m_dataSize << ',' << image.m_imageInfo0
-             << ',' << image.m_imageInfo1 << ','
-             << static_cast<long>(static_cast<int32>(address & 0xFFFFFFFFU)) << ')';
+  return out << '(' + std::to_string(image.m_imageId) + ',' + std::to_string(image.m_dataSize) +
+                    ',' + std::to_string(image.m_imageInfo0) + ',' +
+                    std::to_string(image.m_imageInfo1) + ',' +
+                    std::to_string(static_cast<int32>(address & 0xFFFFFFFFU)) + ')';
 }
 
 }  // namespace ZRKMetaData

@@ -73,7 +73,7 @@ class CursorImage {
 bool operator==(const CursorImage& left, const CursorImage& right);
 bool operator!=(const CursorImage& left, const CursorImage& right);
 
-/// Writes "(identifier,size,info,info,address)" for a log; the address is its low 32 bits, signed.
+/// Writes "(identifier,size,info,info,address)" in any locale; the address: low 32 bits, signed.
 std::ostream& operator<<(std::ostream& out, CursorImage image);
 
 }  // namespace ZRKMetaData

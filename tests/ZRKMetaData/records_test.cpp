@@ -7,6 +7,7 @@
 #include "ZRKMetaData/src/ZRKMMetaDataReader.h"
 #include "tests/support/Captured.h"
 #include "tests/support/Device.h"
+#include "tests/support/GroupingLocale.h"
 #include "tests/support/Hex.h"
 #include "tests/support/PlainReading.h"
 #include "tests/support/ReadOutcome.h"
@@ -339,6 +340,18 @@ TEST(CursorImages, WithInvalidDataSizesAreReportedAndEndAfterTheSize) {
               "WARNING: Invalid data size in ZRKMETADATA::CursorImage stream data->m_dataSize = " +
                   std::to_string(size));
   }
+}
+
+TEST(CursorImages, AreWrittenInDecimalWhateverTheStream) {
+  const testing_support::GroupingLocale locale;
+  CursorImage image;
+  image.m_imageId = 18446744073709551615U;
+  image.m_dataSize = 1234567;
+  image.m_imageInfo0 = -1234;
+  image.m_imageInfo1 = 5678;
+  std::ostringstream out;
+  out << std::hex << image;
+  EXPECT_EQ(out.str(), "(18446744073709551615,1234567,-1234,5678,0)");
 }
 
 TEST(CursorImages, AreEmptyAfterAnException) {

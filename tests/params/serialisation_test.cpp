@@ -2,11 +2,11 @@
 #include <boost/property_tree/xml_parser.hpp>
 #include <cmath>
 #include <iomanip>
-#include <locale>
 #include <sstream>
 
 #include "params/ValueTraits.h"
 #include "tests/params/Values.h"
+#include "tests/support/GroupingLocale.h"
 #include "tests/support/Hex.h"
 
 namespace Kestova {
@@ -90,35 +90,17 @@ void expectDocuments(Parameter<Value>& parameter) {
   EXPECT_EQ(jsonOf(parameter, 1, ",\n", "screen."), testing_support::dataFile(name + ".json"));
 }
 
-// During its lifetime new streams write 1234.5 as "1.234,5".
-class GroupingLocale {
- public:
-  GroupingLocale()
-      : m_before(std::locale::global(std::locale(std::locale::classic(), new Grouping))) {}
-  ~GroupingLocale() { std::locale::global(m_before); }
-  GroupingLocale(const GroupingLocale&) = delete;
-  GroupingLocale& operator=(const GroupingLocale&) = delete;
-
- private:
-  class Grouping final : public std::numpunct<char> {
-    char do_decimal_point() const override { return ','; }
-    char do_thousands_sep() const override { return '.'; }
-    std::string do_grouping() const override { return "\3"; }
-  };
-  const std::locale m_before;
-};
-
 TYPED_TEST(Serialisation, MatchesTheGoldenFiles) {
   expectDocuments(*this->shared);
 }
 
 TYPED_TEST(Serialisation, DoesNotFollowTheGlobalLocale) {
-  const GroupingLocale locale;
+  const testing_support::GroupingLocale locale;
   expectDocuments(*this->shared);
 }
 
 TEST(ValueText, DoesNotFollowTheStream) {
-  const GroupingLocale locale;
+  const testing_support::GroupingLocale locale;
   KeystrokeData key;
   key.setCharacter(0x1F600);
   key.setEventFlags(-1234567);
