@@ -8,6 +8,7 @@
 #include "tools/series/Redact.h"
 #include "tools/voxa/Commands.h"
 #include "tools/voxa/KeyCaptions.h"
+#include "tools/voxa/Progress.h"
 #include "tools/voxa/QuietModule.h"
 #include "tools/voxa/Recording.h"
 
@@ -35,6 +36,7 @@ void writeCaptions(const CaptionsOptions& options) {
   requireOtherFile(options.out.file, options.file);
   const ChosenStream stream = chooseOfType(*parser, options.file, options.stream, options.types,
                                            series::recordTypeOf<KeyStroke>());
+  const Progress progress(options.file, bytesOf(*parser, {stream}));
   Output out(options.out);
   formats::CaptionWriter captions(format, [&out](std::string_view text) { out.write(text); });
   formats::KeyCues cues(std::move(cueOptions), formats::CueClock(formats::ticksPerSecond(format)),

@@ -22,6 +22,7 @@
 #include "tools/voxa/Messages.h"
 #include "tools/voxa/NamedTypes.h"
 #include "tools/voxa/Output.h"
+#include "tools/voxa/Progress.h"
 #include "tools/voxa/QuietModule.h"
 #include "tools/voxa/Recording.h"
 #include "tools/voxa/Rows.h"
@@ -128,6 +129,9 @@ class RecordingDiff {
     std::set<uuid> ids;
     for (const auto& stream : m_before.parser->locations()) ids.insert(stream.first);
     for (const auto& stream : m_after.parser->locations()) ids.insert(stream.first);
+    const std::vector<uuid> all(ids.begin(), ids.end());
+    const Progress progress(m_options.after, voxa::bytesOf(*m_before.parser, all) +
+                                                 voxa::bytesOf(*m_after.parser, all));
     for (const uuid& id : ids) {
       m_name = ids.size() == 1 || isUniqueKey(ids, id) ? ZRKMetaData::MetaDataUUID::shortKey(id)
                                                        : boost::uuids::to_string(id);
@@ -206,6 +210,7 @@ class RecordingDiff {
       const auto count = static_cast<std::size_t>(stream.gcount());
       bytes.append(piece, 0, count);
       left -= count;
+      series::reportBytesRead(static_cast<ZRKMetaData::int64>(count));
     }
     stream.clear();
     return bytes;

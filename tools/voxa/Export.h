@@ -5,6 +5,8 @@
 #include "tools/voxa/Commands.h"
 #include "tools/voxa/KeptRecords.h"
 #include "tools/voxa/Output.h"
+#include "tools/voxa/Progress.h"
+#include "tools/voxa/Sources.h"
 
 namespace voxa {
 
@@ -16,6 +18,11 @@ inline formats::TextSink sinkInto(Output& out) {
 /// Throws Failure (WrongUse) for what is no time, rate or range.
 inline ReadOptions readOptionsOf(const ExportOptions& options) {
   return {timeRangeOf(options.times), options.tolerance, options.sources.redaction};
+}
+
+/// Of reading the streams of a recording once, and once more with a tolerance (`forEachKept`).
+inline Progress progressOf(const Source& source, const ReadOptions& options) {
+  return {source.file, (options.tolerance ? 2 : 1) * bytesOf(source.parser, source.streams)};
 }
 
 /// Records as CSV, NDJSON, JSON or XML.

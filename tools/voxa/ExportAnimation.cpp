@@ -35,6 +35,8 @@ template <class Record>
 std::string writeKeys(const ExportOptions& options, const Source& source,
                       const ChosenStream& stream, MltAnimation& animation) {
   const ReadOptions read = readOptionsOf(options);
+  const int readings = read.tolerance ? 3 : 2;  // the first finds out whether the times fall
+  const Progress progress(source.file, readings * bytesOf(source.parser, {stream}));
   const double framesPerSecond = loader::framesPerSecond(parseRate(options.times.rate));
   const bool isRising = timesNeverFall<Record>(source.parser, stream, read.range);
   std::map<std::int64_t, std::string> sorted;  // used where the times fall

@@ -97,6 +97,7 @@ std::vector<formats::Chapter> chaptersBetweenPauses(double gap, ChapterReader& r
 void exportChapters(const ExportOptions& options) {
   constexpr double kDefaultGap = 5;  // seconds
   endWith(forEachSource(options.sources, [&](const Source& source) {
+    const Progress progress = progressOf(source, readOptionsOf(options));
     ChapterReader reader(options, source);
     const auto chapters = options.chapters == ChapterSource::Pauses
                               ? chaptersBetweenPauses(options.gap.value_or(kDefaultGap), reader)

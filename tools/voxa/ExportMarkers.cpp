@@ -53,9 +53,16 @@ class ClipWriter {
       : m_options(readOptionsOf(options)), m_source(source), m_times(times), m_timeline(timeline) {}
 
   void write() {
+    std::vector<ChosenStream> marked;
+    for (const ChosenStream& stream : m_source.streams) {
+      series::visitRecordType(stream.type, [&](const auto& row) {
+        if (kIsMarked<typename std::decay_t<decltype(row)>::type>) marked.push_back(stream);
+      });
+    }
+    const Progress progress = progressOf({m_source.file, m_source.parser, marked}, m_options);
     m_timeline.beginClip();
     double end = mediaSeconds(m_source.parser, m_source.file);
-    for (const ChosenStream& stream : m_source.streams) {
+    for (const ChosenStream& stream : marked) {
       series::visitRecordType(stream.type, [&](const auto& row) {
         using Record = typename std::decay_t<decltype(row)>::type;
         if constexpr (kIsMarked<Record>) end = std::max(end, writeMarkers<Record>(stream));

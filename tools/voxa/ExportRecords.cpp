@@ -103,6 +103,7 @@ const char* extensionOf(ExportFormat format) {
 void exportLong(const ExportOptions& options, const ReadOptions& read) {
   Document document(options, options.out);
   const Status status = forEachSource(options.sources, [&](const Source& source) {
+    const Progress progress = progressOf(source, read);
     Damages damages;
     for (const ChosenStream& stream : source.streams) {
       damages.add(document.write(source, stream, read));
@@ -140,6 +141,7 @@ void exportWide(const ExportOptions& options, const ReadOptions& read) {
   WideNames names;
   endWith(forEachSource(options.sources, [&](const Source& source) {
     const std::string stem = names.stemOf(source.file);
+    const Progress progress = progressOf(source, read);
     Damages damages;
     for (const ChosenStream& stream : source.streams) {
       Document document(options, {fmt::format("{}/{}-{}{}", folder, stem, stream.name,

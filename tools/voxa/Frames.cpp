@@ -24,6 +24,7 @@
 #include "tools/voxa/Masks.h"
 #include "tools/voxa/Messages.h"
 #include "tools/voxa/Output.h"
+#include "tools/voxa/Progress.h"
 #include "tools/voxa/QuietModule.h"
 #include "tools/voxa/Rates.h"
 #include "tools/voxa/Recording.h"
@@ -129,11 +130,18 @@ class HeldStream {
   /// The frame of the latest record, nothing for a stream without records.
   const std::optional<int64>& lastFrame() const { return m_lastFrame; }
 
+  /// How often `read` reads the stream in that many windows, about: a stream whose frames never
+  /// fall is read to the end of the window alone.
+  double readings(int64 windows) const {
+    return static_cast<double>(windows) * (m_isSorted ? 0.5 : 1) + 0.5;
+  }
+
   /// Why reading ended early, empty when it did not.
   const std::string& damage() const { return m_damage; }
 
  protected:
   std::optional<int64> m_lastFrame;
+  bool m_isSorted = true;
   std::string m_damage;
 };
 
@@ -242,7 +250,6 @@ class HeldRecords final : public HeldStream {
   const double m_framesPerSecond;
   std::optional<std::pair<int64, Value>> m_first;
   const series::Redaction m_redaction;
-  bool m_isSorted = true;
   bool m_isFirstWindow = true;
   std::optional<Value> m_held;      // at the frame before the window
   std::map<int64, Value> m_values;  // of the window, by frame
@@ -278,6 +285,17 @@ FrameSpan spanOf(const FramesOptions& options, const boost::rational<unsigned in
   return span;
 }
 
+// What the windows of the span read of all streams, about.
+double bytesOfWindows(MetaDataParser& parser, const std::vector<ChosenStream>& chosen,
+                      const HeldStreams& streams, const FrameSpan& span) {
+  const int64 windows = span.end / kWindowFrames - span.begin / kWindowFrames + 1;
+  double count = 0;
+  for (std::size_t index = 0; index < chosen.size(); ++index) {
+    count += streams[index]->readings(windows) * bytesOf(parser, {chosen[index]});
+  }
+  return count;
+}
+
 // Option --simplify: leaves out frames at which no stream changes.
 class FrameFilter {
  public:
@@ -299,7 +317,7 @@ class FrameFilter {
 
   void report(const std::string& file) const {
     if (!m_tolerance) return;
-    say(fmt::format("{}: {} of {} frames left out", file, m_leftOutCount, m_count));
+    note(fmt::format("{}: {} of {} frames left out", file, m_leftOutCount, m_count));
   }
 
  private:
@@ -377,17 +395,18 @@ void printFrames(const FramesOptions& options) {
   const auto parser = openRecording(options.file, options.container);
   requireOtherFile(options.out.file, options.file);
   HeldStreams streams;
-  auto chosen = chooseStreams(*parser, options.file, options.streams, options.types);
+  const auto chosen = chooseStreams(*parser, options.file, options.streams, options.types);
   requireMasks(*parser, options.file, chosen, options.redaction);
-  for (ChosenStream& stream : chosen) {
+  std::optional<Progress> progress(std::in_place, options.file, bytesOf(*parser, chosen));
+  for (const ChosenStream& stream : chosen) {
     series::visitRecordType(stream.type, [&](const auto& row) {
       using Record = typename std::decay_t<decltype(row)>::type;
-      streams.push_back(
-          std::make_unique<HeldRecords<Record>>(*parser, options.file, std::move(stream),
-                                                loader::framesPerSecond(rate), options.redaction));
+      streams.push_back(std::make_unique<HeldRecords<Record>>(
+          *parser, options.file, stream, loader::framesPerSecond(rate), options.redaction));
     });
   }
   const FrameSpan span = spanOf(options, rate, streams);
+  progress.emplace(options.file, bytesOfWindows(*parser, chosen, streams, span));
   Output out(options.out);
   FrameWriter writer(out, options.format, rate);
   FrameFilter filter(options.tolerance);

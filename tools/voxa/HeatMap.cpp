@@ -4,6 +4,7 @@
 #include "tools/series/RecordStream.h"
 #include "tools/voxa/Commands.h"
 #include "tools/voxa/Picture.h"
+#include "tools/voxa/Progress.h"
 #include "tools/voxa/QuietModule.h"
 #include "tools/voxa/Recording.h"
 
@@ -36,6 +37,7 @@ void drawHeatMap(const HeatMapOptions& options) {
   const ChosenStream stream = chooseOfType(*parser, options.file, options.stream, options.types,
                                            series::recordTypeOf<Point>());
   const auto screen = screenSizeOf(options.file, options.screen);
+  const Progress progress(options.file, (screen ? 1 : 2) * bytesOf(*parser, {stream}));
   std::string damage;
   const auto forEachPoint = [&](auto visitor) {
     const QuietModule quiet;

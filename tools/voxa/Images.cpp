@@ -11,6 +11,7 @@
 #include "tools/voxa/Failure.h"
 #include "tools/voxa/Output.h"
 #include "tools/voxa/OutputFolder.h"
+#include "tools/voxa/Progress.h"
 #include "tools/voxa/QuietModule.h"
 #include "tools/voxa/Recording.h"
 #include "tools/voxa/Rows.h"
@@ -105,6 +106,7 @@ void extractImages(const ImagesOptions& options) {
     row.field("file", file);
   };
   rows.header([&](auto& row) { describeImage(row, 0, 0, {}); });
+  const Progress progress(options.file, bytesOf(*parser, {id}));
   std::string damage;
   try {
     const QuietModule quiet;

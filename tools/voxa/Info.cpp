@@ -6,9 +6,11 @@
 #include "tools/voxa/Commands.h"
 #include "tools/voxa/NamedTypes.h"
 #include "tools/voxa/Output.h"
+#include "tools/voxa/Progress.h"
 #include "tools/voxa/Recording.h"
 #include "tools/voxa/Sources.h"
 #include "tools/voxa/Summary.h"
+#include "tools/voxa/Terminal.h"
 
 namespace voxa {
 
@@ -38,10 +40,15 @@ std::string soundText(const TrackSummary& track) {
                      track.bitsPerSample);
 }
 
+void writeHeading(Output& out, const char* text) {
+  const bool isBold = usesColors(StandardStream::Out);
+  out.write(fmt::format("\n{}{}{}\n", isBold ? "\x1b[1m" : "", text, isBold ? "\x1b[0m" : ""));
+}
+
 void writeTracks(Output& out, const RecordingSummary& recording) {
   if (recording.tracks.empty()) return;
   constexpr auto kRow = "  {:<5}  {:<5}  {:<6}  {:>11}  {:>12}  {:>10}  {}\n";
-  out.write("\nTracks\n");
+  writeHeading(out, "Tracks");
   out.write(fmt::format(kRow, "index", "kind", "tag", "size", "rate", "seconds", "sound"));
   for (const TrackSummary& track : recording.tracks) {
     const std::string size =
@@ -55,7 +62,7 @@ void writeStreams(Output& out, const RecordingSummary& recording) {
   if (recording.streams.empty()) return;
   constexpr auto kRow =
       "  {:<3}  {:<13}  {:>9}  {:>10}  {:>10}  {:>10}  {:>8}  {:>10}  {:>7}  {}\n";
-  out.write("\nStreams\n");
+  writeHeading(out, "Streams");
   out.write(fmt::format(kRow, "key", "type", "records", "first, s", "last, s", "duration", "per s",
                         "bytes", "version", "slot"));
   for (const StreamSummary& stream : recording.streams) {
@@ -78,7 +85,7 @@ void writeTable(Output& out, const RecordingSummary& recording) {
                   screen != nullptr ? fmt::format("{}x{}", screen->width, screen->height) : kNone));
   writeTracks(out, recording);
   writeStreams(out, recording);
-  if (!recording.warnings.empty()) out.write("\nWarnings\n");
+  if (!recording.warnings.empty()) writeHeading(out, "Warnings");
   for (const std::string& warning : recording.warnings) {
     out.write("  ");
     out.writePrintable(warning);
@@ -93,10 +100,11 @@ void showInfo(const InfoOptions& options) {
   const bool isJson = options.format == Format::Json;
   const char* before = isJson ? "{\"files\":[" : "";
   const Status worst = forEachIndexedSource(options.sources, [&](const IndexedSource& source) {
+    const auto ids = streamsNamed(source.parser, source.file, source.streams);
+    const Progress progress(source.file, bytesOf(source.parser, ids));
     const RecordingSummary recording =
         summarise(source.parser, source.file,
-                  {streamsNamed(source.parser, source.file, source.streams), series::TimeRange(),
-                   namedTypes(source.parser, source.file, source.types)});
+                  {ids, series::TimeRange(), namedTypes(source.parser, source.file, source.types)});
     out.write(before);
     if (isJson) {
       out.write(formats::jsonText(formats::summaryJson(recording)));

@@ -55,8 +55,8 @@ void forEachKept(ZRKMetaData::MetaDataParser& parser, const std::string& file,
   std::uint64_t count = 0;
   const auto finish = [&] {
     simplifier.finish(masking);
-    say(fmt::format("{}: {}: {} of {} records dropped", file, stream.name,
-                    simplifier.droppedCount(), count));
+    note(fmt::format("{}: {}: {} of {} records dropped", file, stream.name,
+                     simplifier.droppedCount(), count));
   };
   try {
     readAll([&](double seconds, const Record& record) {

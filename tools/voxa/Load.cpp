@@ -146,8 +146,8 @@ boost::rational<unsigned int> screenTrackRate(const std::string& file) {
   }
   for (const auto& track : stats.trackStats()) {
     if (track.tag != Kestova::MediaFileStats::ScreenTrack || track.rate.numerator() == 0) continue;
-    say(fmt::format("{}: --rate is that of the screen track: {}/{}", file, track.rate.numerator(),
-                    track.rate.denominator()));
+    note(fmt::format("{}: --rate is that of the screen track: {}/{}", file, track.rate.numerator(),
+                     track.rate.denominator()));
     return track.rate;
   }
   throw Failure(Status::WrongUse, file + ": no screen track to take the rate from; use --rate");

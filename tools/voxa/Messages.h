@@ -1,4 +1,6 @@
-// Messages on standard error, with unprintable characters escaped.
+// Messages on standard error, with unprintable characters escaped, and the status line below them.
+//
+// Used by one thread.
 #pragma once
 
 #include <iostream>
@@ -7,8 +9,28 @@
 
 namespace voxa {
 
-/// Prints one line: "voxa: " and the message, escaped.
+/// Prints one line: "voxa: " and the message, escaped. For what the user must know: the result
+/// lacks something.
 void say(std::string_view message);
+
+/// The same for what is only good to know. Prints nothing with --quiet.
+void note(std::string_view message);
+
+/// The same for what made the command fail.
+void sayError(std::string_view message);
+
+/// Option --quiet: no notes and no status line from now on.
+void beQuiet();
+
+/// Shows a line of ASCII or escaped text on the terminal, in place of the one shown before. The
+/// next message replaces it. Does nothing where standard error is no terminal.
+void showStatus(std::string_view line);
+
+/// Removes the line.
+void hideStatus();
+
+/// Removes the line and shows no other: from now on something else is written to the terminal.
+void endStatus();
 
 /// Forwards text to another buffer, line by line and escaped (text/Printable.h).
 class EscapingBuffer final : public std::streambuf {
@@ -25,11 +47,12 @@ class EscapingBuffer final : public std::streambuf {
   std::streambuf& m_target;
 };
 
-/// While an object exists, everything written to std::cerr, also by the module, is escaped.
+/// While an object exists, everything written to std::cerr, also by the module, is escaped. At most
+/// one object exists at a time.
 class EscapedErrors {
  public:
-  EscapedErrors() : m_buffer(*std::cerr.rdbuf()), m_before(std::cerr.rdbuf(&m_buffer)) {}
-  ~EscapedErrors() { std::cerr.rdbuf(m_before); }
+  EscapedErrors();
+  ~EscapedErrors();
   EscapedErrors(const EscapedErrors&) = delete;
   EscapedErrors& operator=(const EscapedErrors&) = delete;
 

@@ -8,6 +8,8 @@
 #include "text/CsvText.h"
 #include "text/JsonText.h"
 #include "text/Printable.h"
+#include "tools/voxa/Messages.h"
+#include "tools/voxa/Terminal.h"
 
 namespace voxa {
 
@@ -29,6 +31,7 @@ void Output::flush() {
     m_buffer.clear();
     return;
   }
+  if (connectionOf(StandardStream::Out) != Connection::File) endStatus();  // it may be in the way
   const bool isWritten =
       std::fwrite(m_buffer.data(), 1, m_buffer.size(), stdout) == m_buffer.size() &&
       std::fflush(stdout) == 0;

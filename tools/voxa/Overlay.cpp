@@ -10,6 +10,7 @@
 #include "tools/voxa/Commands.h"
 #include "tools/voxa/KeyCaptions.h"
 #include "tools/voxa/Picture.h"
+#include "tools/voxa/Progress.h"
 #include "tools/voxa/QuietModule.h"
 #include "tools/voxa/Rates.h"
 #include "tools/voxa/Recording.h"
@@ -173,6 +174,11 @@ void writeOverlay(const OverlayOptions& options) {
   const Video video = videoOf(options);
   const OverlayStreams streams = OverlayChoice(*parser, options).streams();
 
+  std::vector<ChosenStream> read;
+  for (const auto& stream : {streams.keys, streams.cursor, streams.clicks}) {
+    if (stream) read.push_back(*stream);
+  }
+  const Progress progress(options.file, bytesOf(*parser, read));
   Output out(options.out);
   out.write(formats::assHeader(video.size));
   OverlayWriter writer(*parser, options, range, out);

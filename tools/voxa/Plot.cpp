@@ -4,6 +4,7 @@
 #include "tools/voxa/Commands.h"
 #include "tools/voxa/Masks.h"
 #include "tools/voxa/Picture.h"
+#include "tools/voxa/Progress.h"
 #include "tools/voxa/QuietModule.h"
 #include "tools/voxa/Recording.h"
 
@@ -15,6 +16,7 @@ void drawPlot(const PlotOptions& options) {
   requireOtherFile(options.out, options.file);
   const auto streams = chooseStreams(*parser, options.file, options.streams, options.types);
   requireMasks(*parser, options.file, streams, options.redaction);
+  const Progress progress(options.file, bytesOf(*parser, streams));
   formats::Plot plot({titleOf(options.file), screenSizeOf(options.file, options.screen)});
   std::string damage;
   for (const ChosenStream& stream : streams) {

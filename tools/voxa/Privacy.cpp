@@ -12,6 +12,7 @@
 #include "tools/series/RecordStream.h"
 #include "tools/voxa/Commands.h"
 #include "tools/voxa/Output.h"
+#include "tools/voxa/Progress.h"
 #include "tools/voxa/QuietModule.h"
 #include "tools/voxa/Rows.h"
 #include "tools/voxa/Sources.h"
@@ -50,9 +51,22 @@ void forEach(ZRKMetaData::MetaDataParser& parser, const ChosenStream& stream, Vi
   }
 }
 
+// Each stream as often as it is read: texts twice.
+std::vector<ChosenStream> readings(const Source& source) {
+  std::vector<ChosenStream> streams;
+  for (const ChosenStream& stream : source.streams) {
+    const bool isStrings = stream.type == series::recordTypeOf<std::string>();
+    const bool isKeys = stream.type == series::recordTypeOf<ZRKMetaData::KeyStroke>();
+    if (isStrings) streams.push_back(stream);
+    if (isStrings || isKeys) streams.push_back(stream);
+  }
+  return streams;
+}
+
 FilePrivacy privacyOf(const Source& source) {
   FilePrivacy result;
   PasswordWindows windows;
+  const Progress progress(source.file, bytesOf(source.parser, readings(source)));
   for (const ChosenStream& stream : source.streams) {
     const bool isStrings = stream.type == series::recordTypeOf<std::string>();
     if (!isStrings && stream.type != series::recordTypeOf<ZRKMetaData::KeyStroke>()) continue;

@@ -98,6 +98,10 @@ class CommandLine {
     addSample();
     addReport();
     addDiff();
+    for (CLI::App* const command : m_app.get_subcommands({})) {
+      command->add_flag_callback("-q,--quiet", beQuiet,
+                                 "Print neither progress nor notes on standard error");
+    }
   }
 
   void run(std::vector<std::string> arguments) {
@@ -736,7 +740,7 @@ class CommandLine {
 };
 
 int fail(Status status, const std::string& message) {
-  if (!message.empty()) say(message);
+  if (!message.empty()) sayError(message);
   return static_cast<int>(status);
 }
 

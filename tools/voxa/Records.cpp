@@ -9,6 +9,7 @@
 #include "tools/voxa/Failure.h"
 #include "tools/voxa/Masks.h"
 #include "tools/voxa/Output.h"
+#include "tools/voxa/Progress.h"
 #include "tools/voxa/QuietModule.h"
 #include "tools/voxa/Recording.h"
 #include "tools/voxa/Rows.h"
@@ -46,6 +47,7 @@ void printRecords(const RecordsOptions& options) {
   requireOtherFile(options.out.file, options.file);
   const ChosenStream stream = chooseStream(*parser, options.file, options.stream, options.type);
   requireMasks(*parser, options.file, {stream}, options.redaction);
+  const Progress progress(options.file, bytesOf(*parser, {stream}));
   Output out(options.out);
   RowWriter rows(out, options.format);
   if (options.format == Format::Json) out.write("{\"records\":[");

@@ -5,6 +5,7 @@
 #include "tools/voxa/Masks.h"
 #include "tools/voxa/NamedTypes.h"
 #include "tools/voxa/Output.h"
+#include "tools/voxa/Progress.h"
 #include "tools/voxa/QuietModule.h"
 #include "tools/voxa/Recording.h"
 #include "tools/voxa/Summary.h"
@@ -17,6 +18,8 @@ void writeReport(const ReportOptions& options) {
   const auto parser = openRecording(options.file, options.container);
   requireOtherFile(options.out.file, options.file);
   const auto streams = streamsNamed(*parser, options.file, options.streams);
+  constexpr int kReadings = 2;  // for the summary and for the rows
+  const Progress progress(options.file, kReadings * bytesOf(*parser, streams));
   const series::RecordingSummary recording = summarise(
       *parser, options.file, {streams, range, namedTypes(*parser, options.file, options.types)});
   std::vector<ChosenStream> shown;

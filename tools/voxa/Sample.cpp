@@ -1,10 +1,14 @@
 #include "tools/recording/Sample.h"
+
+#include <filesystem>
+
 #include "tools/files/OutputFile.h"
 #include "tools/recording/Append.h"
 #include "tools/recording/Container.h"
 #include "tools/recording/Movie.h"
 #include "tools/voxa/Commands.h"
 #include "tools/voxa/Messages.h"
+#include "tools/voxa/Progress.h"
 #include "tools/voxa/Recording.h"
 
 namespace voxa {
@@ -55,10 +59,16 @@ void writeSample(const SampleOptions& options) {
     if (kind == ZRKMetaData::Atoms) out.write(recording::sampleMovie(options.seconds));
     out.write(block);
   } else {
+    std::error_code unknown;
+    Progress progress(options.onto, static_cast<double>(std::filesystem::file_size(
+                                        std::filesystem::u8path(options.onto), unknown)));
     whyUntagged = recording::writeOnto(
         options.onto,
         kind == ZRKMetaData::Riff ? recording::Layout::Chunks : recording::Layout::Atoms, block,
-        [&out](std::string_view bytes) { out.write(bytes); });
+        [&](std::string_view bytes) {
+          out.write(bytes);
+          progress.add(static_cast<ZRKMetaData::int64>(bytes.size()));
+        });
   }
   out.commit();
   if (!whyUntagged.empty()) say(options.out + ": the tracks are not tagged: " + whyUntagged);

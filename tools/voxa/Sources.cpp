@@ -43,7 +43,7 @@ class Visitor {
   }
 
   void report(const Failure& failure) {
-    if (*failure.what() != '\0') say(failure.what());
+    if (*failure.what() != '\0') sayError(failure.what());
     m_worst = worse(m_worst, failure.status());
   }
 

@@ -64,8 +64,8 @@ std::vector<ChosenStream> chooseStreams(MetaDataParser& parser, const std::strin
       return series::guessRecordType(parser, id);
     }();
     if (const auto type = guess.certainType()) {
-      say(fmt::format("{}: {} read as {} (guessed; override with --as)", file, name,
-                      series::infoOf(*type).name));
+      note(fmt::format("{}: {} read as {} (guessed; override with --as)", file, name,
+                       series::infoOf(*type).name));
       chosen.push_back({id, name, *type});
       continue;
     }

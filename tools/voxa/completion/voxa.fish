@@ -29,6 +29,7 @@ complete -c voxa -n __fish_use_subcommand -a help -d 'Show the help of a command
 complete -c voxa -n '__fish_seen_subcommand_from help' -f -a "$commands"
 
 complete -c voxa -n "__fish_seen_subcommand_from $commands" -l help -d 'Show the options of the command'
+complete -c voxa -n '__fish_seen_subcommand_from info privacy diff report plot heatmap guess frames export captions overlay images streams records load stats slots sample' -s q -l quiet -d 'No progress and no notes'
 complete -c voxa -n '__fish_seen_subcommand_from info privacy diff streams stats slots guess' -l format -x -a 'table json' -d 'Output format'
 complete -c voxa -n '__fish_seen_subcommand_from records' -l format -x -a 'table csv json' -d 'Output format'
 complete -c voxa -n '__fish_seen_subcommand_from load' -l format -x -a 'table csv json host-xml host-json' -d 'Output format'
