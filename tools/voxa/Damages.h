@@ -14,8 +14,8 @@ class Damages {
   /// An empty text is no damage.
   void add(const std::string& damage) {
     if (damage.empty()) return;
-    if (!m_last.empty()) say(m_last);
-    m_last = damage;
+    if (!m_last.empty()) sayError(m_last);
+    m_last = damage + "; the result holds the records before";
   }
 
   /// Throws Failure (DamagedData) when there is any. Call it when the result is complete.

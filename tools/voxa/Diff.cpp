@@ -142,7 +142,7 @@ class RecordingDiff {
     Status status = m_isEqual ? Status::Done : Status::Different;
     for (const DiffFile* const source : {&m_before, &m_after}) {
       if (source->damage.empty()) continue;
-      say(source->damage);
+      sayError(source->damage + "; the records before were compared");
       status = worse(status, Status::DamagedData);
     }
     return status;

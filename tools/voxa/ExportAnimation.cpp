@@ -89,7 +89,9 @@ void exportAnimation(const ExportOptions& options) {
     animation.finish();
     sink.flush();
     out.finish();
-    if (!damage.empty()) throw Failure(Status::DamagedData, damage);
+    if (!damage.empty()) {
+      throw Failure(Status::DamagedData, damage + "; the result holds the records before");
+    }
   }));
 }
 

@@ -119,7 +119,9 @@ void extractImages(const ImagesOptions& options) {
     damage = error.message(options.file);
   }
   index.finish();
-  if (!damage.empty()) throw Failure(Status::DamagedData, damage);
+  if (!damage.empty()) {
+    throw Failure(Status::DamagedData, damage + "; the images before are written");
+  }
 }
 
 }  // namespace voxa

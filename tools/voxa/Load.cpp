@@ -1,6 +1,7 @@
 #include <boost/lexical_cast.hpp>
 #include <boost/smart_ptr/make_shared.hpp>
 #include <boost/system/system_error.hpp>
+#include <boost/uuid/string_generator.hpp>
 #include <boost/uuid/uuid_io.hpp>
 #include <exception>
 #include <optional>
@@ -18,6 +19,7 @@
 #include "stats/VOXAStatsLoader.h"
 #include "tools/host/FixedEditRate.h"
 #include "tools/host/ParameterTypes.h"
+#include "tools/series/RecordStream.h"
 #include "tools/voxa/Commands.h"
 #include "tools/voxa/Describe.h"
 #include "tools/voxa/Masks.h"
@@ -58,9 +60,27 @@ struct Loaded {
   boost::shared_ptr<const Parameter<T>> parameter;
 };
 
+// Where the damage is that the module reports without a place: "byte 40: ", or nothing where it
+// cannot be found.
+std::string placeOfDamage(const Request& request) {
+  const auto type = series::recordTypeNamed(request.type);
+  if (!type) return {};
+  const SilentScan silent;
+  const QuietModule quiet;
+  const auto parser = openForModule(request.options.file, ScanMessages::Dropped);
+  try {
+    series::forEachRecord(*parser, boost::uuids::string_generator()(request.identifier), *type, {},
+                          [](double, const auto&) {});
+  } catch (const series::DamagedStream& damage) {
+    return "byte " + std::to_string(damage.byteOffset()) + ": ";
+  }
+  return {};
+}
+
 Failure damaged(const Request& request, const std::exception& error) {
-  return {Status::DamagedData,
-          request.options.file + ": stream " + request.identifier + ": " + error.what()};
+  return {Status::DamagedData, request.options.file + ": stream " + request.identifier + ": " +
+                                   placeOfDamage(request) + error.what() +
+                                   "; voxa records prints the records before"};
 }
 
 Kestova::KeystrokeData redacted(Kestova::KeystrokeData key, series::Redaction redaction) {

@@ -172,7 +172,9 @@ void showPrivacy(const PrivacyOptions& options) {
       writeTable(out, source.file, privacy);
     }
     before = isJson ? "," : "\n";
-    if (!privacy.damage.empty()) throw Failure(Status::DamagedData, privacy.damage);
+    if (!privacy.damage.empty()) {
+      throw Failure(Status::DamagedData, privacy.damage + "; the records before were searched");
+    }
     if (privacy.hasSecrets()) throw Failure(Status::SecretsFound, "");
   });
   if (isJson) out.write(*before == ',' ? "]}\n" : "{\"files\":[]}\n");

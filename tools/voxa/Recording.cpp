@@ -57,7 +57,8 @@ std::optional<boost::uuids::uuid> lookUpKey(const MetaDataParser& parser, const 
   if (candidates.size() == 1) return candidates.front();
   std::string list;
   for (const auto& id : candidates) list += " " + boost::uuids::to_string(id);
-  throw Failure(Status::WrongUse, file + ": several streams have the key " + key + ":" + list);
+  throw Failure(Status::WrongUse,
+                file + ": several streams have the key " + key + "; use one of:" + list);
 }
 
 boost::uuids::uuid parseIdentifier(const std::string& text) {
@@ -129,8 +130,9 @@ std::optional<boost::uuids::uuid> lookUpStream(const MetaDataParser& parser,
 }
 
 Failure noSuchStream(const std::string& file, const std::string& text) {
-  return {Status::NoSuchStream,
-          file + ": no stream " + (isShortKey(text) ? upperCase(text) : text)};
+  return {Status::NoSuchStream, file + ": no stream " +
+                                    (isShortKey(text) ? upperCase(text) : text) +
+                                    "; voxa streams lists them"};
 }
 
 boost::uuids::uuid findStream(const MetaDataParser& parser, const std::string& file,

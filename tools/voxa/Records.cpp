@@ -64,7 +64,10 @@ void printRecords(const RecordsOptions& options) {
     out.write("}\n");
   }
   out.finish();
-  if (damage) throw Failure(Status::DamagedData, damage->message(options.file));
+  if (damage) {
+    throw Failure(Status::DamagedData,
+                  damage->message(options.file) + "; the records before are printed");
+  }
 }
 
 }  // namespace voxa
