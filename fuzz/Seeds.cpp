@@ -49,6 +49,16 @@ void writeSeeds(const std::filesystem::path& root) {
   index.write(Bytes(1, 2) + recording::entryBytes(entries.front()));
   index.write(Bytes(1, 1) + repeatedScan());
 
+  Folder salvage(root, "salvage");
+  const Bytes block = recording::atomBlock(entries);
+  salvage.write(Bytes(1, 0) + recording::chunk("RIFF", "odd") + recording::chunkBlock(entries));
+  salvage.write(Bytes(1, 1) + block.substr(0, block.size() - 100));
+  salvage.write(Bytes(1, 1) + Bytes("\0\0\0\4abcd", 8) + block + recording::atom("free", block));
+  salvage.write(Bytes(1, 1) + recording::atomBlock(
+                                  {{recording::streamId(0xF9), recording::stringRecord(0, block)},
+                                   entries.front()}));
+  salvage.write(Bytes(1, 2) + recording::entryBytes(entries.front()));
+
   Folder records(root, "records");
   Folder guess(root, "guess");
   static constexpr const char* kTypes[] = {"ints",       "doubles", "int64s", "strings",

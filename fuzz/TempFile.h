@@ -14,6 +14,9 @@ class TempFile {
   explicit TempFile(const std::string& extension = {})
       : m_path(std::filesystem::temp_directory_path() /
                ("kestova-fuzz-" + std::to_string(std::random_device()()) + extension)) {}
+  /// The name of `other` with another extension.
+  TempFile(const TempFile& other, const std::string& extension)
+      : m_path(std::filesystem::path(other.m_path).replace_extension(extension)) {}
   ~TempFile() { remove(); }
   TempFile(const TempFile&) = delete;
   TempFile& operator=(const TempFile&) = delete;

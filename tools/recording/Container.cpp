@@ -10,6 +10,11 @@ constexpr std::uint64_t kAtomHeaderSize = 8;
 constexpr std::uint64_t kWideAtomHeaderSize = 16;
 constexpr std::uint32_t kSizeFollowsType = 1;
 
+Bytes wideAtomHeader(const char* type, std::uint64_t payloadSize) {
+  return bigEndian(kSizeFollowsType) + Bytes(type, 4) +
+         bigEndian(kWideAtomHeaderSize + payloadSize);
+}
+
 template <class Wrap>
 Bytes container(const std::vector<Entry>& entries, Wrap wrap) {
   Bytes payload;
@@ -29,15 +34,18 @@ Bytes entryBytes(const Entry& entry) {
          littleEndian(entry.reserved) + entry.records;
 }
 
+Bytes atomHeader(const char* type, std::uint64_t payloadSize) {
+  const std::uint64_t size = kAtomHeaderSize + payloadSize;
+  if (size > std::numeric_limits<std::uint32_t>::max()) return wideAtomHeader(type, payloadSize);
+  return bigEndian(static_cast<std::uint32_t>(size)) + Bytes(type, 4);
+}
+
 Bytes atom(const char* type, const Bytes& payload) {
-  const std::uint64_t size = kAtomHeaderSize + payload.size();
-  if (size > std::numeric_limits<std::uint32_t>::max()) return wideAtom(type, payload);
-  return bigEndian(static_cast<std::uint32_t>(size)) + Bytes(type, 4) + payload;
+  return atomHeader(type, payload.size()) + payload;
 }
 
 Bytes wideAtom(const char* type, const Bytes& payload) {
-  return bigEndian(kSizeFollowsType) + Bytes(type, 4) +
-         bigEndian(static_cast<std::uint64_t>(kWideAtomHeaderSize + payload.size())) + payload;
+  return wideAtomHeader(type, payload.size()) + payload;
 }
 
 Bytes chunk(const char* type, const Bytes& payload) {

@@ -22,6 +22,10 @@ boost::uuids::uuid streamId(unsigned char key);
 
 Bytes entryBytes(const Entry& entry);
 
+/// The header of an atom with a payload of `payloadSize` bytes. Its size has 32 bits where that
+/// suffices, else 64.
+Bytes atomHeader(const char* type, std::uint64_t payloadSize);
+
 /// An atom. Its size has 32 bits where that suffices; the size of a wide atom always has 64 bits.
 /// `type` has four characters.
 Bytes atom(const char* type, const Bytes& payload);

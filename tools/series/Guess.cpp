@@ -8,6 +8,7 @@
 #include <optional>
 
 #include "ZRKMetaData/src/MetaDataUUID.h"
+#include "tools/series/StreamBytes.h"
 #include "tools/series/ValueModels.h"
 
 namespace series {
@@ -24,7 +25,6 @@ using ZRKMetaData::uint32;
 using ZRKMetaData::uint64;
 
 constexpr std::size_t kTimeBytes = 8;
-constexpr std::size_t kMaxHeadBytes = kMaxGuessHeadBytes - ZRKMetaData::MetaDataHeader::kByteCount;
 constexpr double kMinEvidenceBits = 16;  // by chance once in 65,536 streams
 // How many bits more another type must explain to rule a type out. Models are simpler than
 // streams, so that a small advantage per record proves nothing, however many records add up to it.
@@ -331,18 +331,6 @@ Guess rank(std::vector<Ranked> types, bool isEmpty) {
   return guess;
 }
 
-// Reads up to `count` bytes at `position`; shorter where the stream is.
-std::string bytesAt(std::istream& stream, int64 position, std::size_t count) {
-  std::string bytes(count, '\0');
-  stream.clear();
-  stream.seekg(position);
-  stream.read(bytes.data(), static_cast<std::streamsize>(count));
-  bytes.resize(stream.good() || stream.eof()
-                   ? static_cast<std::size_t>(std::max<std::streamsize>(stream.gcount(), 0))
-                   : 0);
-  return bytes;
-}
-
 // Whether the entry at `location` has an ordinary atom header, with which the indexed size is 8
 // bytes short. An extended header ends in the low half of its 64-bit size, never in the type and
 // the matching 32-bit size.
@@ -372,32 +360,23 @@ Guess guessRecordType(ZRKMetaData::MetaDataParser& parser, const boost::uuids::u
   constexpr int64 kHeaderBytes = ZRKMetaData::MetaDataHeader::kByteCount;
   const auto location = parser.locationOf(id);
   std::istream& stream = parser.stream();
-  StreamSample sample;
-  std::string head;
-  std::string tail;
   stream.clear();
   stream.seekg(0, std::ios::end);
   const int64 fileSize = stream.good() ? static_cast<int64>(stream.tellg()) : 0;
   const int64 first = location.offset + kHeaderBytes;
+  std::size_t byteCount = 0;
+  bool isCut = false;
   if (location.size > 0 && location.offset >= 0 && first < fileSize) {
     const bool isShort =
         parser.containerKind() == ZRKMetaData::Atoms && hasOrdinaryHeader(stream, location);
     const int64 announced = location.size - kHeaderBytes + (isShort ? 8 : 0);
     const int64 available = fileSize - first;
-    sample.isCut = announced > available;
-    const auto byteCount =
-        static_cast<std::size_t>(std::max<int64>(std::min(announced, available), 0));
-    sample.byteCount = byteCount;
-    head = bytesAt(stream, first, std::min<std::size_t>(byteCount, kMaxHeadBytes));
-    const std::size_t tailBytes = std::min(byteCount - head.size(), kMaxGuessTailBytes);
-    if (tailBytes != 0) {
-      tail = bytesAt(stream, first + static_cast<int64>(byteCount - tailBytes), tailBytes);
-    }
+    isCut = announced > available;
+    byteCount = static_cast<std::size_t>(std::max<int64>(std::min(announced, available), 0));
   }
-  sample.head = head;
-  sample.tail = tail;
+  const SampledBytes sampled(stream, first, byteCount);
   stream.clear();
-  return guessRecordType(sample);
+  return guessRecordType(sampled.sample(isCut));
 }
 
 }  // namespace series

@@ -248,6 +248,20 @@ struct OverlayOptions {
 /// Writes a script of Advanced SubStation Alpha that draws the cursor and the keys on a video.
 void writeOverlay(const OverlayOptions& options);
 
+struct SalvageOptions {
+  std::string file;
+  std::string out;     ///< ends in ".voxa"
+  bool force = false;  ///< replace existing files
+  Format format = Format::Table;
+  std::optional<ZRKMetaData::ContainerKind> container;
+};
+
+/// Recovers the streams of a damaged recording: the certain ones to `out`, the doubtful ones to
+/// OUT.doubtful.voxa, and lists their byte ranges. A file without streams is not written. Memory
+/// does not grow with the length of a stream. Throws Failure (DamagedData) when a stream is
+/// doubtful.
+void salvageRecording(const SalvageOptions& options);
+
 struct SampleOptions {
   std::string out;
   double seconds = 10;

@@ -95,6 +95,7 @@ class CommandLine {
     addCaptions();
     addOverlay();
     addImages();
+    addSalvage();
     addSample();
     addReport();
     addDiff();
@@ -652,6 +653,21 @@ class CommandLine {
     command->callback([this] { extractImages(m_images); });
   }
 
+  void addSalvage() {
+    CLI::App* const command = add("salvage", "Recover the streams of a damaged or cut recording.",
+                                  "voxa salvage take1.mp4 -o saved.voxa");
+    command->add_option("FILE", m_salvage.file, "The damaged recording")->required();
+    command
+        ->add_option("-o,--out", m_salvage.out,
+                     "The new recording, .voxa; doubtful streams go to OUT.doubtful.voxa")
+        ->required()
+        ->type_name("FILE");
+    command->add_flag("--force", m_salvage.force, "Replace the files if they exist");
+    addFormat(command, m_salvage, {"table", "json"});
+    addContainer(command, m_salvage);
+    command->callback([this] { salvageRecording(m_salvage); });
+  }
+
   void addSample() {
     CLI::App* const command = add("sample", "Write a synthetic recording.",
                                   "voxa sample take1.mp4 --onto clip.mp4 --seconds 30");
@@ -732,6 +748,7 @@ class CommandLine {
   CaptionsOptions m_captions;
   OverlayOptions m_overlay;
   ImagesOptions m_images;
+  SalvageOptions m_salvage;
   SampleOptions m_sample;
   InfoOptions m_info;
   PrivacyOptions m_privacy;

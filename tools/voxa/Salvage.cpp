@@ -1,0 +1,234 @@
+#include "tools/series/Salvage.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <boost/uuid/uuid_io.hpp>
+#include <fstream>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "ZRKMetaData/src/ZRKMPlatform.h"
+#include "text/Counted.h"
+#include "tools/files/OutputFile.h"
+#include "tools/recording/Container.h"
+#include "tools/voxa/Commands.h"
+#include "tools/voxa/Output.h"
+#include "tools/voxa/Recording.h"
+#include "tools/voxa/Rows.h"
+
+namespace voxa {
+
+using series::SalvagedStream;
+using ZRKMetaData::int32;
+using ZRKMetaData::int64;
+using ZRKMetaData::MetaDataHeader;
+using ZRKMetaData::MetaDataUUID;
+
+namespace {
+
+using Streams = std::vector<SalvagedStream>;
+
+constexpr const char* kExtension = ".voxa";
+
+// The recording OUT.doubtful.voxa beside OUT.voxa.
+std::string doubtfulName(const std::string& out) {
+  return out.substr(0, out.size() - std::string_view(kExtension).size()) + ".doubtful" + kExtension;
+}
+
+bool hasExtension(const std::string& name) {
+  const std::string_view extension = kExtension;
+  return name.size() > extension.size() &&
+         std::string_view(name).substr(name.size() - extension.size()) == extension;
+}
+
+// The streams that one of the files gets. A reader would not see one that is replaced.
+Streams chosen(const Streams& streams, bool isCertain) {
+  Streams result;
+  std::copy_if(streams.begin(), streams.end(), std::back_inserter(result),
+               [isCertain](const SalvagedStream& stream) {
+                 return stream.isCertain() == isCertain && !stream.isReplaced;
+               });
+  return result;
+}
+
+// The version by which a reader accepts the stream, whatever was stored.
+int32 readableVersion(const boost::uuids::uuid& id) {
+  return MetaDataUUID::isKnown(id) ? 1 : MetaDataUUID::kUnknownVersion;
+}
+
+void copyRecords(std::istream& file, const SalvagedStream& stream, files::OutputFile& out) {
+  constexpr int64 kPieceBytes = 1 << 16;
+  std::string piece;
+  int64 left = stream.size - MetaDataHeader::kByteCount;
+  file.clear();
+  file.seekg(stream.offset + MetaDataHeader::kByteCount);
+  while (left > 0) {
+    piece.resize(static_cast<std::size_t>(std::min(left, kPieceBytes)));
+    if (!file.read(piece.data(), static_cast<std::streamsize>(piece.size()))) {
+      throw std::runtime_error("cannot be read any more");
+    }
+    out.write(piece);
+    left -= static_cast<int64>(piece.size());
+  }
+}
+
+void writeBlock(std::istream& file, const Streams& streams, files::OutputFile& out) {
+  const auto entryHeader = [](const SalvagedStream& stream) {
+    return recording::atomHeader("DATA", static_cast<std::uint64_t>(stream.size));
+  };
+  std::uint64_t size = 0;
+  for (const SalvagedStream& stream : streams) {
+    size += entryHeader(stream).size() + static_cast<std::uint64_t>(stream.size);
+  }
+  out.write(recording::atomHeader("ZRKM", size));
+  for (const SalvagedStream& stream : streams) {
+    const MetaDataHeader& header = stream.header;
+    out.write(entryHeader(stream));
+    out.write(
+        recording::entryBytes({header.uuid, "", readableVersion(header.uuid), header.reserved}));
+    copyRecords(file, stream, out);
+  }
+}
+
+void describeCount(JsonRow& row, const SalvagedStream& stream) {
+  if (stream.recordCount) {
+    row.field("records", *stream.recordCount);
+  } else {
+    row.null("records");
+  }
+}
+
+template <class Row>
+void describeCount(Row& row, const SalvagedStream& stream) {
+  row.field("records", stream.recordCount ? std::to_string(*stream.recordCount) : "-");
+}
+
+template <class Row>
+void describeStream(Row& row, const SalvagedStream& stream) {
+  row.field("id", boost::uuids::to_string(stream.header.uuid));
+  row.field("key", MetaDataUUID::shortKey(stream.header.uuid));
+  row.field("offset", stream.offset);
+  row.field("size", stream.size);
+  describeCount(row, stream);
+  row.field("cut", stream.isCut);
+  row.field("state", std::string(stream.isCertain() ? "certain" : "doubtful"));
+  row.field("reason",
+            stream.isReplaced ? stream.doubt + ", which is written instead" : stream.doubt);
+}
+
+// The files that are written; empty names for none.
+struct Written {
+  std::string certain;
+  std::string doubtful;
+};
+
+void writeJson(Output& out, const std::string& file, const Written& written,
+               const Streams& streams) {
+  JsonRow document(out);
+  document.field("file", file);
+  const auto name = [&document](const char* key, const std::string& value) {
+    if (value.empty()) {
+      document.null(key);
+    } else {
+      document.field(key, value);
+    }
+  };
+  name("out", written.certain);
+  name("doubtful", written.doubtful);
+  document.array("ranges", streams, [&out](const SalvagedStream& stream) {
+    JsonRow row(out);
+    describeStream(row, stream);
+    row.end();
+  });
+  document.end();
+  out.write("\n");
+}
+
+void writeTable(Output& out, const std::string& file, const Written& written,
+                const Streams& streams) {
+  out.writePrintable(file);
+  out.write(": " + text::counted(streams.size(), "stream"));
+  for (const std::string& name : {written.certain, written.doubtful}) {
+    if (!name.empty()) out.write(" -> ");
+    out.writePrintable(name);
+  }
+  out.write("\n");
+  RowWriter rows(out, Format::Table, {-36, -3, 14, 14, -9, -4, -8});
+  rows.header([](auto& row) { describeStream(row, {}); });
+  for (const SalvagedStream& stream : streams) {
+    rows.write([&stream](auto& row) { describeStream(row, stream); });
+  }
+}
+
+Streams readStreams(const SalvageOptions& options, std::istream& file) {
+  const auto kind = options.container.value_or(ZRKMetaData::containerKindOfFileName(options.file));
+  if (kind == ZRKMetaData::None) {
+    throw Failure(Status::WrongUse, options.file + ": unknown extension; use --container");
+  }
+  try {
+    return series::salvageStreams(file, kind);
+  } catch (const std::runtime_error& error) {
+    throw Failure(Status::Failed, options.file + ": " + error.what());
+  }
+}
+
+}  // namespace
+
+void salvageRecording(const SalvageOptions& options) {
+  if (!hasExtension(options.out)) {
+    throw Failure(Status::WrongUse, options.out + ": the name must end in " + kExtension);
+  }
+  const std::string doubtfulOut = doubtfulName(options.out);
+  requireOpens(options.file);
+  requireOtherFile(options.out, options.file);
+  requireOtherFile(doubtfulOut, options.file);
+  std::ifstream file;
+  ZRKMetaData::openForReading(file, options.file);
+  const Streams streams = readStreams(options, file);
+  if (streams.empty()) {
+    throw Failure(Status::Failed, options.file + ": no stream was found");
+  }
+  // Both files are opened before one is written, so that one that exists refuses both.
+  struct Part {
+    std::string name;
+    Streams streams;
+    std::unique_ptr<files::OutputFile> file;
+  };
+  Part parts[] = {{options.out, chosen(streams, true), nullptr},
+                  {doubtfulOut, chosen(streams, false), nullptr}};
+  for (Part& part : parts) {
+    if (part.streams.empty()) {
+      part.name.clear();
+      continue;
+    }
+    part.file = std::make_unique<files::OutputFile>(
+        part.name, options.force ? files::Existing::Replace : files::Existing::Refuse);
+  }
+  for (const Part& part : parts) {
+    if (part.file) writeBlock(file, part.streams, *part.file);
+  }
+  for (const Part& part : parts) {
+    if (part.file) part.file->commit();
+  }
+  const Written written = {parts[0].name, parts[1].name};
+  Output out;
+  if (options.format == Format::Json) {
+    writeJson(out, options.file, written, streams);
+  } else {
+    writeTable(out, options.file, written, streams);
+  }
+  out.flush();
+  const auto doubtful =
+      std::count_if(streams.begin(), streams.end(),
+                    [](const SalvagedStream& stream) { return !stream.isCertain(); });
+  if (doubtful != 0) {
+    throw Failure(Status::DamagedData,
+                  fmt::format("{}: {} of {} doubtful, written to {}", options.file, doubtful,
+                              text::counted(streams.size(), "stream"), doubtfulOut));
+  }
+}
+
+}  // namespace voxa
