@@ -42,34 +42,54 @@ std::vector<std::size_t> recordEnds(const std::string& type, const Bytes& record
   return ends;
 }
 
+// How a recording is laid out. `Wide` sizes have 64 bits.
+enum class Form { Atoms, AtomsBeforeMedia, WideAtoms, Riff };
+
+Bytes wideBlock(const std::vector<Entry>& entries) {
+  Bytes payload;
+  for (const Entry& entry : entries) {
+    payload += recording::wideAtom("DATA", recording::entryBytes(entry));
+  }
+  return recording::wideAtom("ZRKM", payload);
+}
+
 // A recording, where its streams stand, and where the fields are that damage can be seen in.
 struct Recorded {
   Bytes file;
   ContainerKind kind = ZRKMetaData::Atoms;
+  std::size_t headerSize = 8;  // of the structures
   std::vector<Entry> entries;
   std::vector<std::string> types;
   std::vector<std::size_t> offsets;  // of the entry headers
 
-  Recorded(ContainerKind kind_, double seconds) : kind(kind_), types(recording::sampleTypes()) {
-    entries = recording::sampleEntries(seconds, 3);
-    file = kind == ZRKMetaData::Atoms
-               ? recording::sampleMovie(seconds) + recording::atomBlock(entries)
-               : recording::chunk("RIFF", "media") + recording::chunkBlock(entries);
+  Recorded(Form form, double seconds)
+      : entries(recording::sampleEntries(seconds, 3)), types(recording::sampleTypes()) {
+    file = recording::sampleMovie(seconds);
+    if (form == Form::WideAtoms) {
+      file += wideBlock(entries);
+      headerSize = 16;
+    } else if (form == Form::Riff) {
+      file = recording::chunk("RIFF", "media") + recording::chunkBlock(entries);
+      kind = ZRKMetaData::Riff;
+    } else {
+      file += recording::atomBlock(entries);
+    }
+    if (form == Form::AtomsBeforeMedia) file += recording::atom("mdat", Bytes(500, 'm'));
     for (const Entry& entry : entries) {
       offsets.push_back(file.find(Bytes(entry.id.begin(), entry.id.end())));
     }
   }
 
-  std::size_t blockStart() const { return offsets.front() - 16; }
+  std::size_t blockStart() const { return offsets.front() - 2 * headerSize; }
 
   std::vector<std::size_t> damageableBytes() const {
     std::vector<std::size_t> bytes;
     const auto add = [&bytes](std::size_t from, std::size_t count) {
       for (std::size_t n = 0; n < count; ++n) bytes.push_back(from + n);
     };
-    add(blockStart(), 8);
+    add(blockStart(), headerSize);
     for (std::size_t index = 0; index < entries.size(); ++index) {
-      add(offsets[index] - 8, 8 + 16 + 4);  // size, type, identifier, version
+      add(offsets[index] - headerSize, headerSize + 16 + 4);  // size, type, identifier, version
       const bool isText = types[index] == "strings";
       if (!isText && types[index] != "cursor-images") continue;
       for (const std::size_t record : recordEnds(types[index], entries[index].records)) {
@@ -104,11 +124,16 @@ std::size_t certainCount(const std::vector<SalvagedStream>& streams) {
       std::count_if(streams.begin(), streams.end(), std::mem_fn(&SalvagedStream::isCertain)));
 }
 
-class SalvageOf : public testing::TestWithParam<ContainerKind> {};
-INSTANTIATE_TEST_SUITE_P(Layouts, SalvageOf, testing::Values(ZRKMetaData::Atoms, ZRKMetaData::Riff),
-                         [](const auto& layout) {
-                           return layout.param == ZRKMetaData::Riff ? "Riff" : "Atoms";
-                         });
+class SalvageOf : public testing::TestWithParam<Form> {};
+std::string nameOf(Form form) {
+  static constexpr const char* kNames[] = {"Atoms", "AtomsBeforeMedia", "WideAtoms", "Riff"};
+  return kNames[static_cast<std::size_t>(form)];
+}
+
+INSTANTIATE_TEST_SUITE_P(Forms, SalvageOf,
+                         testing::Values(Form::Atoms, Form::AtomsBeforeMedia, Form::WideAtoms,
+                                         Form::Riff),
+                         [](const auto& form) { return nameOf(form.param); });
 
 TEST_P(SalvageOf, AWholeRecordingIsCertain) {
   const Recorded recorded(GetParam(), 3);
@@ -214,10 +239,7 @@ TEST(Salvage, SaysWhyAStreamIsDoubtful) {
                                                    recording::stringRecord(2, "the last text")};
   const DoubtCase cases[] = {
       {"a whole block", block, {""}},
-      {"wide atoms",
-       recording::wideAtom("ZRKM",
-                           recording::wideAtom("DATA", recording::entryBytes(pointsEntry(0xF0)))),
-       {""}},
+      {"wide atoms", wideBlock({pointsEntry(0xF0)}), {""}},
       {"a block behind a damaged atom", Bytes("\0\0\0\4abcd", 8) + block, {""}},
       {"in free space",
        recording::atom("free", block),

@@ -54,6 +54,22 @@ TEST(Sample, WritesAStreamOfEveryTypeInEveryContainer) {
   }
 }
 
+TEST(Salvage, WritesTheStreamsOfEveryContainer) {
+  const TempFolder folder;
+  const std::string out = folder.name("saved.voxa");
+  for (const char* const leaf : {"a.voxa", "a.mp4", "a.mov", "a.avi", "a.wav", "a.dat"}) {
+    const std::string file = folder.name(leaf);
+    ASSERT_EQ(voxa({"sample", file, "--seconds", "5"}).status, 0);
+    const Result result = voxa({"salvage", file, "-o", out, "--force", "--format", "json"});
+    EXPECT_EQ(result.status, 0) << leaf << result.error;
+    const json ranges = json::parse(result.out)["ranges"];
+    EXPECT_EQ(ranges.size(), streamsOf(file).size());
+    for (const json& range : ranges) EXPECT_EQ(range["state"], "certain") << leaf;
+    EXPECT_EQ(voxa({"diff", file, out}).status, 0) << leaf;
+    EXPECT_FALSE(std::filesystem::exists(folder.name("saved.doubtful.voxa")));
+  }
+}
+
 TEST(Sample, WritesTheSameBytesOnEveryPlatform) {
   const TempFolder folder;
   ASSERT_EQ(voxa({"sample", folder.name("a.voxa"), "--seconds", "2", "--seed", "7"}).status, 0);

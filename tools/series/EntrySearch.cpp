@@ -305,6 +305,22 @@ class Linker {
   }
 
  private:
+  // The structure around an entry whose type is damaged; the size may be right. `expected` is where
+  // the entry before leads.
+  Structure damagedFrame(int64 offset, int64 expected) {
+    const int64 wideStart = offset - kWideAtomBytes;
+    const bool isWide =
+        expected == wideStart || m_structures.around(wideStart, kBlockType).has_value();
+    Structure frame;
+    frame.start = isWide ? wideStart : offset - kStructureBytes;
+    if (const auto read = m_structures.at(frame.start)) {
+      frame = *read;
+      if (frame.payload != offset) frame.end = 0;
+    }
+    frame.type.clear();
+    return frame;
+  }
+
   void readFrames() {
     std::vector<Block> blocks;  // the outermost first: a text may hold a recording
     for (std::size_t index = 0; index < m_links.size(); ++index) {
@@ -313,13 +329,8 @@ class Linker {
       if (const auto frame = m_structures.around(offset, kEntryType)) {
         link.frame = *frame;
         link.frame.type = kEntryType;
-      } else if (const auto other = m_structures.at(offset - kStructureBytes)) {
-        // The type is damaged; the size may be right.
-        link.frame = *other;
-        link.frame.type.clear();
-        if (other->payload != offset) link.frame.end = 0;
       } else {
-        link.frame.start = offset;
+        link.frame = damagedFrame(offset, index == 0 ? 0 : m_links[index - 1].frame.next);
       }
       while (blocks.size() > 1 && blocks.back().announcedEnd != 0 &&
              blocks.back().announcedEnd <= offset) {
