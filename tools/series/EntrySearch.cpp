@@ -134,29 +134,37 @@ bool isReadable(int32 version) {
   return version == 1 || version == MetaDataUUID::kUnknownVersion;
 }
 
+// A part of the file.
+struct Range {
+  int64 start;
+  int64 end;
+};
+
+// What is searched: all but the media, which may be most of the file, where their structures are
+// whole.
+std::vector<Range> searchedRanges(std::istream& file, bool isAtoms, int64 fileSize) {
+  constexpr int64 kLeastSkipped = 64 << 10;  // bounds the number of ranges
+  const std::string_view mediaType = isAtoms ? "mdat" : "RIFF";
+  Structures structures(file, isAtoms, fileSize);
+  std::vector<Range> ranges = {{0, fileSize}};
+  for (auto each = structures.at(0); each && each->end != 0 && each->end <= fileSize;
+       each = structures.at(each->next)) {
+    const bool isSkipped = each->type == mediaType && each->end - each->payload >= kLeastSkipped &&
+                           structures.isPlausible(each->next);
+    if (!isSkipped) continue;
+    ranges.back().end = each->payload;
+    ranges.push_back({each->end, fileSize});
+  }
+  return ranges;
+}
+
 // Collects the offsets of entry headers, a megabyte of the file at a time.
 class HeaderSearch {
  public:
   HeaderSearch(std::istream& file, bool isAtoms) : m_file(file), m_isAtoms(isAtoms) {}
 
-  std::vector<int64> offsets() {
-    constexpr std::size_t kPieceBytes = 1U << 20U;
-    // Before and behind a place lie what a look at it needs.
-    constexpr std::size_t kOverlap = kWideAtomBytes + kHeaderBytes;
-    std::string piece;
-    int64 start = 0;
-    m_file.clear();
-    m_file.seekg(0);
-    while (m_file.good()) {
-      const std::size_t kept = piece.size();
-      piece.resize(kept + kPieceBytes);
-      m_file.read(piece.data() + kept, kPieceBytes);
-      piece.resize(kept + static_cast<std::size_t>(m_file.gcount()));
-      search(piece, start);
-      const std::size_t dropped = piece.size() - std::min(piece.size(), 2 * kOverlap);
-      piece.erase(0, dropped);
-      start += static_cast<int64>(dropped);
-    }
+  std::vector<int64> offsets(const std::vector<Range>& ranges) {
+    for (const Range& range : ranges) searchRange(range);
     m_file.clear();
     std::sort(m_offsets.begin(), m_offsets.end());
     m_offsets.erase(std::unique(m_offsets.begin(), m_offsets.end()), m_offsets.end());
@@ -164,6 +172,29 @@ class HeaderSearch {
   }
 
  private:
+  void searchRange(const Range& range) {
+    constexpr int64 kPieceBytes = 1 << 20;
+    // Before and behind a place lie what a look at it needs.
+    constexpr std::size_t kOverlap = kWideAtomBytes + kHeaderBytes;
+    std::string piece;
+    int64 start = range.start;  // of the piece
+    int64 next = range.start;
+    m_file.clear();
+    m_file.seekg(next);
+    while (m_file.good() && next < range.end) {
+      const std::size_t kept = piece.size();
+      const int64 count = std::min(kPieceBytes, range.end - next);
+      piece.resize(kept + static_cast<std::size_t>(count));
+      m_file.read(piece.data() + kept, count);
+      piece.resize(kept + static_cast<std::size_t>(m_file.gcount()));
+      next += m_file.gcount();
+      search(piece, start);
+      const std::size_t dropped = piece.size() - std::min(piece.size(), 2 * kOverlap);
+      piece.erase(0, dropped);
+      start += static_cast<int64>(dropped);
+    }
+  }
+
   void search(std::string_view piece, int64 start) {
     const boost::uuids::uuid family = MetaDataUUID::identifierWithKey(0);
     constexpr std::size_t kKeyBytes = 4;  // up to the key
@@ -432,7 +463,7 @@ std::vector<FoundEntry> findEntries(std::istream& file, ContainerKind kind) {
   if (kind == ZRKMetaData::Raw) {
     if (fileSize >= kHeaderBytes) offsets.push_back(0);
   } else {
-    offsets = HeaderSearch(file, isAtoms).offsets();
+    offsets = HeaderSearch(file, isAtoms).offsets(searchedRanges(file, isAtoms, fileSize));
   }
   Structures structures(file, isAtoms, fileSize);
   for (const int64 offset : offsets) {
