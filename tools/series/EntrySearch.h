@@ -1,12 +1,12 @@
 // Finds metadata entries in a damaged recording, where the index of the parser ends at the first
 // structure that leads nowhere.
 //
-// The file is searched for entry headers: a registered identifier wherever it stands, and any header
-// behind the header of a "DATA" atom or chunk whose version can be read. Media ("mdat", "RIFF") are
-// not searched where their structure is whole. The structures around a header then tell whether the
-// bounds of its entry are certain: it begins where a block or the entry before it leads, or leads
-// itself to the end of the block, and it ends where the next entry begins, at the end of the block,
-// or with a file that is cut.
+// The file is searched for entry headers: a registered identifier wherever it stands, and any
+// header behind the header of a "DATA" atom or chunk whose version can be read. Media ("mdat",
+// "RIFF") are not searched where their structure is whole. The structures around a header then tell
+// whether the bounds of its entry are certain: it begins where a block or the entry before it
+// leads, or leads itself to the end of the block, and it ends where the next entry begins, at the
+// end of the block, or with a file that is cut.
 #pragma once
 
 #include <istream>
