@@ -1,14 +1,26 @@
 // Reads the columns of the streams, which the page carries as text (tools/formats/Column.h).
 
-// The bytes of a data element. The element is removed, so that the text is not kept twice.
-function takeBytes(id) {
-  const element = document.getElementById(id);
-  const text = element.textContent;
-  element.remove();
+function bytesOfBase64(text) {
   if (Uint8Array.fromBase64) return Uint8Array.fromBase64(text);
   const characters = atob(text);
   const bytes = new Uint8Array(characters.length);
   for (let i = 0; i < bytes.length; ++i) bytes[i] = characters.charCodeAt(i);
+  return bytes;
+}
+
+// The bytes of data elements. The elements are removed, so that the text is not kept twice.
+function takeBytes(ids) {
+  const pieces = ids.map((id) => {
+    const element = document.getElementById(id);
+    element.remove();
+    return bytesOfBase64(element.textContent);
+  });
+  const bytes = new Uint8Array(pieces.reduce((sum, piece) => sum + piece.length, 0));
+  let at = 0;
+  for (const piece of pieces) {
+    bytes.set(piece, at);
+    at += piece.length;
+  }
   return bytes;
 }
 
@@ -69,13 +81,13 @@ function decodeWords64(bytes, count, order) {
   return words;
 }
 
-// A column as a typed array; `column` is its description: id, type, order, or "plain" for little-endian words.
+// A column as a typed array; `column` is its description: ids, type, order, or "plain" for little-endian words.
 function takeColumn(column, count) {
-  const bytes = takeBytes(column.id);
+  const bytes = takeBytes(column.ids);
   const isWide = column.type !== "int32" && column.type !== "uint32";
   let buffer;
   if (column.order === "plain") {
-    buffer = bytes.buffer.slice(bytes.byteOffset, bytes.byteOffset + bytes.byteLength);
+    buffer = bytes.buffer;
   } else {
     buffer = (isWide ? decodeWords64 : decodeWords32)(bytes, count, column.order).buffer;
   }
@@ -88,7 +100,7 @@ function takeColumn(column, count) {
   }
 }
 
-const kTextsPerElement = 8192;
+const kTextsPerElement = 2048;
 
 // The texts of a stream, which stand in several elements. An element is read when one of its texts is
 // asked for, and then removed, so that a page with a million texts opens fast.

@@ -44,7 +44,10 @@ class Screen {
     byId("screen-caption").textContent = area.isStated
         ? `Screen ${size}. The line is the path of the cursor, violet at the start and yellow at the end.`
         : `No screen track: the area is the bounding box of the points and rectangles, ${size}.`;
-    new ResizeObserver(() => this.resize()).observe(byId("stage"));
+    new ResizeObserver(() => {
+      const {width, height} = this.canvas.getBoundingClientRect();
+      if (width !== this.width || height !== this.height) this.resize();  // not at the first call, which reports the size that was drawn
+    }).observe(byId("stage"));
     themeListeners.push(() => this.resize());
     clock.timeListeners.push(() => this.draw());
     this.resize();
@@ -77,22 +80,10 @@ class Screen {
     context.lineJoin = "round";
     context.globalAlpha = 0.5;
     for (const stream of this.points) {
-      const kept = [];
-      const [xs, ys] = stream.fields.map((field) => field.values);
-      let lastX = NaN;
-      let lastY = NaN;
-      for (let place = 0; place < stream.times.length; ++place) {
-        const row = stream.row(place);
-        const x = this.x(xs[row]);
-        const y = this.y(ys[row]);
-        if (Math.abs(x - lastX) + Math.abs(y - lastY) < 0.5) continue;
-        kept.push(place);
-        lastX = x;
-        lastY = y;
-      }
-      const stride = Math.max(1, Math.ceil(kept.length / kMaxPathPoints));
+      const [kept, keptCount] = this.keptPlaces(stream);
+      const stride = Math.max(1, Math.ceil(keptCount / kMaxPathPoints));
       const kColors = 32;
-      const count = Math.ceil(kept.length / stride);
+      const count = Math.ceil(keptCount / stride);
       const piece = Math.max(1, Math.ceil(count / kColors));
       for (let first = 0; first < count - 1; first += piece) {
         const [red, green, blue] = heatColor(0.2 + 0.66 * first / count);
@@ -105,6 +96,27 @@ class Screen {
         context.stroke();
       }
     }
+  }
+
+  // The places of the path that are at least half a pixel from the last one, and how many they are.
+  keptPlaces(stream) {
+    const kept = new Uint32Array(stream.times.length);
+    let count = 0;
+    const {rowAt, times: {length}} = stream;
+    const [xs, ys] = stream.fields.map((field) => field.values);
+    const least = 0.5 / this.scale;
+    let lastX = NaN;
+    let lastY = NaN;
+    for (let place = 0; place < length; ++place) {
+      const row = rowAt ? rowAt[place] : place;
+      const x = xs[row];
+      const y = ys[row];
+      if (Math.abs(x - lastX) + Math.abs(y - lastY) < least) continue;
+      kept[count++] = place;
+      lastX = x;
+      lastY = y;
+    }
+    return [kept, count];
   }
 
   draw() {
