@@ -8,6 +8,7 @@
 #include <optional>
 
 #include "ZRKMetaData/src/MetaDataUUID.h"
+#include "tools/series/EntryExtent.h"
 #include "tools/series/StreamBytes.h"
 #include "tools/series/ValueModels.h"
 
@@ -331,19 +332,6 @@ Guess rank(std::vector<Ranked> types, bool isEmpty) {
   return guess;
 }
 
-// Whether the entry at `location` has an ordinary atom header, with which the indexed size is 8
-// bytes short. An extended header ends in the low half of its 64-bit size, never in the type and
-// the matching 32-bit size.
-bool hasOrdinaryHeader(std::istream& stream, const ZRKMetaData::MetaDataLocation& location) {
-  constexpr int kHeaderBytes = 8;
-  if (location.offset < kHeaderBytes) return false;
-  const std::string header = bytesAt(stream, location.offset - kHeaderBytes, kHeaderBytes);
-  if (header.size() != kHeaderBytes || header.compare(4, 4, "DATA") != 0) return false;
-  const uint32 size = boost::endian::endian_load<uint32, 4, boost::endian::order::big>(
-      reinterpret_cast<const unsigned char*>(header.data()));
-  return int64{size} - 16 == location.size;
-}
-
 }  // namespace
 
 Guess guessRecordType(const StreamSample& sample) {
@@ -358,25 +346,14 @@ Guess guessRecordType(const StreamSample& sample) {
 
 Guess guessRecordType(ZRKMetaData::MetaDataParser& parser, const boost::uuids::uuid& id) {
   constexpr int64 kHeaderBytes = ZRKMetaData::MetaDataHeader::kByteCount;
-  const auto location = parser.locationOf(id);
+  const EntryExtent extent = entryExtent(parser, parser.locationOf(id));
+  const bool hasRecords = extent.offset >= 0 && extent.present > kHeaderBytes;
+  const std::size_t byteCount =
+      hasRecords ? static_cast<std::size_t>(extent.present - kHeaderBytes) : 0;
   std::istream& stream = parser.stream();
+  const SampledBytes sampled(stream, extent.offset + kHeaderBytes, byteCount);
   stream.clear();
-  stream.seekg(0, std::ios::end);
-  const int64 fileSize = stream.good() ? static_cast<int64>(stream.tellg()) : 0;
-  const int64 first = location.offset + kHeaderBytes;
-  std::size_t byteCount = 0;
-  bool isCut = false;
-  if (location.size > 0 && location.offset >= 0 && first < fileSize) {
-    const bool isShort =
-        parser.containerKind() == ZRKMetaData::Atoms && hasOrdinaryHeader(stream, location);
-    const int64 announced = location.size - kHeaderBytes + (isShort ? 8 : 0);
-    const int64 available = fileSize - first;
-    isCut = announced > available;
-    byteCount = static_cast<std::size_t>(std::max<int64>(std::min(announced, available), 0));
-  }
-  const SampledBytes sampled(stream, first, byteCount);
-  stream.clear();
-  return guessRecordType(sampled.sample(isCut));
+  return guessRecordType(sampled.sample(hasRecords && extent.isCut()));
 }
 
 }  // namespace series

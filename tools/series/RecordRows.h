@@ -8,6 +8,7 @@
 #include <type_traits>
 #include <vector>
 
+#include "tools/series/EntryExtent.h"
 #include "tools/series/RecordStream.h"
 
 namespace series {
@@ -55,10 +56,7 @@ RowOf<Record> rowOf(double seconds, const Record& record) {
 /// not have reserves no memory.
 inline std::size_t maxRecordCount(ZRKMetaData::MetaDataParser& parser, const boost::uuids::uuid& id,
                                   std::size_t recordBytes) {
-  std::istream& stream = parser.stream();
-  stream.clear();
-  stream.seekg(0, std::ios::end);
-  const ZRKMetaData::int64 fileSize = stream.tellg();
+  const ZRKMetaData::int64 fileSize = sizeOfSource(parser.stream());
   const auto [offset, size] = parser.locationOf(id);
   const ZRKMetaData::int64 bytes = std::min(size, fileSize - std::min(offset, fileSize));
   return bytes <= 0 ? 0 : static_cast<std::size_t>(bytes) / recordBytes + 1;

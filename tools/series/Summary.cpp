@@ -5,6 +5,7 @@
 
 #include "ZRKMetaData/src/MetaDataUUID.h"
 #include "text/Counted.h"
+#include "tools/series/EntryExtent.h"
 #include "tools/series/Guess.h"
 #include "tools/series/RecordStream.h"
 
@@ -15,13 +16,6 @@ using ZRKMetaData::MetaDataParser;
 using ZRKMetaData::MetaDataUUID;
 
 namespace {
-
-std::uint64_t byteCountOfSource(std::istream& stream) {
-  stream.clear();
-  stream.seekg(0, std::ios::end);
-  const std::streamoff end = stream.tellg();
-  return end < 0 ? 0 : static_cast<std::uint64_t>(end);
-}
 
 std::string listOf(const Guess& guess) {
   std::string list;
@@ -158,7 +152,7 @@ RecordingSummary summariseStreams(MetaDataParser& parser, const std::string& fil
   RecordingSummary recording;
   recording.file = file;
   recording.container = containerName(parser.containerKind());
-  recording.byteCount = byteCountOfSource(parser.stream());
+  recording.byteCount = static_cast<std::uint64_t>(sizeOfSource(parser.stream()));
   recording.streams.reserve(scope.streams.size());
   for (const auto& id : scope.streams) {
     const ZRKMetaData::MetaDataLocation location = parser.locations().at(id);

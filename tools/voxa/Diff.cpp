@@ -15,6 +15,7 @@
 
 #include "ZRKMetaData/src/MetaDataUUID.h"
 #include "text/Printable.h"
+#include "tools/series/EntryExtent.h"
 #include "tools/series/Guess.h"
 #include "tools/series/RecordDiff.h"
 #include "tools/series/RecordStream.h"
@@ -196,23 +197,9 @@ class RecordingDiff {
   static std::string bytesOf(DiffFile& source, const uuid& id) {
     std::string bytes;
     if (!source.has(id)) return bytes;
-    const auto location = source.parser->locations().at(id);
-    std::istream& stream = source.parser->stream();
-    stream.clear();
-    stream.seekg(location.offset + ZRKMetaData::MetaDataHeader::kByteCount);
-    constexpr std::size_t kPiece = 1U << 20U;
-    std::string piece(kPiece, '\0');
-    auto left = static_cast<std::uint64_t>(
-        std::max<ZRKMetaData::int64>(location.size - ZRKMetaData::MetaDataHeader::kByteCount, 0));
-    while (left != 0 && stream) {
-      stream.read(piece.data(),
-                  static_cast<std::streamsize>(std::min<std::uint64_t>(left, kPiece)));
-      const auto count = static_cast<std::size_t>(stream.gcount());
-      bytes.append(piece, 0, count);
-      left -= count;
-      series::reportBytesRead(static_cast<ZRKMetaData::int64>(count));
-    }
-    stream.clear();
+    const auto extent = series::entryExtent(*source.parser, source.parser->locationOf(id));
+    series::readEntry(*source.parser, extent, [&](std::string_view piece) { bytes += piece; });
+    bytes.erase(0, ZRKMetaData::MetaDataHeader::kByteCount);
     return bytes;
   }
 

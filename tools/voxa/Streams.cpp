@@ -2,6 +2,7 @@
 
 #include "ZRKMetaData/src/MetaDataUUID.h"
 #include "text/Counted.h"
+#include "tools/series/EntryExtent.h"
 #include "tools/series/Summary.h"
 #include "tools/voxa/Commands.h"
 #include "tools/voxa/Messages.h"
@@ -54,33 +55,25 @@ void writeTable(Output& out, const std::string& file, ZRKMetaData::MetaDataParse
   }
 }
 
-// Returns the number of bytes of the entry at `location` that are beyond the end of the file. The
-// indexed size of an atom with an 8-byte header is 8 bytes short.
-ZRKMetaData::int64 missingBytes(std::istream& stream, ZRKMetaData::ContainerKind kind,
+// Returns the number of bytes of the entry at `location` that are beyond the end of the file.
+ZRKMetaData::int64 missingBytes(ZRKMetaData::MetaDataParser& parser,
                                 const ZRKMetaData::MetaDataLocation& location,
                                 ZRKMetaData::int64 fileSize) {
-  constexpr int kAtomHeaderSize = 8;
-  const bool isMeasured = location.size >= 0 && location.size <= kMaxSize && fileSize >= 0;
-  if (!isMeasured) return 0;
-  const ZRKMetaData::int64 missing = location.offset + location.size - fileSize;
-  if (kind != ZRKMetaData::Atoms || missing + kAtomHeaderSize <= 0) return missing;
-  char type[4] = {};
-  stream.clear();
-  stream.seekg(location.offset - static_cast<int>(sizeof type));
-  stream.read(type, sizeof type);
-  return std::string_view(type, sizeof type) == "DATA" ? missing + kAtomHeaderSize : missing;
+  constexpr int kMaxShort = 8;  // that the indexed size of an atom is short
+  const bool isMeasured = location.size >= 0 && location.size <= kMaxSize;
+  // Only entries near the end are examined: a file may have a million.
+  if (!isMeasured || location.offset + location.size + kMaxShort <= fileSize) return 0;
+  const series::EntryExtent extent = series::entryExtent(parser, location);
+  return extent.announced - extent.present;
 }
 
 // Reports entries that run beyond the end of the file, as in a truncated file.
 void reportMissingBytes(const std::string& file, ZRKMetaData::MetaDataParser& parser) {
-  std::istream& stream = parser.stream();
-  stream.clear();
-  stream.seekg(0, std::ios::end);
-  const ZRKMetaData::int64 fileSize = stream.tellg();
+  const ZRKMetaData::int64 fileSize = series::sizeOfSource(parser.stream());
   int count = 0;
   std::string first;
   for (const auto& [id, location] : parser.locations()) {
-    const auto missing = missingBytes(stream, parser.containerKind(), location, fileSize);
+    const auto missing = missingBytes(parser, location, fileSize);
     if (missing <= 0) continue;
     if (++count == 1) {
       first = fmt::format("stream {} by {} bytes", boost::uuids::to_string(id), missing);
