@@ -6,6 +6,12 @@
 
 namespace series {
 
+namespace {
+
+constexpr std::size_t kMaxHeadBytes = kMaxGuessHeadBytes - ZRKMetaData::MetaDataHeader::kByteCount;
+
+}  // namespace
+
 std::string bytesAt(std::istream& file, ZRKMetaData::int64 offset, std::size_t count) {
   std::string bytes(count, '\0');
   file.clear();
@@ -18,10 +24,7 @@ std::string bytesAt(std::istream& file, ZRKMetaData::int64 offset, std::size_t c
 }
 
 SampledBytes::SampledBytes(std::istream& file, ZRKMetaData::int64 offset, std::size_t byteCount)
-    : m_byteCount(byteCount) {
-  constexpr std::size_t kMaxHeadBytes =
-      kMaxGuessHeadBytes - ZRKMetaData::MetaDataHeader::kByteCount;
-  m_head = bytesAt(file, offset, std::min(byteCount, kMaxHeadBytes));
+    : m_byteCount(byteCount), m_head(bytesAt(file, offset, std::min(byteCount, kMaxHeadBytes))) {
   const std::size_t tailBytes = std::min(byteCount - m_head.size(), kMaxGuessTailBytes);
   if (tailBytes == 0) return;
   m_tail =

@@ -66,7 +66,7 @@ std::optional<Structure> Structures::at(int64 start) {
 
 std::optional<Structure> Structures::around(int64 payload, std::string_view type) {
   for (const int64 size : {kStructureBytes, kWideAtomBytes}) {
-    const auto structure = at(payload - size);
+    auto structure = at(payload - size);
     if (structure && structure->type == type) {
       if (structure->payload == payload) return structure;
       if (size == kStructureBytes) return Structure{payload - size, payload, 0, 0, ""};
