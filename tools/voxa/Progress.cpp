@@ -67,14 +67,22 @@ Progress::~Progress() {
 
 void Progress::onBytesRead(int64 byteCount) noexcept {
   constexpr auto kInterval = std::chrono::milliseconds(100);
-  constexpr double kMaxShare = 0.99;  // the size is an estimate, and the result is not written
   m_done += static_cast<double>(byteCount);
-  if (Clock::now() < m_next || m_done <= 0) return;
+  const auto now = Clock::now();
+  if (now < m_next || m_done <= 0) return;
+  m_next = now + kInterval;
+  try {
+    show();
+  } catch (...) {  // work goes on without its display
+  }
+}
+
+void Progress::show() const {
+  constexpr double kMaxShare = 0.99;  // the size is an estimate, and the result is not written
   const double share = std::min(m_done / std::max(m_total, m_done), kMaxShare);
   fmt::memory_buffer line;
   fmt::format_to(fmt::appender(line), "{}: {} %", m_name, static_cast<int>(share * 100));
   showStatus({line.data(), line.size()});
-  m_next = Clock::now() + kInterval;
 }
 
 }  // namespace voxa

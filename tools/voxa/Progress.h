@@ -35,6 +35,7 @@ class Progress final : private series::ReadListener {
   using Clock = std::chrono::steady_clock;
 
   void onBytesRead(ZRKMetaData::int64 byteCount) noexcept override;
+  void show() const;
 
   const std::string m_name;
   const double m_total;
