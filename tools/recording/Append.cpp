@@ -53,6 +53,15 @@ Plan planForAtoms(std::istream& media) {
   }
 }
 
+// Throws when the scan for entries would not reach what follows: nothing can follow the last
+// structure, or entries of a block do not fill it.
+void requireFollowable(std::istream& media, Layout layout) {
+  eachStructure(media, layout, [&media, layout](const Structure& structure) {
+    if (structure.type != "ZRKM") return;
+    eachStructureIn(media, layout, structure, [](const Structure&) {});
+  });
+}
+
 Plan planForChunks(std::istream& media) {
   std::uint64_t end = 0;
   eachStructure(media, Layout::Chunks, [&end](const Structure& last) { end = last.end; });
@@ -81,23 +90,39 @@ void copy(std::istream& media, std::optional<std::uint64_t> freedType, const Wri
   }
 }
 
-}  // namespace
-
-std::string writeOnto(const std::string& media, Layout layout, const Bytes& block,
-                      const Write& write) {
+// Copies as `planFor(media)` says. Returns why the tracks are not tagged.
+template <class PlanFor>
+std::string copyWith(const std::string& media, PlanFor planFor, const Write& write) {
   std::ifstream file(std::filesystem::u8path(media), std::ios::binary);
   if (!file) throw std::runtime_error(media + ": cannot be opened");
   Plan plan;
   try {
-    plan = layout == Layout::Atoms ? planForAtoms(file) : planForChunks(file);
+    plan = planFor(file);
   } catch (const std::runtime_error& error) {
     throw std::runtime_error(media + ": " + error.what());
   }
   copy(file, plan.freedType, write);
   if (file.bad()) throw std::runtime_error(media + ": cannot be read");
   write(plan.append);
-  write(block);
   return plan.whyUntagged;
+}
+
+}  // namespace
+
+void copyForBlock(const std::string& media, Layout layout, const Write& write) {
+  const auto planFor = [layout](std::istream& file) {
+    requireFollowable(file, layout);
+    return layout == Layout::Atoms ? Plan() : planForChunks(file);
+  };
+  copyWith(media, planFor, write);
+}
+
+std::string writeOnto(const std::string& media, Layout layout, const Bytes& block,
+                      const Write& write) {
+  std::string whyUntagged =
+      copyWith(media, layout == Layout::Atoms ? planForAtoms : planForChunks, write);
+  write(block);
+  return whyUntagged;
 }
 
 }  // namespace recording

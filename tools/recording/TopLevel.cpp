@@ -83,12 +83,13 @@ std::uint64_t sizeOf(std::istream& media) {
                            " " + why);
 }
 
-// `headerAt(offset)` returns the 16 bytes at `offset`, fewer at the end.
+// The structures in [offset, end) of a file or of another structure. `headerAt(offset)` returns the
+// 16 bytes at `offset`, fewer at the end of the file.
 template <class HeaderAt>
-void walk(std::uint64_t size, Layout layout, HeaderAt headerAt, const Visit& visit) {
-  std::uint64_t offset = 0;
-  while (offset < size) {
-    const std::string_view header = headerAt(offset);
+void walk(std::uint64_t offset, std::uint64_t end, const char* whole, Layout layout,
+          HeaderAt headerAt, const Visit& visit) {
+  while (offset < end) {
+    const std::string_view header = headerAt(offset).substr(0, end - offset);
     if (header.size() < kHeaderBytes) {
       throw std::runtime_error("the " + std::to_string(header.size()) + " bytes at byte " +
                                std::to_string(offset) + " are no header");
@@ -97,7 +98,9 @@ void walk(std::uint64_t size, Layout layout, HeaderAt headerAt, const Visit& vis
         layout == Layout::Atoms ? announcedAtom(header) : announcedChunk(header);
     if (announced == 0) refuse(type, offset, "has the size 0: nothing can follow it");
     if (announced < headerSize) refuse(type, offset, "is smaller than its header");
-    if (announced > size - offset) refuse(type, offset, "announces more bytes than the file holds");
+    if (announced > end - offset) {
+      refuse(type, offset, std::string("announces more bytes than the ") + whole + " holds");
+    }
     visit({type, offset, offset + headerSize, offset + announced});
     offset += announced;
     if (layout == Layout::Chunks) offset += announced % 2;
@@ -108,15 +111,22 @@ void walk(std::uint64_t size, Layout layout, HeaderAt headerAt, const Visit& vis
 
 void eachStructure(std::istream& media, Layout layout, const Visit& visit) {
   HeaderReader headers(media);
-  walk(
-      sizeOf(media), layout, [&](std::uint64_t offset) { return headers.at(offset); }, visit);
+  const auto headerAt = [&](std::uint64_t offset) { return headers.at(offset); };
+  walk(0, sizeOf(media), "file", layout, headerAt, visit);
+}
+
+void eachStructureIn(std::istream& media, Layout layout, const Structure& parent,
+                     const Visit& visit) {
+  HeaderReader headers(media);
+  const auto headerAt = [&](std::uint64_t offset) { return headers.at(offset); };
+  walk(parent.payload, parent.end, "block", layout, headerAt, visit);
 }
 
 void eachAtom(std::string_view bytes, const Visit& visit) {
   const auto headerAt = [&](std::uint64_t offset) {
     return bytes.substr(offset, kWideHeaderBytes);
   };
-  walk(bytes.size(), Layout::Atoms, headerAt, visit);
+  walk(0, bytes.size(), "file", Layout::Atoms, headerAt, visit);
 }
 
 }  // namespace recording

@@ -26,6 +26,10 @@ using Visit = std::function<void(const Structure&)>;
 /// its size is zero, less than its header, or more than the file holds.
 void eachStructure(std::istream& media, Layout layout, const Visit& visit);
 
+/// The same for the structures in `parent`, which must fill its payload.
+void eachStructureIn(std::istream& media, Layout layout, const Structure& parent,
+                     const Visit& visit);
+
 /// The same for the atoms in `bytes`; offsets are those in `bytes`.
 void eachAtom(std::string_view bytes, const Visit& visit);
 

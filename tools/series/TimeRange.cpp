@@ -16,6 +16,22 @@ using ZRKMetaData::int64;
 
 constexpr int64 kMaxInt64 = std::numeric_limits<int64>::max();
 
+// Nothing where a part does not fit into 64 bits. Requires: the denominator is positive.
+std::optional<ExactSeconds> reducedFraction(int128 numerator, int128 denominator) {
+  int128 divisor = denominator;  // Euclid; std::gcd refuses 128 bits in strict modes
+  for (int128 rest = numerator < 0 ? -numerator : numerator; rest != 0;) {
+    const int128 next = divisor % rest;
+    divisor = rest;
+    rest = next;
+  }
+  numerator /= divisor;
+  denominator /= divisor;
+  if (numerator > kMaxInt64 || numerator < -kMaxInt64 || denominator > kMaxInt64) {
+    return std::nullopt;
+  }
+  return ExactSeconds{static_cast<int64>(numerator), static_cast<int64>(denominator)};
+}
+
 class TimeText {
  public:
   explicit TimeText(const std::string& text) : m_text(text) {}
@@ -41,14 +57,9 @@ class TimeText {
   }
 
   ExactSeconds reduced(int128 numerator, int128 denominator) const {
-    int128 divisor = denominator;  // Euclid; std::gcd refuses 128 bits in strict modes
-    for (int128 rest = numerator; rest != 0;) {
-      const int128 next = divisor % rest;
-      divisor = rest;
-      rest = next;
-    }
-    if (numerator / divisor > kMaxInt64 || denominator / divisor > kMaxInt64) failRange();
-    return {static_cast<int64>(numerator / divisor), static_cast<int64>(denominator / divisor)};
+    const auto time = reducedFraction(numerator, denominator);
+    if (!time) failRange();
+    return *time;
   }
 
   // "12.345" as 12345 thousandths.
@@ -140,6 +151,19 @@ ExactSeconds parseTime(const std::string& text, const std::optional<FrameRate>& 
   }
   if (isNegative) time.numerator = -time.numerator;
   return time;
+}
+
+// The products have less than 126 bits, because numerators are above -2^63.
+ExactSeconds plus(const ExactSeconds& left, const ExactSeconds& right) {
+  const auto sum = reducedFraction(
+      int128{left.numerator} * right.denominator + int128{right.numerator} * left.denominator,
+      int128{left.denominator} * right.denominator);
+  if (!sum) throw std::invalid_argument("a sum of times does not fit into 64 bits");
+  return *sum;
+}
+
+ExactSeconds minus(const ExactSeconds& left, const ExactSeconds& right) {
+  return plus(left, {-right.numerator, right.denominator});
 }
 
 double leastDoubleFrom(const ExactSeconds& time) {

@@ -25,6 +25,11 @@ struct ExactSeconds {
 /// Frames per second; neither part is zero.
 using FrameRate = boost::rational<unsigned int>;
 
+/// The exact sum and difference. They throw std::invalid_argument when a part of the reduced
+/// fraction does not fit into 64 bits.
+ExactSeconds plus(const ExactSeconds& left, const ExactSeconds& right);
+ExactSeconds minus(const ExactSeconds& left, const ExactSeconds& right);
+
 /// The time that `text` states: seconds ("12.5", "12.5s"), a clock time ("HH:MM:SS.mmm" or
 /// "MM:SS.mmm", any number of hours and of decimals), a fraction of seconds ("1001/30") or a frame
 /// number ("75f"), which is divided by `rate`. A leading "-" negates. Throws std::invalid_argument,

@@ -1,0 +1,65 @@
+// Where the records of each segment are in a stream, found in one pass over it.
+//
+// A stream need not be sorted by time. The records of a segment lie between two bytes, which in a
+// sorted stream holds no others. Memory grows with the number of segments, not with the stream.
+// Used by one thread.
+#pragma once
+
+#include <cstdint>
+#include <limits>
+#include <optional>
+#include <vector>
+
+#include "tools/keep/EditList.h"
+
+namespace keep {
+
+/// Byte positions count from the start of the stream's records.
+struct RecordPlace {
+  std::uint64_t position = 0;
+  std::uint64_t size = 0;
+};
+
+struct SegmentPlaces {
+  /// The record whose value holds at the start of the segment, but does not stand there: the last
+  /// one before it, or the first of the stream where that one is the later. Nothing for a segment
+  /// without a start, and where the segment's own first record has that value.
+  std::optional<RecordPlace> held;
+
+  std::uint64_t begin = 0;  ///< all records of the segment are in [begin, end)
+  std::uint64_t end = 0;
+  std::uint64_t byteCount = 0;  ///< of the segment's records together
+};
+
+class RecordPlaces {
+ public:
+  /// `segments` must outlive the object.
+  explicit RecordPlaces(const std::vector<Segment>& segments);
+
+  /// The next record of the stream.
+  void add(double seconds, std::uint64_t byteCount);
+
+  /// The places of each segment, in their order. Call it after the last record.
+  std::vector<SegmentPlaces> places() const;
+
+ private:
+  // The records between two neighbouring bounds of segments.
+  struct Interval {
+    std::uint64_t begin = std::numeric_limits<std::uint64_t>::max();
+    std::uint64_t end = 0;
+    std::uint64_t byteCount = 0;
+    double latest = 0;
+    std::optional<RecordPlace> last;  // at the latest time, the last in the file
+  };
+
+  std::size_t intervalOf(double seconds) const;
+
+  const std::vector<Segment>& m_segments;
+  std::vector<double> m_bounds;       // sorted
+  std::vector<Interval> m_intervals;  // before, between and after the bounds
+  Interval m_all;                     // NaN times included
+  double m_earliest = 0;
+  std::optional<RecordPlace> m_first;  // at the earliest time, the last in the file
+};
+
+}  // namespace keep
