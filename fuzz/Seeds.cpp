@@ -91,6 +91,15 @@ void writeSeeds(const std::filesystem::path& root) {
              recording::atomBlock(entries));
   onto.write(Bytes(1, 1) + recording::chunk("RIFF", "odd") + recording::chunk("LIST", "even"));
 
+  Folder graft(root, "graft");
+  for (const char choice : {'\0', '\2', '\4', '\6'}) {
+    graft.write(Bytes(1, choice) + screens + recording::atomBlock(entries));
+    graft.write(Bytes(1, static_cast<char>(choice + 1)) + recording::chunk("RIFF", "odd") +
+                recording::chunkBlock(entries));
+  }
+  graft.write(Bytes(1, 0) + repeatedScan());
+  graft.write(Bytes(1, 0) + screens + recording::atom("ZRKM", recording::bigEndian(0U) + "DATA"));
+
   Folder names(root, "names");
   for (const char* const name :
        {"C:\\rec\\a.voxa/2b7b6af0-7a1f-11e2-83d0-0017f200be7f", "\\\\srv\\share\\x", "a:b",

@@ -69,6 +69,44 @@ struct DiffOptions {
 /// holds the records of one stream. Throws Failure (Different) when there is a difference.
 void showDiff(const DiffOptions& options);
 
+struct CheckOptions {
+  std::string original;  ///< a recording, or a folder of `voxa sidecar`
+  std::string edited;
+  std::vector<std::string> types;  ///< "[STREAM=]TYPE"
+  Format format = Format::Table;
+};
+
+/// Prints whether an edited copy holds each stream of the original, byte for byte. Throws Failure
+/// (Lost) when it does not. Memory does not grow with the length of a stream.
+void checkCopy(const CheckOptions& options);
+
+struct SidecarOptions {
+  std::string file;
+  std::string folder;  ///< empty for the name of the file and ".streams"
+  bool force = false;  ///< replace files of the same names
+  std::optional<ZRKMetaData::ContainerKind> container;
+};
+
+/// Writes each stream of a recording to a raw file of its own, named by its identifier.
+void writeSidecar(const SidecarOptions& options);
+
+struct GraftOptions {
+  std::string edited;    ///< the media that is copied
+  std::string original;  ///< a recording, or a folder of `voxa sidecar`
+  std::string out;
+  std::vector<std::string> cuts;   ///< "FROM-TO", in the order of the edited timeline
+  std::string editList;            ///< a file in place of `cuts`, empty for none
+  std::string shift;               ///< empty for none
+  std::string rate;                ///< for times in frames
+  std::vector<std::string> types;  ///< "[STREAM=]TYPE", for cuts and shifts
+  bool force = false;              ///< replace an existing file
+};
+
+/// Writes a copy of edited media with the streams of the original appended. With cuts or a shift,
+/// records are moved to where the edit put them; otherwise streams are copied byte for byte. Memory
+/// grows neither with the media nor with the length of a stream.
+void graftStreams(const GraftOptions& options);
+
 struct ReportOptions {
   std::string file;
   std::vector<std::string> streams;  ///< empty for all

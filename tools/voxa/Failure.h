@@ -18,6 +18,7 @@ enum class Status {
   CannotOpen = 5,
   SecretsFound = 6,
   Different = 7,
+  Lost = 8,
 };
 
 /// Of two statuses the one that a command over several files ends with.

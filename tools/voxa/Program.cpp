@@ -99,6 +99,9 @@ class CommandLine {
     addSample();
     addReport();
     addDiff();
+    addCheck();
+    addSidecar();
+    addGraft();
     for (CLI::App* const command : m_app.get_subcommands({})) {
       command->add_flag_callback("-q,--quiet", beQuiet,
                                  "Print neither progress nor notes on standard error");
@@ -729,6 +732,64 @@ class CommandLine {
     });
   }
 
+  void addCheck() {
+    CLI::App* const command =
+        add("check", "Check that an edited copy still holds every stream of a recording.",
+            "voxa check take1.voxa edited.mp4");
+    command->add_option("ORIGINAL", m_check.original, "The recording, or a folder of voxa sidecar")
+        ->required();
+    command->add_option("EDITED", m_check.edited, "The edited copy")->required();
+    addTypes(command, m_check.types);
+    addFormat(command, m_check, {"table", "json"});
+    command->callback([this] { checkCopy(m_check); });
+  }
+
+  void addSidecar() {
+    CLI::App* const command =
+        add("sidecar", "Write each stream of a recording to a file of its own, to keep it.",
+            "voxa sidecar take1.voxa");
+    command->add_option("FILE", m_sidecar.file, "The recording")->required();
+    command
+        ->add_option("-o,--out", m_sidecar.folder,
+                     "The folder, which must be new or empty (default: FILE.streams)")
+        ->type_name("FOLDER");
+    command->add_flag("--force", m_sidecar.force, "Replace files of the same names in the folder");
+    addContainer(command, m_sidecar);
+    command->callback([this] { writeSidecar(m_sidecar); });
+  }
+
+  void addGraft() {
+    CLI::App* const command =
+        add("graft", "Append the streams of a recording to an edited copy that lost them.",
+            "voxa graft edited.mp4 --from take1.voxa --cut 5-20 --cut 31.5-40 -o new.mp4");
+    command->add_option("EDITED", m_graft.edited, "The edited copy, which is only read")
+        ->required();
+    command->add_option("--from", m_graft.original, "The recording, or a folder of voxa sidecar")
+        ->required()
+        ->type_name("ORIGINAL");
+    command->add_option("-o,--out", m_graft.out, "The new file: .voxa .mp4 .mov .avi or .wav")
+        ->required()
+        ->type_name("NEW");
+    CLI::Option* const cuts =
+        command
+            ->add_option("--cut", m_graft.cuts,
+                         "A part of the recording that the edit kept, up to TO or to the end; "
+                         "repeatable, in the order of the edit")
+            ->type_name("FROM-[TO]")
+            ->allow_extra_args(false);
+    command
+        ->add_option("--edl", m_graft.editList,
+                     "Read the cuts from an FFmpeg concat list, a CMX 3600 EDL or an OTIO file")
+        ->type_name("LIST")
+        ->excludes(cuts);
+    command->add_option("--shift", m_graft.shift, "Seconds by which all records move")
+        ->type_name("TIME");
+    command->add_option("--rate", m_graft.rate, "Frames per second, for times in frames: N or N/D");
+    addTypes(command, m_graft.types);
+    command->add_flag("--force", m_graft.force, "Replace NEW if it exists");
+    command->callback([this] { graftStreams(m_graft); });
+  }
+
   CLI::App m_app;
   static constexpr const char* kNoValue = "true";  // CLI11's word for a flag alone
   std::string m_redact;                            // the value of --redact, empty without it
@@ -753,6 +814,9 @@ class CommandLine {
   InfoOptions m_info;
   PrivacyOptions m_privacy;
   DiffOptions m_diff;
+  CheckOptions m_check;
+  SidecarOptions m_sidecar;
+  GraftOptions m_graft;
   ReportOptions m_report;
 };
 

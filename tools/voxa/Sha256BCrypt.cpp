@@ -14,49 +14,45 @@ void require(NTSTATUS status) {
   if (status < 0) throw Failure(Status::Failed, "SHA-256 is not available");
 }
 
-class Algorithm {
- public:
-  Algorithm() {
-    require(BCryptOpenAlgorithmProvider(&m_handle, BCRYPT_SHA256_ALGORITHM, nullptr, 0));
-  }
-  ~Algorithm() { BCryptCloseAlgorithmProvider(m_handle, 0); }
-  Algorithm(const Algorithm&) = delete;
-  Algorithm& operator=(const Algorithm&) = delete;
-
-  BCRYPT_ALG_HANDLE handle() const { return m_handle; }
-
- private:
-  BCRYPT_ALG_HANDLE m_handle = nullptr;
-};
-
-class Digest {
- public:
-  explicit Digest(const Algorithm& algorithm) {
-    require(BCryptCreateHash(algorithm.handle(), &m_handle, nullptr, 0, nullptr, 0, 0));
-  }
-  ~Digest() { BCryptDestroyHash(m_handle); }
-  Digest(const Digest&) = delete;
-  Digest& operator=(const Digest&) = delete;
-
-  std::string of(const unsigned char* bytes, std::size_t count) const {
-    require(
-        BCryptHashData(m_handle, const_cast<unsigned char*>(bytes), static_cast<ULONG>(count), 0));
-    unsigned char digest[32];
-    require(BCryptFinishHash(m_handle, digest, sizeof digest, 0));
-    std::string text;
-    for (const unsigned char byte : digest) text += fmt::format("{:02x}", byte);
-    return text;
-  }
-
- private:
-  BCRYPT_HASH_HANDLE m_handle = nullptr;
-};
-
 }  // namespace
 
-std::string sha256(const unsigned char* bytes, std::size_t count) {
-  const Algorithm algorithm;  // the image's size has 32 bits, and so has the library's
-  return Digest(algorithm).of(bytes, count);
+struct Sha256::State {
+  State() = default;
+  ~State() {
+    if (hash != nullptr) BCryptDestroyHash(hash);
+    if (algorithm != nullptr) BCryptCloseAlgorithmProvider(algorithm, 0);
+  }
+  State(const State&) = delete;
+  State& operator=(const State&) = delete;
+
+  BCRYPT_ALG_HANDLE algorithm = nullptr;
+  BCRYPT_HASH_HANDLE hash = nullptr;
+};
+
+Sha256::Sha256() : m_state(std::make_unique<State>()) {
+  require(BCryptOpenAlgorithmProvider(&m_state->algorithm, BCRYPT_SHA256_ALGORITHM, nullptr, 0));
+  require(BCryptCreateHash(m_state->algorithm, &m_state->hash, nullptr, 0, nullptr, 0, 0));
+}
+
+Sha256::~Sha256() = default;
+
+void Sha256::add(std::string_view bytes) {
+  constexpr std::size_t kMaxPiece = 1U << 30U;  // sizes of the library have 32 bits
+  while (!bytes.empty()) {
+    const std::string_view piece = bytes.substr(0, kMaxPiece);
+    // The library does not write to the bytes.
+    auto* const data = reinterpret_cast<PUCHAR>(const_cast<char*>(piece.data()));
+    require(BCryptHashData(m_state->hash, data, static_cast<ULONG>(piece.size()), 0));
+    bytes.remove_prefix(piece.size());
+  }
+}
+
+std::string Sha256::finish() {
+  unsigned char digest[32];
+  require(BCryptFinishHash(m_state->hash, digest, sizeof digest, 0));
+  std::string text;
+  for (const unsigned char byte : digest) text += fmt::format("{:02x}", byte);
+  return text;
 }
 
 }  // namespace voxa

@@ -1,6 +1,6 @@
 # fish completion for voxa
 
-set -l commands info privacy diff report plot heatmap guess frames export captions overlay images streams records load stats slots salvage sample
+set -l commands info privacy diff check sidecar graft report plot heatmap guess frames export captions overlay images streams records load stats slots salvage sample
 set -l types ints doubles int64s strings keystrokes points rects cursor-images
 set -l rates 24 25 30 50 60 24000/1001 30000/1001 60000/1001
 
@@ -10,6 +10,9 @@ complete -c voxa -n __fish_use_subcommand -l version -d 'Show the version'
 complete -c voxa -n __fish_use_subcommand -a info -d 'Show what recordings hold'
 complete -c voxa -n __fish_use_subcommand -a privacy -d 'Show which streams hold typed text, and what looks like a secret'
 complete -c voxa -n __fish_use_subcommand -a diff -d 'Compare the records of two recordings'
+complete -c voxa -n __fish_use_subcommand -a check -d 'Check that an edited copy still holds every stream'
+complete -c voxa -n __fish_use_subcommand -a sidecar -d 'Write each stream of a recording to a file of its own'
+complete -c voxa -n __fish_use_subcommand -a graft -d 'Append the streams of a recording to an edited copy'
 complete -c voxa -n __fish_use_subcommand -a report -d 'Write a recording as one page for a browser'
 complete -c voxa -n __fish_use_subcommand -a streams -d 'List the metadata streams of a recording'
 complete -c voxa -n __fish_use_subcommand -a records -d 'Print the records of a stream'
@@ -30,19 +33,19 @@ complete -c voxa -n __fish_use_subcommand -a help -d 'Show the help of a command
 complete -c voxa -n '__fish_seen_subcommand_from help' -f -a "$commands"
 
 complete -c voxa -n "__fish_seen_subcommand_from $commands" -l help -d 'Show the options of the command'
-complete -c voxa -n '__fish_seen_subcommand_from info privacy diff report plot heatmap guess frames export captions overlay images streams records load stats slots salvage sample' -s q -l quiet -d 'No progress and no notes'
-complete -c voxa -n '__fish_seen_subcommand_from info privacy diff streams stats slots guess salvage' -l format -x -a 'table json' -d 'Output format'
+complete -c voxa -n '__fish_seen_subcommand_from info privacy diff check sidecar graft report plot heatmap guess frames export captions overlay images streams records load stats slots salvage sample' -s q -l quiet -d 'No progress and no notes'
+complete -c voxa -n '__fish_seen_subcommand_from info privacy diff check streams stats slots guess salvage' -l format -x -a 'table json' -d 'Output format'
 complete -c voxa -n '__fish_seen_subcommand_from records' -l format -x -a 'table csv json' -d 'Output format'
 complete -c voxa -n '__fish_seen_subcommand_from load' -l format -x -a 'table csv json host-xml host-json' -d 'Output format'
-complete -c voxa -n '__fish_seen_subcommand_from info report streams records guess privacy frames export images plot heatmap captions overlay salvage' -l container -x -a 'Riff Atoms Raw' -d 'Read the file as this container'
-complete -c voxa -n '__fish_seen_subcommand_from info privacy diff report records frames export plot heatmap captions overlay' -l as -x -a "$types" -d 'Record type'
+complete -c voxa -n '__fish_seen_subcommand_from info report sidecar streams records guess privacy frames export images plot heatmap captions overlay salvage' -l container -x -a 'Riff Atoms Raw' -d 'Read the file as this container'
+complete -c voxa -n '__fish_seen_subcommand_from info privacy diff check graft report records frames export plot heatmap captions overlay' -l as -x -a "$types" -d 'Record type'
 complete -c voxa -n '__fish_seen_subcommand_from load' -l as -x -a "$types rect-collections opacity" -d 'Type of the values'
-complete -c voxa -n '__fish_seen_subcommand_from report records load frames export plot heatmap captions overlay' -l rate -x -a "$rates" -d 'Frames per second'
+complete -c voxa -n '__fish_seen_subcommand_from report graft records load frames export plot heatmap captions overlay' -l rate -x -a "$rates" -d 'Frames per second'
 complete -c voxa -n '__fish_seen_subcommand_from info guess privacy export' -l streams -x -a all -d 'Streams of several files'
 complete -c voxa -n '__fish_seen_subcommand_from frames' -l format -x -a 'csv json' -d 'Output format'
 complete -c voxa -n '__fish_seen_subcommand_from report records load frames export plot heatmap captions overlay' -l from -x -d 'Leave out times before'
 complete -c voxa -n '__fish_seen_subcommand_from report records load frames export plot heatmap captions overlay' -l to -x -d 'Leave out times from'
-complete -c voxa -n '__fish_seen_subcommand_from report records load frames export plot heatmap captions overlay salvage' -s o -l out -r -F -d 'Write to this file'
+complete -c voxa -n '__fish_seen_subcommand_from report graft records load frames export plot heatmap captions overlay salvage' -s o -l out -r -F -d 'Write to this file'
 complete -c voxa -n '__fish_seen_subcommand_from export' -l format -x -a 'csv ndjson json xml mlt ffmetadata otio' -d 'Output format'
 complete -c voxa -n '__fish_seen_subcommand_from export' -l layout -x -a 'long wide' -d 'One table, or a file per stream'
 complete -c voxa -n '__fish_seen_subcommand_from export' -l spreadsheet-safe -d 'No text is taken for a formula'
@@ -51,9 +54,13 @@ complete -c voxa -n '__fish_seen_subcommand_from export' -l property -x -d 'Name
 complete -c voxa -n '__fish_seen_subcommand_from export' -l field -x -d 'Field of the records'
 complete -c voxa -n '__fish_seen_subcommand_from export' -l chapters -x -a 'strings pauses' -d 'A chapter per text, or between pauses'
 complete -c voxa -n '__fish_seen_subcommand_from export' -l gap -x -d 'Seconds that are a pause'
-complete -c voxa -n '__fish_seen_subcommand_from images' -s o -l out -x -a '(__fish_complete_directories)' -d 'Folder'
-complete -c voxa -n '__fish_seen_subcommand_from records load frames export images report plot heatmap sample captions overlay salvage' -l force -d 'Replace existing files'
+complete -c voxa -n '__fish_seen_subcommand_from images sidecar' -s o -l out -x -a '(__fish_complete_directories)' -d 'Folder'
+complete -c voxa -n '__fish_seen_subcommand_from records load frames export images sidecar graft report plot heatmap sample captions overlay salvage' -l force -d 'Replace existing files'
 complete -c voxa -n '__fish_seen_subcommand_from records load frames export captions overlay plot report diff' -l redact -f -a 'letters digits all' -d 'Mask typed text'
+complete -c voxa -n '__fish_seen_subcommand_from graft' -l from -r -F -d 'Recording or sidecar'
+complete -c voxa -n '__fish_seen_subcommand_from graft' -l cut -x -d 'Part that was kept, FROM-TO'
+complete -c voxa -n '__fish_seen_subcommand_from graft' -l edl -r -F -d 'List of cuts'
+complete -c voxa -n '__fish_seen_subcommand_from graft' -l shift -x -d 'Time by which all records move'
 complete -c voxa -n '__fish_seen_subcommand_from diff' -l align -d 'Compare at the best time offset'
 complete -c voxa -n '__fish_seen_subcommand_from diff' -l tolerance -x -d 'Seconds by which times may differ'
 complete -c voxa -n '__fish_seen_subcommand_from load' -l at -x -d 'Frame, or seconds with an s'
