@@ -20,6 +20,7 @@
 #include "tools/series/RecordDiff.h"
 #include "tools/series/RecordStream.h"
 #include "tools/voxa/Commands.h"
+#include "tools/voxa/Masks.h"
 #include "tools/voxa/Messages.h"
 #include "tools/voxa/NamedTypes.h"
 #include "tools/voxa/Output.h"
@@ -27,6 +28,7 @@
 #include "tools/voxa/QuietModule.h"
 #include "tools/voxa/Recording.h"
 #include "tools/voxa/Rows.h"
+#include "tools/voxa/Sha256.h"
 
 namespace voxa {
 
@@ -34,6 +36,8 @@ using boost::uuids::uuid;
 using series::DiffEdit;
 using series::DiffSide;
 using series::RecordType;
+using ZRKMetaData::int64;
+using ZRKMetaData::MetaDataHeader;
 
 namespace {
 
@@ -70,7 +74,7 @@ class FieldsText {
   }
 
   void image(const char* name, const ZRKMetaData::CursorImage& image) {
-    if (image.m_data) add(name, digestOf(image));
+    if (image.m_data) add(name, voxa::digestOf(image));
   }
 
   const std::string& text() const { return m_text; }
@@ -131,8 +135,8 @@ class RecordingDiff {
     for (const auto& stream : m_before.parser->locations()) ids.insert(stream.first);
     for (const auto& stream : m_after.parser->locations()) ids.insert(stream.first);
     const std::vector<uuid> all(ids.begin(), ids.end());
-    const Progress progress(m_options.after, voxa::bytesOf(*m_before.parser, all) +
-                                                 voxa::bytesOf(*m_after.parser, all));
+    const Progress progress(m_options.after,
+                            bytesOf(*m_before.parser, all) + bytesOf(*m_after.parser, all));
     for (const uuid& id : ids) {
       m_name = ids.size() == 1 || isUniqueKey(ids, id) ? ZRKMetaData::MetaDataUUID::shortKey(id)
                                                        : boost::uuids::to_string(id);
@@ -179,14 +183,19 @@ class RecordingDiff {
                                           "=TYPE");
     }
     if (!before && !after) return compareBytes(id);
-    series::visitRecordType(before ? *before : *after, [&](const auto& row) {
+    const RecordType type = before ? *before : *after;
+    for (const DiffFile* const source : {&m_before, &m_after}) {
+      if (!source->has(id)) continue;
+      requireMasks(*source->parser, source->file, {{id, m_name, type}}, m_options.redaction);
+    }
+    series::visitRecordType(type, [&](const auto& row) {
       compareRecords<typename std::decay_t<decltype(row)>::type>(id, row);
     });
   }
 
   // Streams without records, or of a type that is not certain.
   void compareBytes(const uuid& id) {
-    if (bytesOf(m_before, id) == bytesOf(m_after, id)) {
+    if (digestOf(m_before, id) == digestOf(m_after, id)) {
       writeStream(id, "unknown", std::nullopt, {}, [](const DiffEdit&) {});
       return;
     }
@@ -194,13 +203,17 @@ class RecordingDiff {
                                         "--as " + m_name + "=TYPE");
   }
 
-  static std::string bytesOf(DiffFile& source, const uuid& id) {
-    std::string bytes;
-    if (!source.has(id)) return bytes;
-    const auto extent = series::entryExtent(*source.parser, source.parser->locationOf(id));
-    series::readEntry(*source.parser, extent, [&](std::string_view piece) { bytes += piece; });
-    bytes.erase(0, ZRKMetaData::MetaDataHeader::kByteCount);
-    return bytes;
+  // Of the records; that of no records where the stream is not there.
+  static std::string digestOf(DiffFile& source, const uuid& id) {
+    Sha256 digest;
+    if (source.has(id)) {
+      auto extent = series::entryExtent(*source.parser, source.parser->locationOf(id));
+      extent.offset += MetaDataHeader::kByteCount;
+      extent.present = std::max<int64>(extent.present - MetaDataHeader::kByteCount, 0);
+      series::readEntry(*source.parser, extent,
+                        [&digest](std::string_view piece) { digest.add(piece); });
+    }
+    return digest.finish();
   }
 
   template <class Record>
