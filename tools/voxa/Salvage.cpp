@@ -13,9 +13,12 @@
 #include "ZRKMetaData/src/ZRKMPlatform.h"
 #include "text/Counted.h"
 #include "tools/files/OutputFile.h"
+#include "tools/recording/Block.h"
 #include "tools/recording/Container.h"
+#include "tools/series/EntryExtent.h"
 #include "tools/voxa/Commands.h"
 #include "tools/voxa/Output.h"
+#include "tools/voxa/Progress.h"
 #include "tools/voxa/Recording.h"
 #include "tools/voxa/Rows.h"
 
@@ -59,7 +62,7 @@ int32 readableVersion(const boost::uuids::uuid& id) {
   return MetaDataUUID::isKnown(id) ? 1 : MetaDataUUID::kUnknownVersion;
 }
 
-void copyRecords(std::istream& file, const SalvagedStream& stream, files::OutputFile& out) {
+void copyRecords(std::istream& file, const SalvagedStream& stream, const recording::Write& write) {
   constexpr int64 kPieceBytes = 1 << 16;
   std::string piece;
   int64 left = stream.size - MetaDataHeader::kByteCount;
@@ -70,27 +73,25 @@ void copyRecords(std::istream& file, const SalvagedStream& stream, files::Output
     if (!file.read(piece.data(), static_cast<std::streamsize>(piece.size()))) {
       throw std::runtime_error("cannot be read any more");
     }
-    out.write(piece);
+    write(piece);
     left -= static_cast<int64>(piece.size());
   }
 }
 
 void writeBlock(std::istream& file, const Streams& streams, files::OutputFile& out) {
-  const auto entryHeader = [](const SalvagedStream& stream) {
-    return recording::atomHeader("DATA", static_cast<std::uint64_t>(stream.size));
-  };
-  std::uint64_t size = 0;
+  std::vector<recording::StreamedEntry> entries;
   for (const SalvagedStream& stream : streams) {
-    size += entryHeader(stream).size() + static_cast<std::uint64_t>(stream.size);
+    entries.push_back({boost::uuids::to_string(stream.header.uuid),
+                       static_cast<std::uint64_t>(stream.size),
+                       [&file, &stream](const recording::Write& write) {
+                         const MetaDataHeader& header = stream.header;
+                         write(recording::entryBytes(
+                             {header.uuid, "", readableVersion(header.uuid), header.reserved}));
+                         copyRecords(file, stream, write);
+                       }});
   }
-  out.write(recording::atomHeader("ZRKM", size));
-  for (const SalvagedStream& stream : streams) {
-    const MetaDataHeader& header = stream.header;
-    out.write(entryHeader(stream));
-    out.write(
-        recording::entryBytes({header.uuid, "", readableVersion(header.uuid), header.reserved}));
-    copyRecords(file, stream, out);
-  }
+  recording::writeBlock(recording::Layout::Atoms, entries,
+                        [&out](std::string_view bytes) { out.write(bytes); });
 }
 
 void describeCount(JsonRow& row, const SalvagedStream& stream) {
@@ -187,7 +188,10 @@ void salvageRecording(const SalvageOptions& options) {
   requireOtherFile(doubtfulOut, options.file);
   std::ifstream file;
   ZRKMetaData::openForReading(file, options.file);
-  const Streams streams = readStreams(options, file);
+  const Streams streams = [&] {
+    const Progress progress(options.file, static_cast<double>(series::sizeOfSource(file)));
+    return readStreams(options, file);
+  }();
   if (streams.empty()) {
     throw Failure(Status::Failed, options.file + ": no stream was found");
   }
