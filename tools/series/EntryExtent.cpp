@@ -6,6 +6,8 @@
 #include <stdexcept>
 #include <string>
 
+#include "tools/series/ReadListener.h"
+
 namespace series {
 
 using ZRKMetaData::int64;
@@ -70,6 +72,7 @@ void readEntry(ZRKMetaData::MetaDataParser& parser, const EntryExtent& extent,
       throw std::runtime_error("the file became shorter while it was read");
     }
     visit(std::string_view(piece).substr(0, static_cast<std::size_t>(count)));
+    reportBytesRead(count);
     left -= count;
   }
 }

@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "tools/series/ReadListener.h"
 #include "tools/series/Structures.h"
 
 namespace series::detail {
@@ -75,6 +76,7 @@ class HeaderSearch {
       m_file.read(piece.data() + kept, count);
       piece.resize(kept + static_cast<std::size_t>(m_file.gcount()));
       next += m_file.gcount();
+      reportBytesRead(m_file.gcount());
       search(piece, start);
       const std::size_t dropped = piece.size() - std::min(piece.size(), 2 * kOverlap);
       piece.erase(0, dropped);

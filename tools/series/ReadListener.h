@@ -5,14 +5,15 @@
 
 namespace series {
 
-/// Receives the number of bytes that `forEachRecord` has read on one thread.
+/// Receives the number of bytes that the functions of this room have read of recordings on one
+/// thread.
 class ReadListener {
  public:
   ReadListener() = default;
   ReadListener(const ReadListener&) = delete;
   ReadListener& operator=(const ReadListener&) = delete;
 
-  /// `byteCount` bytes of records were read since the last call. Called about once per
+  /// `byteCount` bytes were read since the last call. Called about once per
   /// kReportedBytes and at the end of each reading. Must not throw and must read no stream.
   virtual void onBytesRead(ZRKMetaData::int64 byteCount) noexcept = 0;
 

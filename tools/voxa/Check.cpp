@@ -11,6 +11,7 @@
 #include "tools/voxa/Commands.h"
 #include "tools/voxa/Messages.h"
 #include "tools/voxa/Output.h"
+#include "tools/voxa/Progress.h"
 #include "tools/voxa/QuietModule.h"
 #include "tools/voxa/Recording.h"
 #include "tools/voxa/Rows.h"
@@ -129,6 +130,8 @@ void checkCopy(const CheckOptions& options) {
   }
   Status status = Status::Done;
   const char* before = "[\n";
+  // Each stream is read for its records and for its digest, in both files.
+  const Progress progress(options.original, 4 * original.byteCount());
   for (const SourceStream& stream : original.streams()) {
     CheckedStream checked{stream, typeOf(stream, named), {}, std::nullopt};
     checked.original = holdingOf(*stream.parser, stream.id, checked.type);

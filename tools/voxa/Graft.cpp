@@ -1,9 +1,11 @@
 #include <algorithm>
 #include <boost/uuid/uuid_io.hpp>
+#include <filesystem>
 #include <fstream>
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <system_error>
 #include <type_traits>
 #include <vector>
 
@@ -16,6 +18,7 @@
 #include "tools/series/Guess.h"
 #include "tools/voxa/Commands.h"
 #include "tools/voxa/Messages.h"
+#include "tools/voxa/Progress.h"
 #include "tools/voxa/QuietModule.h"
 #include "tools/voxa/Rates.h"
 #include "tools/voxa/Recording.h"
@@ -192,11 +195,18 @@ void graftStreams(const GraftOptions& options) {
 
   files::OutputFile out(options.out,
                         options.force ? files::Existing::Replace : files::Existing::Refuse);
-  const Write write = [&out](std::string_view bytes) { out.write(bytes); };
-  recording::copyForBlock(options.edited, layout, write);
+  std::error_code error;
+  const auto mediaBytes =
+      std::filesystem::file_size(std::filesystem::u8path(options.edited), error);
+  Progress progress(options.edited,
+                    source.byteCount() + (error ? 0.0 : static_cast<double>(mediaBytes)));
+  recording::copyForBlock(options.edited, layout, [&](std::string_view bytes) {
+    out.write(bytes);
+    progress.add(static_cast<ZRKMetaData::int64>(bytes.size()));
+  });
   {
     const QuietModule quiet;
-    recording::writeBlock(layout, entries, write);
+    recording::writeBlock(layout, entries, [&out](std::string_view bytes) { out.write(bytes); });
   }
   out.commit();
   damages.throwIfAny();

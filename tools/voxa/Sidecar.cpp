@@ -5,6 +5,7 @@
 #include "tools/files/OutputFile.h"
 #include "tools/voxa/Commands.h"
 #include "tools/voxa/OutputFolder.h"
+#include "tools/voxa/Progress.h"
 #include "tools/voxa/StreamSource.h"
 
 namespace voxa {
@@ -13,6 +14,7 @@ void writeSidecar(const SidecarOptions& options) {
   const StreamSource source(options.file, options.container);
   const std::string folder = options.folder.empty() ? options.file + ".streams" : options.folder;
   prepareFolder(folder, options.force);
+  const Progress progress(options.file, source.byteCount());
   for (const SourceStream& stream : source.streams()) {
     const std::string name = fmt::format("{}/{}.dat", folder, boost::uuids::to_string(stream.id));
     source.requireOther(name);

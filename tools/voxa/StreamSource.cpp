@@ -119,6 +119,12 @@ series::NamedTypes StreamSource::namedTypes(const std::vector<std::string>& opti
   return types;
 }
 
+double StreamSource::byteCount() const {
+  double sum = 0;
+  for (const SourceStream& stream : m_streams) sum += static_cast<double>(stream.extent.present);
+  return sum;
+}
+
 void StreamSource::requireOther(const std::string& out) const {
   for (const File& file : m_files) requireOtherFile(out, file.name);
 }

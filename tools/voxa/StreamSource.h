@@ -37,6 +37,9 @@ class StreamSource {
   /// In the order of their identifiers.
   const std::vector<SourceStream>& streams() const { return m_streams; }
 
+  /// The bytes of the streams, for `Progress`.
+  double byteCount() const;
+
   /// What is missing, to be reported when the command is done.
   const Damages& damages() const { return m_damages; }
 
