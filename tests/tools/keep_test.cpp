@@ -47,7 +47,8 @@ TEST_F(Kept, StreamsAreCheckedLostAndGraftedInEveryContainer) {
     const std::string edited = folder.file("edited-" + leaf, mediaFor(leaf));
     const Result lost = voxa({"check", original, edited, "--format", "json"});
     EXPECT_EQ(lost.status, 8);
-    for (const json& stream : json::parse(lost.out)["streams"]) EXPECT_EQ(stream["state"], "lost");
+    const json losses = json::parse(lost.out);
+    for (const json& stream : losses["streams"]) EXPECT_EQ(stream["state"], "lost");
 
     const std::string out = folder.name(leaf);
     const Result grafted = graft(edited, out);
