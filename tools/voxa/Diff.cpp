@@ -29,6 +29,7 @@
 #include "tools/voxa/Recording.h"
 #include "tools/voxa/Rows.h"
 #include "tools/voxa/Sha256.h"
+#include "tools/voxa/StreamNames.h"
 
 namespace voxa {
 
@@ -137,9 +138,10 @@ class RecordingDiff {
     const std::vector<uuid> all(ids.begin(), ids.end());
     const Progress progress(m_options.after,
                             bytesOf(*m_before.parser, all) + bytesOf(*m_after.parser, all));
+    StreamNames names;
+    for (const uuid& id : ids) names.add(id);
     for (const uuid& id : ids) {
-      m_name = ids.size() == 1 || isUniqueKey(ids, id) ? ZRKMetaData::MetaDataUUID::shortKey(id)
-                                                       : boost::uuids::to_string(id);
+      m_name = names.of(id);
       compare(id);
     }
     if (isJson()) m_out.write(m_isEqual ? "],\"equal\":true}\n" : "],\"equal\":false}\n");
@@ -155,13 +157,6 @@ class RecordingDiff {
 
  private:
   bool isJson() const { return m_options.format == Format::Json; }
-
-  static bool isUniqueKey(const std::set<uuid>& ids, const uuid& id) {
-    const auto key = ZRKMetaData::MetaDataUUID::shortKey(id);
-    return std::count_if(ids.begin(), ids.end(), [&key](const uuid& other) {
-             return ZRKMetaData::MetaDataUUID::shortKey(other) == key;
-           }) == 1;
-  }
 
   // Nothing where the type is not certain, or the stream is empty or not there.
   static std::optional<RecordType> typeOf(DiffFile& source, const uuid& id) {

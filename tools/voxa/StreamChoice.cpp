@@ -7,7 +7,6 @@
 #include <optional>
 #include <stdexcept>
 
-#include "ZRKMetaData/src/MetaDataUUID.h"
 #include "tools/series/Guess.h"
 #include "tools/voxa/Failure.h"
 #include "tools/voxa/Messages.h"
@@ -15,22 +14,13 @@
 #include "tools/voxa/QuietModule.h"
 #include "tools/voxa/Rates.h"
 #include "tools/voxa/Recording.h"
+#include "tools/voxa/StreamNames.h"
 
 namespace voxa {
 
 using ZRKMetaData::MetaDataParser;
-using ZRKMetaData::MetaDataUUID;
 
 namespace {
-
-std::string nameOf(const MetaDataParser& parser, const boost::uuids::uuid& id) {
-  const std::string key = MetaDataUUID::shortKey(id);
-  const auto& all = parser.locations();
-  const bool isUnique = std::count_if(all.begin(), all.end(), [&key](const auto& other) {
-                          return MetaDataUUID::shortKey(other.first) == key;
-                        }) == 1;
-  return isUnique ? key : boost::uuids::to_string(id);
-}
 
 std::string candidatesOf(const series::Guess& guess) {
   std::string text;
@@ -52,9 +42,11 @@ std::vector<ChosenStream> chooseStreams(MetaDataParser& parser, const std::strin
   const auto ids = streamsNamed(parser, file, names);
   if (ids.empty()) throw Failure(Status::NoSuchStream, file + ": no metadata streams");
 
+  StreamNames streamNames;
+  for (const auto& location : parser.locations()) streamNames.add(location.first);
   std::vector<ChosenStream> chosen;
   for (const auto& id : ids) {
-    const std::string name = nameOf(parser, id);
+    const std::string name = streamNames.of(id);
     if (const auto type = named.find(id); type != named.end()) {
       chosen.push_back({id, name, type->second});
       continue;

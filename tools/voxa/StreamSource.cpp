@@ -5,16 +5,13 @@
 #include <algorithm>
 #include <boost/uuid/uuid_io.hpp>
 #include <filesystem>
-#include <map>
 #include <system_error>
 
-#include "ZRKMetaData/src/MetaDataUUID.h"
 #include "tools/voxa/NamedTypes.h"
 #include "tools/voxa/Recording.h"
+#include "tools/voxa/StreamNames.h"
 
 namespace voxa {
-
-using ZRKMetaData::MetaDataUUID;
 
 namespace {
 
@@ -92,12 +89,9 @@ void StreamSource::add(const std::string& file, std::optional<ZRKMetaData::Conta
 }
 
 void StreamSource::name() {
-  std::map<std::string, int> counts;
-  for (const SourceStream& stream : m_streams) ++counts[MetaDataUUID::shortKey(stream.id)];
-  for (SourceStream& stream : m_streams) {
-    const std::string key = MetaDataUUID::shortKey(stream.id);
-    stream.name = counts[key] == 1 ? key : boost::uuids::to_string(stream.id);
-  }
+  StreamNames names;
+  for (const SourceStream& stream : m_streams) names.add(stream.id);
+  for (SourceStream& stream : m_streams) stream.name = names.of(stream.id);
 }
 
 series::NamedTypes StreamSource::namedTypes(const std::vector<std::string>& options) const {
