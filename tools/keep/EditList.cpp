@@ -7,28 +7,20 @@
 #include <string>
 #include <utility>
 
+#include "tools/series/ExactSum.h"
+
 namespace keep {
 
 using series::ExactSeconds;
+using series::exactSum;
+using series::ExactSum;
 
 namespace {
 
 __extension__ using int128 = __int128;
 
-struct Sum {
-  double value;
-  double error;  // value + error is exact
-};
-
-// D. E. Knuth, "The Art of Computer Programming", volume 2, section 4.2.2, theorem B.
-Sum exactSum(double left, double right) {
-  const double value = left + right;
-  const double shareOfRight = value - left;
-  return {value, (left - (value - shareOfRight)) + (right - shareOfRight)};
-}
-
 // 63 bits as the sum of two doubles, both exact. Requires: `number` is not negative.
-Sum inTwo(std::int64_t number) {
+ExactSum inTwo(std::int64_t number) {
   const std::int64_t low = number & 0xFFFFFFFF;
   return {static_cast<double>(number - low), static_cast<double>(low)};
 }
@@ -56,13 +48,13 @@ TimeShift::TimeShift(const ExactSeconds& seconds) {
   };
   const auto [first, rest] = nextPlaces(magnitude % seconds.denominator);
   const auto second = nextPlaces(rest).first;
-  const Sum whole = inTwo(magnitude / seconds.denominator);
-  const Sum upper = inTwo(first);
+  const ExactSum whole = inTwo(magnitude / seconds.denominator);
+  const ExactSum upper = inTwo(first);
   for (const double part :
        {std::ldexp(static_cast<double>(second), -2 * kPlaces), std::ldexp(upper.error, -kPlaces),
         std::ldexp(upper.value, -kPlaces), whole.error, whole.value}) {
-    const Sum sum = exactSum(part, m_high);
-    const Sum rounded = exactSum(sum.value, sum.error + m_low);
+    const ExactSum sum = exactSum(part, m_high);
+    const ExactSum rounded = exactSum(sum.value, sum.error + m_low);
     m_high = rounded.value;
     m_low = rounded.error;
   }
@@ -72,7 +64,7 @@ TimeShift::TimeShift(const ExactSeconds& seconds) {
 }
 
 double TimeShift::operator()(double seconds) const {
-  const Sum sum = exactSum(seconds, m_high);
+  const ExactSum sum = exactSum(seconds, m_high);
   if (!std::isfinite(sum.value)) return sum.value;
   return sum.value + (sum.error + m_low);
 }
@@ -88,10 +80,9 @@ std::vector<Segment> segmentsOf(std::vector<Piece> pieces, const ExactSeconds& s
     all.shift = TimeShift(shift);
     return {all};
   }
-  // With overlapping parts, the time to find their records grows with the square of this number.
-  constexpr std::size_t kMaxPieces = 10'000;
   if (pieces.size() > kMaxPieces) {
-    throw std::invalid_argument(std::to_string(pieces.size()) + " parts; at most 10000 are read");
+    throw std::invalid_argument(std::to_string(pieces.size()) + " parts; at most " +
+                                std::to_string(kMaxPieces) + " are read");
   }
   std::stable_sort(pieces.begin(), pieces.end(), [](const Piece& left, const Piece& right) {
     return isBefore(left.at, right.at);

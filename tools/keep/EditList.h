@@ -4,6 +4,7 @@
 // parts do not drift. Plain values: copy them freely. Every function may be called from any thread.
 #pragma once
 
+#include <cstddef>
 #include <limits>
 #include <optional>
 #include <vector>
@@ -49,10 +50,14 @@ struct Segment {
   double moved(double seconds) const;
 };
 
+/// More than any edit has. Each piece is searched for in each stream.
+constexpr std::size_t kMaxPieces = 10'000;
+
 /// The pieces in the order of the edited timeline, all moved by `shift`; without pieces, one
-/// segment of all times. A piece without a length is left out. Throws std::invalid_argument when a
-/// piece ends before it begins, when one begins in the edited timeline before the one in front of
-/// it ends, and for times that 64-bit fractions do not hold.
+/// segment of all times. A piece without a length is left out, and nothing may be left; there may
+/// be kMaxPieces. Throws std::invalid_argument above that, when a piece ends before it begins, when
+/// one begins in the edited timeline before the one in front of it ends, and for times that 64-bit
+/// fractions do not hold.
 std::vector<Segment> segmentsOf(std::vector<Piece> pieces, const series::ExactSeconds& shift);
 
 }  // namespace keep

@@ -15,6 +15,7 @@
 #include <type_traits>
 #include <utility>
 
+#include "tools/series/ExactSum.h"
 #include "tools/series/RecordStream.h"
 
 namespace series {
@@ -25,13 +26,9 @@ inline bool isWithin(double left, double right, double tolerance) {
   if (left == right) return true;  // also infinities
   const double high = std::max(left, right);
   const double low = std::min(left, right);
-  const double difference = high - low;
-  if (difference != tolerance) return difference < tolerance;
-  // The rounded difference decides nothing. The sign of its error does (D. E. Knuth, "The Art of
-  // Computer Programming", volume 2, section 4.2.2, theorem B).
-  const double minusLow = difference - high;
-  const double error = (high - (difference - minusLow)) + (-low - minusLow);
-  return error <= 0;
+  const ExactSum difference = exactSum(high, -low);
+  if (difference.value != tolerance) return difference.value < tolerance;
+  return difference.error <= 0;  // the rounded difference decides nothing
 }
 
 inline bool isWithin(std::int64_t left, std::int64_t right, double tolerance) {
