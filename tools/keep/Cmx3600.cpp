@@ -142,7 +142,10 @@ class CmxReader {
   void readComment(const std::string& line) {
     constexpr std::string_view kName = "FROM CLIP NAME:";
     const std::size_t at = line.find(kName);
-    if (line.front() != '*' || at == std::string::npos || m_events.empty()) return;
+    const std::size_t first = line.find_first_not_of(" \t");
+    if (first == std::string::npos || line[first] != '*' || at == std::string::npos ||
+        m_events.empty())
+      return;
     const std::size_t start = line.find_first_not_of(" \t", at + kName.size());
     const std::size_t end = line.find_last_not_of(" \t\r");
     if (start <= end) m_events.back().source = line.substr(start, end - start + 1);

@@ -27,12 +27,8 @@ const json* memberOf(const json& object, const char* name) {
   return member == object.end() || member->is_null() ? nullptr : &*member;
 }
 
-// A double as the fraction that it is, or the rate of NTSC that it rounds (24000/1001).
+// A double as the fraction that it is.
 ExactSeconds fractionOf(double number) {
-  const double thousands = std::round(number * 1.001) * 1000;
-  if (number > 0 && std::abs(thousands / 1001 - number) < 1e-5 * number) {
-    return {static_cast<ZRKMetaData::int64>(thousands), 1001};
-  }
   ExactSeconds fraction;
   while (number != std::round(number) && fraction.denominator < (1LL << 40)) {
     number *= 2;
@@ -44,11 +40,22 @@ ExactSeconds fractionOf(double number) {
   return fraction;
 }
 
+// The rate of NTSC that a double rounds (24000/1001 for 23.976), or the double itself.
+ExactSeconds unitsPerSecond(double rate) {
+  constexpr double kMaxFrameRate = 1000;  // rates of sound are above
+  const double thousands = std::round(rate * 1.001) * 1000;
+  if (rate < kMaxFrameRate && rate != std::round(rate) &&
+      std::abs(thousands / 1001 - rate) < 1e-5 * rate) {
+    return {static_cast<ZRKMetaData::int64>(thousands), 1001};
+  }
+  return fractionOf(rate);
+}
+
 // RationalTime: a number of units, and units per second.
 ExactSeconds timeOf(const json& time) {
   const double rate = time.at("rate").get<double>();
   if (!(rate > 0)) throw std::invalid_argument("a time has the rate " + std::to_string(rate));
-  const ExactSeconds perSecond = fractionOf(rate);
+  const ExactSeconds perSecond = unitsPerSecond(rate);
   const double units = time.at("value").get<double>();
   if (units == std::round(units) && std::abs(units) < 0x1p31 && perSecond.denominator <= 1001) {
     const auto count = static_cast<ZRKMetaData::int64>(units);
