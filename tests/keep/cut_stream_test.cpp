@@ -6,9 +6,11 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 #include <memory>
 #include <random>
 #include <sstream>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -235,6 +237,78 @@ TYPED_TEST(Cut, LoadsTheSameFramesWhereCutsAreWholeFrames) {
       }
     }
   }
+}
+
+// The image that each record of a stream shows: its own, or that stored last before with the
+// identifier.
+std::vector<std::string> shownImages(const std::vector<Timed>& records) {
+  std::map<std::string, std::string> stored;
+  std::vector<std::string> shown;
+  for (const auto& [seconds, text] : records) {
+    const std::string id = text.substr(0, text.find(':'));
+    if (text != id + ":0:0:0:\"\"") stored[id] = text;
+    shown.push_back(stored[id]);
+  }
+  return shown;
+}
+
+TEST(CutImages, AreThereForEveryReference) {
+  Edits edits(11);
+  std::size_t references = 0;
+  for (int round = 0; round < 200; ++round) {
+    Bytes records;
+    const auto times = edits.times(round % 2 == 0);
+    for (const double seconds : times) {
+      const auto id = static_cast<std::uint64_t>(edits.below(3));
+      const Bytes pixels(static_cast<std::size_t>(1 + edits.below(3)), 'p');
+      records += edits.below(3) == 0 ? recording::cursorImageRecord(seconds, id, 1, 2, pixels)
+                                     : recording::cursorReferenceRecord(seconds, id);
+    }
+    // What stands where does not depend on the images: their identifiers tell the records apart.
+    const auto original =
+        readBack<ZRKMetaData::CursorImage>(recording::entryBytes({kId, records, 1, 77}));
+    const auto all = shownImages(original);
+    const auto pieces = edits.pieces({});
+    const auto found = cut<ZRKMetaData::CursorImage>(records, keep::segmentsOf(pieces, {}));
+    const auto shown = shownImages(found);
+    for (const Piece& piece : pieces) {
+      for (std::size_t index = 0; index < original.size(); ++index) {
+        if (all[index].empty() || !isIn(piece, Exact(original[index].first))) continue;
+        const Exact moved = Exact(original[index].first) - exact(piece.from) + exact(piece.at);
+        // Several records may have one time; each has its place in the order of the file.
+        const bool isFound = std::any_of(found.begin(), found.end(), [&](const Timed& record) {
+          return testing_support::isWithinOneUlp(record.first, moved) &&
+                 shown[static_cast<std::size_t>(&record - found.data())] == all[index];
+        });
+        ASSERT_TRUE(isFound) << "round " << round << ", record " << index << ": " << all[index];
+        ++references;
+      }
+    }
+  }
+  EXPECT_GT(references, 100U);
+}
+
+TEST(CutDamage, CountsRecordsThatHaveNoTime) {
+  const Bytes records = recording::intRecord(1, 7) + recording::intRecord(std::nan(""), 8);
+  std::istringstream file(recording::atomBlock({{kId, records}}));
+  const std::unique_ptr<MetaDataParser> parser(
+      MetaDataParser::createForStream(file, ZRKMetaData::Atoms));
+  const auto parts = keep::segmentsOf({{{0, 1}, {{5, 1}}, {0, 1}}}, {});
+  EXPECT_EQ(keep::CutStream<int>(*parser, kId, parts).leftOutCount(), 1U);
+  const auto all = keep::segmentsOf({}, {1, 1});
+  EXPECT_EQ(keep::CutStream<int>(*parser, kId, all).leftOutCount(), 0U);
+}
+
+TEST(CutDamage, RefusesManyPartsOfAStreamOutOfOrder) {
+  Bytes records;
+  for (int n = 0; n < 1000; ++n) records += recording::intRecord(n * 37 % 1000, n);
+  std::vector<Piece> pieces;
+  for (int n = 0; n < 100; ++n) pieces.push_back({{10 * n, 1}, {{10 * n + 9, 1}}, {10 * n, 1}});
+  const auto segments = keep::segmentsOf(pieces, {});
+  std::istringstream file(recording::atomBlock({{kId, records}}));
+  const std::unique_ptr<MetaDataParser> parser(
+      MetaDataParser::createForStream(file, ZRKMetaData::Atoms));
+  EXPECT_THROW(keep::CutStream<int>(*parser, kId, segments), std::runtime_error);
 }
 
 TEST(CutDamage, KeepsTheRecordsBeforeIt) {

@@ -3,17 +3,22 @@
 //
 // States (numbers, strings, points, rectangles, images) hold until the next record, so that each
 // part begins with the value that held at its start. Keystrokes are events and stand for nothing
-// but their own time.
+// but their own time. A reference to a cursor image gets the image where the edit left that out.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <optional>
+#include <stdexcept>
+#include <string>
+#include <string_view>
 #include <type_traits>
 #include <utility>
 #include <vector>
 
 #include "tools/keep/RecordBytes.h"
 #include "tools/keep/RecordPlaces.h"
+#include "tools/keep/StoredImages.h"
 #include "tools/recording/Append.h"
 #include "tools/recording/Container.h"
 #include "tools/series/RecordStream.h"
@@ -21,63 +26,114 @@
 
 namespace keep {
 
-/// Reads the stream twice: once to find what is kept, once to write it. Memory does not grow with
-/// the length of the stream. Used by one thread.
+/// Reads the stream twice, and images three times: to find what is kept, to measure and to write
+/// it. Memory does not grow with the length of the stream, but for images (StoredImages.h). Used by
+/// one thread.
 template <class Record>
 class CutStream {
+  static constexpr bool kIsImage = std::is_same_v<Record, ZRKMetaData::CursorImage>;
+
  public:
-  /// Reads stream `id` to its end, or to a damage. Both references must outlive the object.
+  /// Reads stream `id` to its end, or to a damage. Requires: there is a segment. Both references
+  /// must outlive the object. Throws std::runtime_error for a stream out of order that would be
+  /// read more than kMaxReads times.
   CutStream(ZRKMetaData::MetaDataParser& parser, const boost::uuids::uuid& id,
             const std::vector<Segment>& segments)
       : m_parser(parser), m_offset(parser.locationOf(id).offset), m_segments(segments) {
     RecordPlaces places(segments);
+    std::uint64_t size = 0;
     try {
-      series::forEachRecord<Record>(parser, id, {},
-                                    [&places](double seconds, const Record& record) {
-                                      places.add(seconds, series::byteCountOf(record));
-                                    });
+      series::forEachRecord<Record>(parser, id, {}, [&](double seconds, const Record& record) {
+        if constexpr (kIsImage) m_images.add(size, record);
+        places.add(seconds, series::byteCountOf(record));
+        size += series::byteCountOf(record);
+      });
     } catch (const series::DamagedStream& damage) {
       m_damage = damage;
     }
     m_places = places.places();
+    if (segments.front().hasStart()) m_leftOutCount = places.timelessCount();
     if constexpr (!series::kIsHeld<Record>) {
       for (SegmentPlaces& segment : m_places) segment.held.reset();
     }
+    requireFewReads(size);
+    m_byteCount = ZRKMetaData::MetaDataHeader::kByteCount;
+    if constexpr (kIsImage) {
+      writeRecords([this](std::string_view bytes) { m_byteCount += bytes.size(); });
+    } else {
+      for (const SegmentPlaces& segment : m_places) {
+        m_byteCount += segment.byteCount + (segment.held ? segment.held->size : 0);
+      }
+    }
   }
 
-  /// What the stream ends at before its end.
+  /// Where reading stopped before the end of the stream.
   const std::optional<series::DamagedStream>& damage() const { return m_damage; }
 
+  /// The records that are in no part because their time is NaN.
+  std::uint64_t leftOutCount() const { return m_leftOutCount; }
+
   /// The bytes that `write` passes on.
-  std::uint64_t byteCount() const {
-    std::uint64_t count = ZRKMetaData::MetaDataHeader::kByteCount;
-    for (const SegmentPlaces& places : m_places) {
-      count += places.byteCount + (places.held ? places.held->size : 0);
-    }
-    return count;
-  }
+  std::uint64_t byteCount() const { return m_byteCount; }
 
   /// Passes on the header as it is stored, and the records.
   void write(const recording::Write& write) {
     const auto header = ZRKMetaData::readHeaderAt(m_parser.stream(), m_offset);
     write(recording::entryBytes({header.uuid, {}, header.version, header.reserved}));
+    writeRecords(write);
+  }
+
+ private:
+  // The records of a part lie between two bytes. In a stream whose times are in order, they are all
+  // that lies there.
+  void requireFewReads(std::uint64_t size) const {
+    constexpr std::uint64_t kMaxReads = 16;
+    std::uint64_t read = 0;
+    std::uint64_t kept = 0;
+    for (const SegmentPlaces& segment : m_places) {
+      read += segment.end - segment.begin;
+      kept += segment.byteCount;
+    }
+    if (read > kMaxReads * (size + kept)) {
+      throw std::runtime_error("its times are out of order, and " +
+                               std::to_string(m_places.size()) + " parts would read it more than " +
+                               std::to_string(kMaxReads) + " times; use fewer parts");
+    }
+  }
+
+  void writeRecords(const recording::Write& write) {
+    m_images.restart();
     for (std::size_t index = 0; index < m_places.size(); ++index) {
       const Segment& segment = m_segments[index];
       const SegmentPlaces& places = m_places[index];
       if (places.held) {
         seek(places.held->position);
-        write(recordBytes(segment.start, read().second));
+        write(recordBytes(segment.start, withImage(places.held->position, read().second)));
       }
       seek(places.begin);
       for (std::uint64_t position = places.begin; position < places.end;) {
-        const auto [seconds, record] = read();
-        position += series::byteCountOf(record);
-        if (segment.range.contains(seconds)) write(recordBytes(segment.moved(seconds), record));
+        auto [seconds, record] = read();
+        const std::uint64_t next = position + series::byteCountOf(record);
+        if (segment.range.contains(seconds)) {
+          write(recordBytes(segment.moved(seconds), withImage(position, std::move(record))));
+          if constexpr (kIsImage) seek(next);
+        }
+        position = next;
       }
     }
   }
 
- private:
+  // The record, with its image where that was not written yet. Moves the parser's stream.
+  Record withImage(std::uint64_t position, Record record) {
+    if constexpr (kIsImage) {
+      if (const auto stored = m_images.missingWith(position, record)) {
+        seek(*stored);
+        return read().second;
+      }
+    }
+    return record;
+  }
+
   void seek(std::uint64_t position) {
     m_parser.stream().clear();
     m_parser.stream().seekg(m_offset + ZRKMetaData::MetaDataHeader::kByteCount +
@@ -86,7 +142,7 @@ class CutStream {
 
   std::pair<double, Record> read() {
     std::pair<double, Record> timed{};
-    if constexpr (std::is_same_v<Record, ZRKMetaData::CursorImage>) {
+    if constexpr (kIsImage) {
       ZRKMetaData::readRecord(m_parser.stream(), timed.first, &timed.second);
     } else {
       ZRKMetaData::readRecord(m_parser.stream(), timed.first, timed.second);
@@ -99,6 +155,9 @@ class CutStream {
   const std::vector<Segment>& m_segments;
   std::vector<SegmentPlaces> m_places;
   std::optional<series::DamagedStream> m_damage;
+  StoredImages m_images;
+  std::uint64_t m_byteCount = 0;
+  std::uint64_t m_leftOutCount = 0;
 };
 
 }  // namespace keep

@@ -28,7 +28,10 @@ void RecordPlaces::add(double seconds, std::uint64_t byteCount) {
   m_all.begin = 0;
   m_all.end += byteCount;
   m_all.byteCount += byteCount;
-  if (std::isnan(seconds)) return;
+  if (std::isnan(seconds)) {
+    ++m_timelessCount;
+    return;
+  }
   if (!m_first || seconds <= m_earliest) {
     m_first = place;
     m_earliest = seconds;

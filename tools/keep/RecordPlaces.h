@@ -21,9 +21,10 @@ struct RecordPlace {
 };
 
 struct SegmentPlaces {
-  /// The record whose value holds at the start of the segment, but does not stand there: the last
-  /// one before it, or the first of the stream where that one is the later. Nothing for a segment
-  /// without a start, and where the segment's own first record has that value.
+  /// The record whose value holds at the start of the segment: the last one before it, or where
+  /// there is none, the first of the stream. Nothing for a segment without a start, where a record
+  /// of the segment is at its start, and where the first record that is written has that value
+  /// anyway.
   std::optional<RecordPlace> held;
 
   std::uint64_t begin = 0;  ///< all records of the segment are in [begin, end)
@@ -42,6 +43,9 @@ class RecordPlaces {
   /// The places of each segment, in their order. Call it after the last record.
   std::vector<SegmentPlaces> places() const;
 
+  /// Of records whose time is NaN. They are in no segment that has a start.
+  std::uint64_t timelessCount() const { return m_timelessCount; }
+
  private:
   // The records between two neighbouring bounds of segments.
   struct Interval {
@@ -58,6 +62,7 @@ class RecordPlaces {
   std::vector<double> m_bounds;       // sorted
   std::vector<Interval> m_intervals;  // before, between and after the bounds
   Interval m_all;                     // NaN times included
+  std::uint64_t m_timelessCount = 0;
   double m_earliest = 0;
   std::optional<RecordPlace> m_first;  // at the earliest time, the last in the file
 };
