@@ -114,6 +114,8 @@ void writeJson(Output& out, const CheckedStream& checked) {
 
 void checkCopy(const CheckOptions& options) {
   const StreamSource original(options.original);
+  requireOpens(options.edited);
+  requireContainer(options.edited);
   const auto edited = openRecording(options.edited, std::nullopt);
   const auto named = original.namedTypes(options.types);
   Output out;

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "ZRKMetaData/src/ZRKMPlatform.h"
+#include "text/Counted.h"
 #include "tools/files/OutputFile.h"
 #include "tools/keep/CutStream.h"
 #include "tools/keep/EditList.h"
@@ -48,7 +49,11 @@ keep::Piece parseCut(const std::string& text, const std::optional<series::FrameR
   keep::Piece piece;
   piece.from = series::parseTime(text.substr(0, dash), rate);
   const std::string to = text.substr(dash + 1);
-  if (!to.empty()) piece.to = series::parseTime(to, rate);
+  if (to.empty()) return piece;
+  piece.to = series::parseTime(to, rate);
+  if (series::minus(*piece.to, piece.from).numerator <= 0) {
+    throw std::invalid_argument("--cut " + text + ": keeps nothing; TO must be after FROM");
+  }
   return piece;
 }
 
@@ -85,16 +90,20 @@ Pieces piecesOfList(const GraftOptions& options, const std::optional<series::Fra
   }
 }
 
-// Empty where nothing moves, so that bytes can be copied.
-std::vector<keep::Segment> segmentsOf(const GraftOptions& options) {
+// None where nothing moves, so that bytes can be copied.
+std::optional<std::vector<keep::Segment>> segmentsOf(const GraftOptions& options) {
   try {
     const auto rate = rateOf(options);
     const Pieces pieces =
         options.editList.empty() ? piecesOf(options, rate) : piecesOfList(options, rate);
     const ExactSeconds shift =
         options.shift.empty() ? ExactSeconds() : series::parseTime(options.shift, rate);
-    if (pieces.empty() && shift.numerator == 0) return {};
-    return keep::segmentsOf(pieces, shift);
+    if (pieces.empty() && shift.numerator == 0) return std::nullopt;
+    auto segments = keep::segmentsOf(pieces, shift);
+    if (segments.empty()) {
+      throw std::invalid_argument(options.editList + ": keeps nothing of the recording");
+    }
+    return segments;
   } catch (const std::invalid_argument& error) {
     throw Failure(Status::WrongUse, error.what());
   }
@@ -111,9 +120,17 @@ template <class Record>
 StreamedEntry cutEntry(const SourceStream& stream, const std::vector<keep::Segment>& segments,
                        Damages& damages) {
   const QuietModule quiet;
-  const auto cut = std::make_shared<keep::CutStream<Record>>(*stream.parser, stream.id, segments);
-  if (cut->damage()) damages.add(cut->damage()->message(stream.file));
-  return {stream.name, cut->byteCount(), [cut](const Write& write) { cut->write(write); }};
+  try {
+    const auto cut = std::make_shared<keep::CutStream<Record>>(*stream.parser, stream.id, segments);
+    if (cut->damage()) damages.add(cut->damage()->message(stream.file));
+    if (cut->leftOutCount() != 0) {
+      say(stream.file + ": stream " + stream.name + ": " +
+          text::counted(cut->leftOutCount(), "record") + " without a time left out");
+    }
+    return {stream.name, cut->byteCount(), [cut](const Write& write) { cut->write(write); }};
+  } catch (const std::runtime_error& error) {
+    throw Failure(Status::Failed, stream.file + ": stream " + stream.name + ": " + error.what());
+  }
 }
 
 StreamedEntry cutEntry(const SourceStream& stream, const series::NamedTypes& named,
@@ -187,10 +204,13 @@ void graftStreams(const GraftOptions& options) {
   Damages damages = source.damages();
   std::vector<StreamedEntry> entries;
   for (const SourceStream& stream : source.streams()) {
-    entries.push_back(segments.empty() ? copiedEntry(stream)
-                                       : cutEntry(stream, named, segments, damages));
+    entries.push_back(segments ? cutEntry(stream, named, *segments, damages) : copiedEntry(stream));
   }
-  recording::requireFits(layout, entries);
+  try {
+    recording::requireFits(layout, entries);
+  } catch (const std::runtime_error& error) {
+    throw Failure(Status::Failed, options.out + ": " + error.what());
+  }
   nameOthers(options, layout, source);
 
   files::OutputFile out(options.out,

@@ -6,8 +6,10 @@
 #include <boost/uuid/string_generator.hpp>
 #include <boost/uuid/uuid_io.hpp>
 #include <cctype>
+#include <cerrno>
 #include <filesystem>
 #include <fstream>
+#include <system_error>
 
 #include "ZRKMetaData/src/MetaDataUUID.h"
 #include "ZRKMetaData/src/ZRKMPlatform.h"
@@ -23,13 +25,14 @@ using ZRKMetaData::MetaDataUUID;
 
 namespace {
 
-std::string whyClosed(const std::string& file) {
-  std::error_code error;
-  const auto status = std::filesystem::status(std::filesystem::u8path(file), error);
-  if (error) return error.message();
+// `error` is errno after the attempt to open, 0 where the system has none.
+std::string whyClosed(const std::string& file, int error) {
+  std::error_code absent;
+  const auto status = std::filesystem::status(std::filesystem::u8path(file), absent);
+  if (absent) return absent.message();
   if (std::filesystem::is_directory(status)) return "it is a folder";
   if (!std::filesystem::is_regular_file(status)) return "it is not a regular file";
-  return "permission denied";
+  return error != 0 ? std::generic_category().message(error) : "permission denied";
 }
 
 bool isShortKey(const std::string& text) {
@@ -89,9 +92,18 @@ std::unique_ptr<MetaDataParser> open(const std::string& file,
 
 void requireOpens(const std::string& file) {
   std::ifstream probe;
+  errno = 0;
   ZRKMetaData::openForReading(probe, file);
   if (!probe.is_open()) {
-    throw Failure(Status::CannotOpen, file + ": cannot be opened: " + whyClosed(file));
+    throw Failure(Status::CannotOpen, file + ": cannot be opened: " + whyClosed(file, errno));
+  }
+}
+
+void requireContainer(const std::string& file) {
+  if (ZRKMetaData::containerKindOfFileName(file) == ZRKMetaData::None) {
+    throw Failure(Status::WrongUse, file +
+                                        ": the extension names no container; use .voxa, .mp4, "
+                                        ".mov, .avi, .wav or .dat");
   }
 }
 

@@ -20,6 +20,10 @@ void requireOpens(const std::string& file);
 /// Neither needs to exist.
 void requireOtherFile(const std::string& out, const std::string& source);
 
+/// Throws Failure (WrongUse) when the extension of `file` names no container, for a command that
+/// has no --container.
+void requireContainer(const std::string& file);
+
 /// Opens and indexes the recording with this UTF-8 name, as `kind` where that is given. When the
 /// extension is unknown, nothing is scanned and a message on standard error says so. Throws as
 /// `requireOpens` does.

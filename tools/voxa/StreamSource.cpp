@@ -59,6 +59,10 @@ StreamSource::StreamSource(const std::string& name,
 }
 
 void StreamSource::add(const std::string& file, std::optional<ZRKMetaData::ContainerKind> kind) {
+  if (!kind) {
+    requireOpens(file);
+    requireContainer(file);
+  }
   m_files.push_back({file, openRecording(file, kind)});
   ZRKMetaData::MetaDataParser& parser = *m_files.back().parser;
   constexpr ZRKMetaData::int64 kMaxExcess = 64 << 20;
@@ -67,11 +71,12 @@ void StreamSource::add(const std::string& file, std::optional<ZRKMetaData::Conta
     const auto extent = series::entryExtent(parser, location);
     const std::string text = boost::uuids::to_string(id);
     if (extent.isCut()) {
-      m_damages.add(fmt::format("{}: stream {}: byte {}: the file ends {} bytes before the stream",
-                                file, text, extent.offset, extent.announced - extent.present));
+      m_damages.addWhole(
+          fmt::format("{}: stream {}: byte {}: the file ends {} bytes before the stream", file,
+                      text, extent.offset, extent.announced - extent.present));
     }
     if (extent.present < ZRKMetaData::MetaDataHeader::kByteCount) {
-      m_damages.add(
+      m_damages.addWhole(
           fmt::format("{}: stream {}: byte {}: the entry is shorter than its header; "
                       "left out",
                       file, text, extent.offset));
