@@ -44,7 +44,9 @@ RawData expected(const std::vector<SalvagedStream>& streams, const std::string& 
                   "ranges rise and do not overlap");
     end = stream.offset + stream.size;
     fuzz::require(end <= static_cast<std::int64_t>(file.size()), "ranges are in the file");
-    if (stream.isCertain() != isCertain || stream.isReplaced) continue;
+    if (stream.state !=
+        (isCertain ? series::SalvageState::Certain : series::SalvageState::Doubtful))
+      continue;
     std::string bytes =
         file.substr(static_cast<std::size_t>(stream.offset), static_cast<std::size_t>(stream.size));
     const bool isKnown = ZRKMetaData::MetaDataUUID::isKnown(stream.header.uuid);

@@ -127,6 +127,7 @@ class Linker {
 
   void readFrames() {
     std::vector<Block> blocks;  // the outermost first: a text may hold a recording
+    std::size_t blockCount = 0;
     for (std::size_t index = 0; index < m_links.size(); ++index) {
       Link& link = m_links[index];
       const int64 offset = m_entries[index].offset;
@@ -142,11 +143,13 @@ class Linker {
       }
       if (const auto around = m_structures.around(link.frame.start, kBlockType)) {
         link.startsBlock = true;
+        ++blockCount;
         link.blockStart = around->start;
         const bool leadsOn =
             around->end > m_structures.fileSize() || m_structures.isPlausible(around->next);
         blocks.push_back({around->end, leadsOn ? around->end : 0});
       }
+      m_entries[index].block = blockCount;
       link.isInBlock = !blocks.empty();
       link.blockEnd = blocks.empty() ? 0 : blocks.back().end;
     }

@@ -9,6 +9,7 @@
 // end of the block, or with a file that is cut.
 #pragma once
 
+#include <cstddef>
 #include <istream>
 #include <vector>
 
@@ -22,8 +23,9 @@ struct FoundEntry {
   ZRKMetaData::MetaDataHeader header;
   ZRKMetaData::int64 offset = 0;  ///< of the header
   ZRKMetaData::int64 end = 0;     ///< at least the end of the header
-  bool isCut = false;             ///< records may be missing, and the last one incomplete
-  const char* doubt = nullptr;    ///< why the bounds are not certain, null when they are
+  std::size_t block = 0;        ///< counts the blocks whose start was found, up to the entry's own
+  bool isCut = false;           ///< records may be missing, and the last one incomplete
+  const char* doubt = nullptr;  ///< why the bounds are not certain, null when they are
 };
 
 /// More entries than any recorder writes. A file of headers would otherwise need several times its

@@ -1,9 +1,13 @@
 // Recovers the streams of a damaged recording: one whose structures lead nowhere, or that is cut.
 //
 // A stream is certain when its identifier and version are registered, no other entry has its
-// identifier, and both its bounds (EntrySearch.h) and its records (WholeRecords.h) are certain. All
-// others are doubtful. Damage to times, to values and to the identifiers of images cannot be seen.
-// Nor can an identifier that damage has made to another registered one.
+// identifier, and both its bounds (EntrySearch.h) and its records (WholeRecords.h) are certain.
+// Entries whose bounds are not certain are not counted among the others. Damage to times, to values
+// and to the identifiers of images cannot be seen. Nor can an identifier that damage has made to
+// another registered one.
+//
+// A block is old when a later one has entries of all its identifiers, as `voxa graft` leaves it.
+// Its streams are neither certain nor doubtful: a reader takes those of the later block.
 #pragma once
 
 #include <istream>
@@ -16,6 +20,13 @@
 
 namespace series {
 
+enum class SalvageState {
+  Certain,
+  Doubtful,
+  Superseded,  ///< doubtful, and another doubtful stream with the identifier is to be preferred
+  Old,
+};
+
 /// A stream that was found, header and whole records.
 struct SalvagedStream {
   ZRKMetaData::MetaDataHeader header;  ///< as stored
@@ -23,10 +34,10 @@ struct SalvagedStream {
   ZRKMetaData::int64 size = 0;         ///< bytes from there to the end of the last whole record
   std::optional<ZRKMetaData::uint64> recordCount;  ///< none where the type is not known
   bool isCut = false;                              ///< records may be missing at its end
-  bool isReplaced = false;  ///< a later entry has the identifier, so that a reader takes that one
-  std::string doubt;        ///< why it is doubtful, empty when it is certain
+  SalvageState state = SalvageState::Certain;
+  std::string reason;  ///< why it is not certain, else empty
 
-  bool isCertain() const { return doubt.empty(); }
+  bool isCertain() const { return state == SalvageState::Certain; }
 };
 
 /// The streams of `file` in file order; their ranges do not overlap. Memory grows with the number

@@ -21,7 +21,8 @@ struct WholeRecords {
 /// The result is certain when at least one record type passes the guess (Guess.h), all that pass
 /// agree on the end of the last whole record, and every length in the stream agrees with what
 /// follows it: the two sizes of a cursor image with each other, and texts have no NUL, which every
-/// length below 16 MiB contains. Times are finite and never fall. Without certainty `byteCount` is
+/// length below 16 MiB contains. The times of texts and images are finite and never fall; those of
+/// other records are examined as far as the guess does. Without certainty `byteCount` is
 /// the most that a type that passes allows, or all.
 ///
 /// Moves the stream and clears its state. Reads each byte at most once per type that passes.

@@ -25,6 +25,7 @@
 namespace voxa {
 
 using series::SalvagedStream;
+using series::SalvageState;
 using ZRKMetaData::int32;
 using ZRKMetaData::int64;
 using ZRKMetaData::MetaDataHeader;
@@ -47,14 +48,24 @@ bool hasExtension(const std::string& name) {
          std::string_view(name).substr(name.size() - extension.size()) == extension;
 }
 
-// The streams that one of the files gets. A reader would not see one that is replaced.
-Streams chosen(const Streams& streams, bool isCertain) {
+Streams chosen(const Streams& streams, SalvageState state) {
   Streams result;
   std::copy_if(streams.begin(), streams.end(), std::back_inserter(result),
-               [isCertain](const SalvagedStream& stream) {
-                 return stream.isCertain() == isCertain && !stream.isReplaced;
-               });
+               [state](const SalvagedStream& stream) { return stream.state == state; });
   return result;
+}
+
+const char* nameOf(SalvageState state) {
+  switch (state) {
+    case SalvageState::Certain:
+      return "certain";
+    case SalvageState::Doubtful:
+    case SalvageState::Superseded:
+      return "doubtful";
+    case SalvageState::Old:
+      return "old";
+  }
+  return "";
 }
 
 // The version by which a reader accepts the stream, whatever was stored.
@@ -62,6 +73,7 @@ int32 readableVersion(const boost::uuids::uuid& id) {
   return MetaDataUUID::isKnown(id) ? 1 : MetaDataUUID::kUnknownVersion;
 }
 
+// Throws std::runtime_error when the file has become shorter.
 void copyRecords(std::istream& file, const SalvagedStream& stream, const recording::Write& write) {
   constexpr int64 kPieceBytes = 1 << 16;
   std::string piece;
@@ -71,7 +83,7 @@ void copyRecords(std::istream& file, const SalvagedStream& stream, const recordi
   while (left > 0) {
     piece.resize(static_cast<std::size_t>(std::min(left, kPieceBytes)));
     if (!file.read(piece.data(), static_cast<std::streamsize>(piece.size()))) {
-      throw std::runtime_error("cannot be read any more");
+      throw std::runtime_error("the file became shorter while it was read");
     }
     write(piece);
     left -= static_cast<int64>(piece.size());
@@ -115,9 +127,10 @@ void describeStream(Row& row, const SalvagedStream& stream) {
   row.field("size", stream.size);
   describeCount(row, stream);
   row.field("cut", stream.isCut);
-  row.field("state", std::string(stream.isCertain() ? "certain" : "doubtful"));
-  row.field("reason",
-            stream.isReplaced ? stream.doubt + ", which is written instead" : stream.doubt);
+  row.field("state", std::string(nameOf(stream.state)));
+  row.field("reason", stream.state == SalvageState::Superseded
+                          ? stream.reason + "; another doubtful stream is written instead"
+                          : stream.reason);
 }
 
 // The files that are written; empty names for none.
@@ -201,8 +214,8 @@ void salvageRecording(const SalvageOptions& options) {
     Streams streams;
     std::unique_ptr<files::OutputFile> file;
   };
-  Part parts[] = {{options.out, chosen(streams, true), nullptr},
-                  {doubtfulOut, chosen(streams, false), nullptr}};
+  Part parts[] = {{options.out, chosen(streams, SalvageState::Certain), nullptr},
+                  {doubtfulOut, chosen(streams, SalvageState::Doubtful), nullptr}};
   for (Part& part : parts) {
     if (part.streams.empty()) {
       part.name.clear();
@@ -212,7 +225,12 @@ void salvageRecording(const SalvageOptions& options) {
         part.name, options.force ? files::Existing::Replace : files::Existing::Refuse);
   }
   for (const Part& part : parts) {
-    if (part.file) writeBlock(file, part.streams, *part.file);
+    if (!part.file) continue;
+    try {
+      writeBlock(file, part.streams, *part.file);
+    } catch (const std::runtime_error& error) {
+      throw Failure(Status::Failed, options.file + ": " + error.what());
+    }
   }
   for (const Part& part : parts) {
     if (part.file) part.file->commit();
@@ -226,8 +244,9 @@ void salvageRecording(const SalvageOptions& options) {
   }
   out.flush();
   const auto doubtful =
-      std::count_if(streams.begin(), streams.end(),
-                    [](const SalvagedStream& stream) { return !stream.isCertain(); });
+      std::count_if(streams.begin(), streams.end(), [](const SalvagedStream& stream) {
+        return stream.state == SalvageState::Doubtful || stream.state == SalvageState::Superseded;
+      });
   if (doubtful != 0) {
     throw Failure(Status::DamagedData,
                   fmt::format("{}: {} of {} doubtful, written to {}", options.file, doubtful,
