@@ -77,8 +77,8 @@ class Recording:
 
     @property
     def stats(self) -> Stats:
-        """The tracks of an MP4 or MOV recording, read anew each time. Raises `VoxaError` for a file
-        without them."""
+        """The tracks of a `.voxa`, `.mp4` or `.mov` recording, read anew each time. Raises
+        `VoxaError` for a file without them."""
         return stats_of(self.path)
 
     @property

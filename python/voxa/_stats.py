@@ -51,7 +51,7 @@ def stats_of(path: str) -> Stats:
     try:
         rect, rows = _voxa.stats(os.fsencode(path))
     except RuntimeError as error:
-        raise VoxaError(f"{path}: the tracks cannot be read; they are in MP4 and MOV files: "
+        raise VoxaError(f"{path}: the tracks cannot be read; they are in .voxa, .mp4 and .mov files: "
                         f"{str(error).strip()}") from None
     tracks = []
     for (index, kind, tag, numerator, denominator, length, box, sample_rate, channels, bits,
