@@ -11,7 +11,7 @@ from typing import TYPE_CHECKING, Any, List, Tuple
 import numpy as np
 import numpy.typing as npt
 
-from ._errors import DamagedStream
+from ._errors import DamagedStream, VoxaError
 
 if TYPE_CHECKING:
     from ._parameter import Parameter
@@ -35,7 +35,7 @@ def parameter_html(parameter: Parameter) -> str:
     if len(parameter) == 0:
         return f"<div><b>voxa.Parameter</b> {facts}</div>"
     seconds = parameter.seconds
-    facts += f", {seconds[0]:.3f} s to {seconds[-1]:.3f} s"
+    facts += f", {_range_text(float(seconds[0]), float(seconds[-1]))}"
     columns = _number_columns(parameter.values)
     if columns:
         body, legend = _step_lines(seconds, columns)
@@ -48,7 +48,7 @@ def parameter_html(parameter: Parameter) -> str:
 def recording_html(recording: Recording) -> str:
     rows = [(stream, *_times_of(stream)) for stream in recording.streams.values()]
     finite = [times[np.isfinite(times)] for _, _, times in rows]
-    ends = [edge for times in finite if times.size for edge in (times.min(), times.max())]
+    ends = [float(edge) for times in finite if times.size for edge in (times.min(), times.max())]
     first, last = (min(ends), max(ends)) if ends else (0.0, 0.0)
     cells = []
     for (stream, what, times), plotted in zip(rows, finite):
@@ -57,24 +57,34 @@ def recording_html(recording: Recording) -> str:
                     f"{stream.key}: records over time")
         cells.append(f"<tr><td>{html.escape(stream.key)}</td><td>{html.escape(what)}</td>"
                      f"<td>{count}</td><td>{stream.size:,}</td><td>{lane}</td></tr>")
-    time = f"{first:.3f} s to {last:.3f} s" if ends else "time"
+    time = _range_text(first, last) if ends else "time"
     return (f"<div><b>voxa.Recording</b> {html.escape(recording.path, quote=True)}: "
             f"{recording.container}<table><thead><tr><th>key</th><th>type</th><th>records</th>"
             f"<th>bytes</th><th>{time}</th></tr></thead><tbody>{''.join(cells)}</tbody></table></div>")
 
 
+def _range_text(first: float, last: float) -> str:
+    def text(seconds: float) -> str:
+        return f"{seconds:.3f} s" if abs(seconds) < 1e9 else f"{seconds:g} s"
+
+    return f"{text(first)} to {text(last)}"
+
+
 def _times_of(stream: Stream) -> Tuple[str, _Floats]:
-    """The type of a stream, and the times of its records where they are plotted."""
+    """The type of a stream, or why it cannot be read, and the times of its records where they are
+    plotted."""
     none = np.empty(0)
-    guess = stream.guess()
-    if guess.type is None:
-        return " or ".join(guess.likely) if guess.verdict != "empty" else "no records", none
-    if stream.size > _MAX_PLOTTED_BYTES:
-        return guess.type, none
     try:
+        guess = stream.guess()
+        if guess.type is None:
+            return " or ".join(guess.likely) if guess.verdict != "empty" else "no records", none
+        if stream.size > _MAX_PLOTTED_BYTES:
+            return guess.type, none
         return guess.type, stream.records(guess.type)["time"]
     except DamagedStream as damage:
         return f"{guess.type}, damaged", damage.records["time"]
+    except (VoxaError, ValueError) as error:  # ValueError: the recording is closed
+        return str(error), none
 
 
 def _number_columns(values: npt.NDArray[Any]) -> List[Tuple[str, _Floats]]:
@@ -138,7 +148,10 @@ def _density(seconds: _Floats, first: float, last: float) -> str:
 
 
 def _scaled(seconds: _Floats, first: float, last: float, width: int) -> _Floats:
-    return (seconds - first) / ((last - first) or 1.0) * width
+    """Places from 0 to `width`. Requires: the times are finite and from `first` to `last`."""
+    # Halves, because the difference of two times can exceed the largest float.
+    span = (last / 2 - first / 2) or 1.0
+    return np.clip((seconds / 2 - first / 2) / span * width, 0, width)
 
 
 def _svg(width: int, height: int, body: str, title: str) -> str:

@@ -1,5 +1,6 @@
 """The examples of docs/python.md as they stand, and what notebooks show."""
 
+import math
 import os
 import pathlib
 import re
@@ -8,10 +9,12 @@ import subprocess
 import sys
 import xml.etree.ElementTree
 
+import numpy as np
 import pytest
 import voxa
+from voxa import _html
 
-from conftest import points, raw_recording
+from conftest import points, raw_recording, recording_of, stream_id
 from test_reading import TYPES
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
@@ -72,3 +75,39 @@ def test_plots_stay_small_and_names_are_escaped(tmp_path):
     page = recording._repr_html_()
     assert "&lt;b&gt;&amp;" in page and "<b>&" not in page
     assert len(recording.streams["F0"].load("points", 60)._repr_html_()) < 60_000
+
+
+@pytest.mark.parametrize("times", [[-1e308, 0.0, 1e308], [-sys.float_info.max, sys.float_info.max],
+                                   [0.0, 5e-324], [7.0, 7.0]])
+def test_extreme_times_stay_within_the_plot(times):
+    with np.errstate(all="raise", under="ignore"):
+        places = _html._scaled(np.array(times), times[0], times[-1], 600)
+        assert places.min() == 0 and places.max() <= 600 and (np.diff(places) >= 0).all()
+        assert _html._density(np.array(times), times[0], times[-1]).count("M") == len(set(places))
+
+
+def test_recordings_show_finite_times_of_any_size(tmp_path):
+    times = [-1e308, *range(40), math.nan, math.inf, 1e308]
+    rows = np.zeros(len(times), [("time", "<f8"), ("x", "<i4"), ("y", "<i4")])
+    rows["time"] = times
+    recording = voxa.open(raw_recording(tmp_path / "a.dat", rows.tobytes()))
+    stream = recording.streams["F0"]
+    stream.guess = lambda: voxa.Guess("points", "certain", (), ("points",))
+    page = recording._repr_html_()
+    (lane,) = svgs(page)
+    assert lane[2].get("d").count("M") == 3 and "<th>-1e+308 s to 1e+308 s</th>" in page
+
+
+def test_closed_and_unreadable_streams_are_named_in_their_row(sample, tmp_path):
+    with voxa.open(sample) as recording:
+        pass
+    assert recording._repr_html_().count("<td>the recording is closed</td>") == len(TYPES)
+    mixed = voxa.open(recording_of(tmp_path / "a.voxa", (stream_id(0xF0), 1, points(90)),
+                                   (stream_id(0xF1), 1, points(90))))
+
+    def fail():
+        raise voxa.VoxaError("unreadable & so on")
+
+    mixed.streams["F0"].guess = fail
+    page = mixed._repr_html_()
+    assert "<td>unreadable &amp; so on</td>" in page and len(svgs(page)) == 2
