@@ -9,9 +9,9 @@
 #include "ZRKMetaData/src/MetaDataUUID.h"
 #include "python/Arrays.h"
 #include "python/Messages.h"
+#include "tools/series/Containers.h"
 #include "tools/series/Guess.h"
 #include "tools/series/RecordRows.h"
-#include "tools/series/Summary.h"
 
 namespace py = pybind11;
 
@@ -102,14 +102,15 @@ auto RecordingIndex::read(Operation operation) {
   return result;
 }
 
-RecordingIndex::RecordingIndex(const py::bytes& path, std::optional<int> kind) {
+RecordingIndex::RecordingIndex(const py::bytes& path, const std::optional<std::string>& container) {
   const std::string file = path;
+  const auto kind = container ? series::containerKindNamed(*container)
+                              : ZRKMetaData::containerKindOfFileName(file);
+  if (!kind) throw py::value_error("not a container: " + *container);
   CollectedMessages messages;
   {
     const py::gil_scoped_release unlocked;
-    const auto used = kind ? static_cast<ZRKMetaData::ContainerKind>(*kind)
-                           : ZRKMetaData::containerKindOfFileName(file);
-    m_parser.reset(MetaDataParser::createForFile(file, used));
+    m_parser.reset(MetaDataParser::createForFile(file, *kind));
   }
   messages.warn();
 }
@@ -171,13 +172,25 @@ void RecordingIndex::close() {
 
 void defineRecordingIndex(py::module_& module) {
   py::class_<RecordingIndex>(module, "RecordingIndex")
-      .def(py::init<const py::bytes&, std::optional<int>>(), py::arg("path"), py::arg("kind"))
+      .def(py::init<const py::bytes&, const std::optional<std::string>&>(), py::arg("path"),
+           py::arg("container"))
       .def("container", &RecordingIndex::container)
       .def("streams", &RecordingIndex::streams)
       .def("guess", &RecordingIndex::guess, py::arg("id"))
       .def("records", &RecordingIndex::records, py::arg("id"), py::arg("type"), py::arg("start"),
            py::arg("stop"))
       .def("close", &RecordingIndex::close);
+  module.def("container_kinds", [] {
+    py::list names;
+    for (const auto kind : series::kContainerKinds) names.append(series::containerName(kind));
+    return names;
+  });
+  module.def(
+      "container_of_file_name",
+      [](const py::bytes& path) {
+        return series::containerName(ZRKMetaData::containerKindOfFileName(path));
+      },
+      py::arg("path"));
 }
 
 }  // namespace python

@@ -17,10 +17,11 @@ namespace python {
 /// thread: those that read one recording wait for each other, separate recordings do not.
 class RecordingIndex {
  public:
-  /// Opens and indexes the file with this name in the encoding of the file system, as `kind` or as
-  /// its extension implies. The package has opened the file before, so that a missing one is
-  /// already reported.
-  RecordingIndex(const pybind11::bytes& path, std::optional<int> kind);
+  /// Opens and indexes the file with this name in the encoding of the file system, as the container
+  /// of this name or as its extension implies. The package has opened the file before, so that a
+  /// missing one is already reported. Throws ValueError for a name that is none of
+  /// `container_kinds()`.
+  RecordingIndex(const pybind11::bytes& path, const std::optional<std::string>& container);
 
   /// "Riff", "Atoms", "Raw" or "None".
   std::string container();
@@ -51,6 +52,7 @@ class RecordingIndex {
 /// The identifier that this 36-character text states. Throws ValueError for any other.
 boost::uuids::uuid identifierOf(const std::string& text);
 
+/// Adds the class of recordings and the operations `container_kinds` and `container_of_file_name`.
 void defineRecordingIndex(pybind11::module_& module);
 
 }  // namespace python

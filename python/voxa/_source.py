@@ -8,29 +8,26 @@ from typing import Optional
 from . import _voxa
 from ._errors import VoxaError
 
-_KINDS = {"riff": 1, "atoms": 2, "raw": 3}
-_CONTAINERS = {".voxa": "Atoms", ".mp4": "Atoms", ".mov": "Atoms", ".avi": "Riff", ".wav": "Riff",
-               ".dat": "Raw"}
+_CONTAINERS = {name.lower(): name for name in _voxa.container_kinds()}
 
 
 class Source:
     """Streams refer to this and not to the recording, so that no cycle keeps a file open."""
 
     def __init__(self, path: str, container: Optional[str]) -> None:
-        kind = None if container is None else _KINDS.get(container.lower())
-        if container is not None and kind is None:
-            raise ValueError(f"container={container!r} is none of {', '.join(_KINDS)}")
+        name = None if container is None else _CONTAINERS.get(container.lower())
+        if container is not None and name is None:
+            raise ValueError(f"container={container!r} is none of {', '.join(_CONTAINERS)}")
         _require_readable(path)
         self.path = path
-        self.index = _voxa.RecordingIndex(os.fsencode(path), kind)
+        self.index = _voxa.RecordingIndex(os.fsencode(path), name)
         self.container = self.index.container()
         if self.container == "None":
             raise VoxaError(f"{path}: unknown extension; pass container=")
 
     def host_path(self) -> str:
         """The path as the module takes it. It goes by the extension alone, and takes UTF-8 only."""
-        implied = os.path.splitext(self.path)[1].lower()
-        if _CONTAINERS.get(implied) != self.container:
+        if _voxa.container_of_file_name(os.fsencode(self.path)) != self.container:
             raise VoxaError(f"{self.path}: a host reads by the extension; rename the file to "
                             ".voxa, .mp4, .mov, .avi, .wav or .dat")
         try:

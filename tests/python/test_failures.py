@@ -72,6 +72,12 @@ def test_wrong_arguments_are_explained(sample):
             call()
 
 
+@pytest.mark.parametrize("container", ["zip", "raw", "None", "", 7])
+def test_the_extension_refuses_what_is_no_container(sample, container):
+    with pytest.raises((ValueError, TypeError)):
+        voxa._voxa.RecordingIndex(os.fsencode(sample), container)
+
+
 def test_closed_recordings_read_nothing(sample):
     with voxa.open(sample) as recording:
         stream = recording.streams["F0"]

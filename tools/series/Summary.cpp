@@ -5,6 +5,7 @@
 
 #include "ZRKMetaData/src/MetaDataUUID.h"
 #include "text/Counted.h"
+#include "tools/series/Containers.h"
 #include "tools/series/EntryExtent.h"
 #include "tools/series/Guess.h"
 #include "tools/series/RecordStream.h"
@@ -131,20 +132,6 @@ const TrackSummary* RecordingSummary::screen() const {
     return track.tag == "screen" && track.width > 0 && track.height > 0;
   });
   return found == tracks.end() ? nullptr : &*found;
-}
-
-const char* containerName(ZRKMetaData::ContainerKind kind) {
-  switch (kind) {
-    case ZRKMetaData::Riff:
-      return "Riff";
-    case ZRKMetaData::Atoms:
-      return "Atoms";
-    case ZRKMetaData::Raw:
-      return "Raw";
-    case ZRKMetaData::None:
-      break;
-  }
-  return "None";
 }
 
 RecordingSummary summariseStreams(MetaDataParser& parser, const std::string& file,

@@ -87,8 +87,6 @@ struct RecordingSummary {
 /// Types that the user names, which take the place of a guess.
 using NamedTypes = std::map<boost::uuids::uuid, RecordType>;
 
-const char* containerName(ZRKMetaData::ContainerKind kind);
-
 /// What a summary covers.
 struct SummaryScope {
   std::vector<boost::uuids::uuid> streams;  ///< indexed ones

@@ -8,6 +8,7 @@
 #include <new>
 
 #include "tools/host/ParameterTypes.h"
+#include "tools/series/Containers.h"
 #include "tools/series/RecordTypes.h"
 #include "tools/voxa/Commands.h"
 #include "tools/voxa/Messages.h"
@@ -37,8 +38,12 @@ const std::map<std::string, formats::CaptionFormat>& captionFormats() {
 }
 
 const std::map<std::string, ZRKMetaData::ContainerKind>& containers() {
-  static const std::map<std::string, ZRKMetaData::ContainerKind> names = {
-      {"Riff", ZRKMetaData::Riff}, {"Atoms", ZRKMetaData::Atoms}, {"Raw", ZRKMetaData::Raw}};
+  static const auto names = [] {
+    std::map<std::string, ZRKMetaData::ContainerKind> kinds;
+    for (const auto kind : series::kContainerKinds)
+      kinds.emplace(series::containerName(kind), kind);
+    return kinds;
+  }();
   return names;
 }
 

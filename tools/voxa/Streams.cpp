@@ -2,8 +2,8 @@
 
 #include "ZRKMetaData/src/MetaDataUUID.h"
 #include "text/Counted.h"
+#include "tools/series/Containers.h"
 #include "tools/series/EntryExtent.h"
-#include "tools/series/Summary.h"
 #include "tools/voxa/Commands.h"
 #include "tools/voxa/Messages.h"
 #include "tools/voxa/Output.h"
