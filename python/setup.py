@@ -7,19 +7,34 @@ import re
 
 from pybind11.setup_helpers import ParallelCompile, Pybind11Extension
 from setuptools import setup
+from setuptools.command.build_ext import build_ext
 
 FOLDER = pathlib.Path(__file__).resolve().parent
 ROOMS = ("text", "ZRKMetaData/src", "host/Kestova", "host/VOXA", "names", "params", "loader",
          "stats", "tools/series", "tools/host", "python")
 OTHER_PLATFORMS = ("Windows.cpp", "WindowsPathBoost.cpp")
+# Constructs a class with a protected constructor.
+WITHOUT_ACCESS_CONTROL = "../names/Utf16.cpp"
+
+
+class BuildExtension(build_ext):
+    """Compiles one source with an option that the others do not have."""
+
+    def build_extension(self, extension):
+        os.makedirs(self.build_temp, exist_ok=True)  # the paths of the objects lead through it
+        extension.extra_objects = self.compiler.compile(
+            [WITHOUT_ACCESS_CONTROL], self.build_temp, include_dirs=extension.include_dirs,
+            extra_postargs=[*extension.extra_compile_args, "-fno-access-control"])
+        super().build_extension(extension)
+
 
 os.chdir(FOLDER)  # paths of sources are relative to it
 sources = sorted(str(path) for room in ROOMS for path in pathlib.Path("..", room).glob("*.cpp")
-                 if not path.name.endswith(OTHER_PLATFORMS))
+                 if not path.name.endswith(OTHER_PLATFORMS) and str(path) != WITHOUT_ACCESS_CONTROL)
 version = re.search(r"project\(\w+ VERSION ([0-9.]+)", pathlib.Path("../CMakeLists.txt").read_text())
 
 ParallelCompile().install()
-setup(version=version.group(1), ext_modules=[Pybind11Extension(
+setup(version=version.group(1), cmdclass={"build_ext": BuildExtension}, ext_modules=[Pybind11Extension(
     "voxa._voxa",
     sources,
     include_dirs=[".."],
@@ -28,5 +43,4 @@ setup(version=version.group(1), ext_modules=[Pybind11Extension(
     extra_compile_args=[
         "-O3",
         "-ffp-contract=off",  # frame numbers are defined without fused multiply-add
-        "-fno-access-control",  # names/Utf16.cpp constructs a class with a protected constructor
     ])])
