@@ -8,7 +8,9 @@
 #include <thread>
 
 #include "ZRKMetaData/src/MetaDataUUID.h"
+#include "tests/support/Captured.h"
 #include "tests/support/Streams.h"
+#include "text/Counted.h"
 #include "tools/recording/Container.h"
 #include "tools/recording/Records.h"
 #include "tools/series/RecordStream.h"
@@ -82,6 +84,55 @@ TYPED_TEST(Reading, ReportsTheByteOfTheRecordThatIsDamaged) {
                                           ": invalid meta data entry");
   }
   EXPECT_EQ(count, 3);
+}
+
+// The reader fills a record that is cut up with zeros.
+TYPED_TEST(Reading, EndsBeforeARecordThatTheFileEndsInsideOf) {
+  const auto whole = filledRecords<TypeParam>(3);
+  const auto all = recording::atomBlock({{kId, whole}});
+  const std::size_t lastBytes = Filler<TypeParam>::bytes(3, 3).size();
+  for (std::size_t missing = 0; missing <= lastBytes; ++missing) {
+    std::istringstream file(all.substr(0, all.size() - missing));
+    const std::unique_ptr<ZRKMetaData::MetaDataParser> parser(
+        ZRKMetaData::MetaDataParser::createForStream(file, ZRKMetaData::Atoms));
+    std::vector<std::pair<double, std::string>> records;
+    std::string reason;
+    try {
+      series::forEachRecord<TypeParam>(*parser, kId, TimeRange(),
+                                       [&](double seconds, const TypeParam& record) {
+                                         records.emplace_back(seconds, shown(record));
+                                       });
+    } catch (const series::DamagedStream& error) {
+      EXPECT_EQ(error.byteOffset(), static_cast<long long>(all.size() - lastBytes)) << missing;
+      reason = error.reason();
+    }
+    EXPECT_EQ(records, filledTexts<TypeParam>(missing == 0 ? 3 : 2)) << missing;
+    const std::string there = text::counted(lastBytes - missing, "byte");
+    if (missing == 0) {
+      EXPECT_EQ(reason, "");
+    } else if (missing == lastBytes) {
+      EXPECT_EQ(reason,
+                "the file ends " + std::to_string(missing) + " bytes before the stream does");
+    } else if (reason != "invalid meta data entry") {  // of the reader, inside the first field
+      // The size is not known where its own bytes are cut.
+      EXPECT_EQ(reason.rfind("the file ends " + there + " into a record of ", 0), 0U) << reason;
+    } else {
+      EXPECT_LT(lastBytes - missing, 8U);
+    }
+    int count = 0;
+    series::forEachRecord<TypeParam>(*parser, kId, TimeRange(),
+                                     [&](double, const TypeParam&) { return ++count < 2; });
+    EXPECT_EQ(count, 2) << "a visitor that has enough learns of no damage";
+  }
+}
+
+TEST(ReadingOfOneStream, OfARefusedVersionIsNotDamagedWhereTheFileEnds) {
+  const auto all = recording::atomBlock({{kId, filledRecords<int>(3), 9}});
+  std::istringstream file(all.substr(0, all.size() - 12));
+  const std::unique_ptr<ZRKMetaData::MetaDataParser> parser(
+      ZRKMetaData::MetaDataParser::createForStream(file, ZRKMetaData::Atoms));
+  const Captured quiet(std::cout);
+  EXPECT_NO_THROW(series::forEachRecord<int>(*parser, kId, TimeRange(), [](double, int) {}));
 }
 
 TEST(ReadingOfOneStream, StopsWhenTheVisitorSaysSoAndPassesOnWhatItThrows) {
@@ -212,6 +263,25 @@ TEST(Summary, CoversTheStreamsAndTimesOfItsScope) {
       series::summariseStreams(*parser, "take.voxa", {{kId}, TimeRange::between(3, 6), types});
   EXPECT_EQ(summary.streams.front().first, 3);
   EXPECT_EQ(summary.streams.front().last, 5);
+}
+
+TEST(Summary, StatesHowManyBytesOfAStreamTheFileLacks) {
+  const auto ordinary = recording::atomBlock({{kId, filledRecords<int>(9)}});
+  const auto wide = recording::atom(
+      "ZRKM", recording::wideAtom("DATA", recording::entryBytes({kId, filledRecords<int>(9)})));
+  for (const auto& all : {ordinary, wide}) {
+    for (const std::size_t missing : {0U, 1U, 8U, 9U, 100U}) {
+      std::istringstream file(all.substr(0, all.size() - missing));
+      const std::unique_ptr<ZRKMetaData::MetaDataParser> parser(
+          ZRKMetaData::MetaDataParser::createForStream(file, ZRKMetaData::Atoms));
+      const auto summary = series::summariseStreams(
+          *parser, "a.voxa", {{kId}, {}, {{kId, series::recordTypeOf<int>()}}});
+      EXPECT_EQ(summary.isDamaged(), missing != 0);
+      if (missing == 0) continue;
+      EXPECT_EQ(summary.warnings.front(),
+                "F0: the file ends " + text::counted(missing, "byte") + " before the stream does");
+    }
+  }
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <stdexcept>
 #include <string>
 
+#include "text/Counted.h"
 #include "tools/series/ReadListener.h"
 
 namespace series {
@@ -33,6 +34,11 @@ bool hasOrdinaryHeader(std::istream& stream, const ZRKMetaData::MetaDataLocation
 }
 
 }  // namespace
+
+std::string EntryExtent::cutText() const {
+  return "the file ends " + text::counted(static_cast<std::uint64_t>(announced - present), "byte") +
+         " before the stream does";
+}
 
 int64 sizeOfSource(std::istream& stream) {
   stream.clear();

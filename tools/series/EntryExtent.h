@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <istream>
+#include <string>
 #include <string_view>
 
 #include "ZRKMetaData/src/ZRKMMetaDataParser.h"
@@ -20,6 +21,9 @@ struct EntryExtent {
 
   /// The file ends before the entry does.
   bool isCut() const { return present < announced; }
+
+  /// "the file ends 12 bytes before the stream does". Requires: the entry is cut.
+  std::string cutText() const;
 };
 
 /// The size of the source of `stream` in bytes, 0 where it cannot be told. Clears its state.

@@ -1,6 +1,9 @@
 #include "tools/series/RecordStream.h"
 
 #include <boost/uuid/uuid_io.hpp>
+#include <cstdint>
+
+#include "text/Counted.h"
 
 namespace series {
 
@@ -11,5 +14,25 @@ DamagedStream::DamagedStream(const boost::uuids::uuid& stream, ZRKMetaData::int6
       m_stream(stream),
       m_byteOffset(byteOffset),
       m_reason(reason) {}
+
+namespace detail {
+
+void requireWhole(ZRKMetaData::MetaDataParser& parser, const boost::uuids::uuid& id,
+                  ZRKMetaData::int64 position, ZRKMetaData::int64 cutRecordBytes) {
+  const EntryExtent extent = entryExtent(parser, parser.locationOf(id));
+  if (cutRecordBytes != 0) {
+    const auto size = static_cast<std::uint64_t>(cutRecordBytes);
+    const auto there = static_cast<std::uint64_t>(sizeOfSource(parser.stream()) - position);
+    throw DamagedStream(id, position,
+                        "the file ends " + text::counted(there, "byte") + " into a record of " +
+                            text::counted(size, "byte"));
+  }
+  if (!extent.isCut()) return;
+  const auto header = ZRKMetaData::readHeaderAt(parser.stream(), extent.offset);
+  if (!ZRKMetaData::isReadableVersion(header)) return;
+  throw DamagedStream(id, position, extent.cutText());
+}
+
+}  // namespace detail
 
 }  // namespace series

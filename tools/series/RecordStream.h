@@ -18,6 +18,7 @@
 #include "ZRKMetaData/src/MetaDataUUID.h"
 #include "ZRKMetaData/src/ZRKMMetaDataParser.h"
 #include "ZRKMetaData/src/ZRKMMetaDataReader.h"
+#include "tools/series/EntryExtent.h"
 #include "tools/series/ReadListener.h"
 #include "tools/series/RecordTypes.h"
 #include "tools/series/TimeRange.h"
@@ -28,7 +29,7 @@ namespace series {
 /// delivered.
 class DamagedStream : public std::runtime_error {
  public:
-  /// `reason` is the text of the reader's own exception.
+  /// `reason` is the text of the reader's own exception, or says where the file ends.
   DamagedStream(const boost::uuids::uuid& stream, ZRKMetaData::int64 byteOffset,
                 const std::string& reason);
 
@@ -37,7 +38,7 @@ class DamagedStream : public std::runtime_error {
   /// Where the record that could not be read begins, in bytes from the start of the recording.
   ZRKMetaData::int64 byteOffset() const { return m_byteOffset; }
 
-  /// The reader's text as it stands; `what` adds the stream and the byte offset.
+  /// Without the place; `what` adds the stream and the byte offset.
   const std::string& reason() const { return m_reason; }
 
   /// One line for people: file, stream, byte offset and reason.
@@ -54,27 +55,42 @@ namespace detail {
 template <class Record, class Visitor>
 class VisitingObserver final : public ZRKMetaData::DataStreamObserver<Record> {
  public:
-  VisitingObserver(Visitor& visitor, const TimeRange& range, ZRKMetaData::int64 position)
-      : m_visitor(visitor), m_range(range), m_position(position), m_reported(position) {}
+  VisitingObserver(Visitor& visitor, const TimeRange& range, ZRKMetaData::int64 position,
+                   ZRKMetaData::int64 fileEnd)
+      : m_visitor(visitor),
+        m_range(range),
+        m_fileEnd(fileEnd),
+        m_position(position),
+        m_reported(position) {}
 
   ~VisitingObserver() { report(); }
   VisitingObserver(const VisitingObserver&) = delete;
   VisitingObserver& operator=(const VisitingObserver&) = delete;
 
   bool onData(double seconds, const Record& record) override {
-    m_position += static_cast<ZRKMetaData::int64>(byteCountOf(record));
+    const auto byteCount = static_cast<ZRKMetaData::int64>(byteCountOf(record));
+    if (byteCount > m_fileEnd - m_position) {
+      m_cutRecordBytes = byteCount;
+      return false;
+    }
+    m_position += byteCount;
     if (m_position - m_reported >= kReportedBytes) report();
     if (!m_range.contains(seconds)) return true;
     m_isInVisitor = true;
-    bool goesOn = true;
     if constexpr (std::is_void_v<std::invoke_result_t<Visitor&, double, const Record&>>) {
       m_visitor(seconds, record);
     } else {
-      goesOn = m_visitor(seconds, record);
+      m_isStopped = !m_visitor(seconds, record);
     }
     m_isInVisitor = false;
-    return goesOn;
+    return !m_isStopped;
   }
+
+  /// The visitor ended the reading.
+  bool isStopped() const { return m_isStopped; }
+
+  /// The size of the record at `position` that the file ends inside of, 0 where there is none.
+  ZRKMetaData::int64 cutRecordBytes() const { return m_cutRecordBytes; }
 
   /// After an exception: whether the visitor threw it, and not the reader.
   bool isInVisitor() const { return m_isInVisitor; }
@@ -89,10 +105,18 @@ class VisitingObserver final : public ZRKMetaData::DataStreamObserver<Record> {
 
   Visitor& m_visitor;
   const TimeRange m_range;
+  const ZRKMetaData::int64 m_fileEnd;
   ZRKMetaData::int64 m_position;
   ZRKMetaData::int64 m_reported;
+  ZRKMetaData::int64 m_cutRecordBytes = 0;
   bool m_isInVisitor = false;
+  bool m_isStopped = false;
 };
+
+/// Throws DamagedStream where the file ends before the entry of the stream, whose records were read
+/// up to `position`: inside the record there, whose size is `cutRecordBytes`, or for 0 between two.
+void requireWhole(ZRKMetaData::MetaDataParser& parser, const boost::uuids::uuid& id,
+                  ZRKMetaData::int64 position, ZRKMetaData::int64 cutRecordBytes);
 
 }  // namespace detail
 
@@ -102,8 +126,9 @@ class VisitingObserver final : public ZRKMetaData::DataStreamObserver<Record> {
 /// range.
 ///
 /// A stream that is not indexed, or whose version is refused, has no records. Throws DamagedStream
-/// where the reader fails, and whatever the visitor throws, unchanged. The record is valid during
-/// the call.
+/// where the reader fails or the file ends, and whatever the visitor throws, unchanged. A record
+/// that the file ends inside of is not delivered, although the reader fills it up with zeros. The
+/// record is valid during the call.
 template <class Record, class Visitor>
 void forEachRecord(ZRKMetaData::MetaDataParser& parser, const boost::uuids::uuid& id,
                    const TimeRange& range, Visitor&& visitor) {
@@ -111,7 +136,8 @@ void forEachRecord(ZRKMetaData::MetaDataParser& parser, const boost::uuids::uuid
   if (found == parser.locations().end()) return;
   const auto [offset, size] = found->second;
   detail::VisitingObserver<Record, std::remove_reference_t<Visitor>> observer(
-      visitor, range, offset + ZRKMetaData::MetaDataHeader::kByteCount);
+      visitor, range, offset + ZRKMetaData::MetaDataHeader::kByteCount,
+      sizeOfSource(parser.stream()));
   try {
     ZRKMetaData::MetaDataReader<Record>().parseFile(observer, parser.stream(), offset, size);
   } catch (const std::bad_alloc&) {
@@ -120,6 +146,8 @@ void forEachRecord(ZRKMetaData::MetaDataParser& parser, const boost::uuids::uuid
     if (observer.isInVisitor()) throw;
     throw DamagedStream(id, observer.position(), error.what());
   }
+  if (observer.isStopped()) return;
+  detail::requireWhole(parser, id, observer.position(), observer.cutRecordBytes());
 }
 
 /// The same where the type is known at run time: `visitor` is called with the type's own records,

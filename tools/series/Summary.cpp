@@ -62,16 +62,10 @@ void readRecords(MetaDataParser& parser, const TimeRange& range, StreamSummary& 
   }
 }
 
-void warn(const StreamSummary& stream, std::uint64_t fileBytes,
+void warn(const StreamSummary& stream, const EntryExtent& extent,
           std::vector<std::string>& warnings) {
   const auto add = [&](const std::string& text) { warnings.push_back(stream.key + ": " + text); };
-  const auto offset = static_cast<std::uint64_t>(stream.location.offset);
-  const std::uint64_t there = fileBytes > offset ? fileBytes - offset : 0;
-  const ZRKMetaData::int64 announced = stream.location.size;
-  if (announced > 0 && static_cast<std::uint64_t>(announced) > there) {
-    add("the file ends " + std::to_string(static_cast<std::uint64_t>(announced) - there) +
-        " bytes before the stream does");
-  }
+  if (extent.isCut()) add(extent.cutText());
   const bool isReadable = stream.version == (stream.isKnown ? 1 : MetaDataUUID::kUnknownVersion);
   if (!isReadable) {
     add("version " + std::to_string(stream.version) + " is not supported; no records are read");
@@ -151,7 +145,7 @@ RecordingSummary summariseStreams(MetaDataParser& parser, const std::string& fil
     stream.version = ZRKMetaData::readHeaderAt(parser.stream(), location.offset).version;
     findType(parser, scope.types, stream);
     if (stream.type) readRecords(parser, scope.range, stream);
-    warn(stream, recording.byteCount, recording.warnings);
+    warn(stream, entryExtent(parser, location), recording.warnings);
     recording.streams.push_back(std::move(stream));
   }
   return recording;

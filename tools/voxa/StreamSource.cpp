@@ -72,8 +72,7 @@ void StreamSource::add(const std::string& file, std::optional<ZRKMetaData::Conta
     const std::string text = boost::uuids::to_string(id);
     if (extent.isCut()) {
       m_damages.addWhole(
-          fmt::format("{}: stream {}: byte {}: the file ends {} bytes before the stream", file,
-                      text, extent.offset, extent.announced - extent.present));
+          fmt::format("{}: stream {}: byte {}: {}", file, text, extent.offset, extent.cutText()));
     }
     if (extent.present < ZRKMetaData::MetaDataHeader::kByteCount) {
       m_damages.addWhole(
