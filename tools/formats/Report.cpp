@@ -149,7 +149,7 @@ std::vector<std::size_t> streamsBySize(const RecordingSummary& recording) {
 
 void writeData(const ReportSource& source, const Write& write) {
   RecordingSummary shown = source.recording;
-  shown.file = shown.name();
+  shown.file = series::titleOf(shown.file);
   shown.streams.resize(std::min(shown.streams.size(), kMaxStreams));
   Json document = summaryJson(shown);
   document["generator"] = source.generator;
@@ -180,7 +180,7 @@ void writeReport(const ReportSource& source, const Write& write) {
     if (at == std::string_view::npos) return;
     page.remove_prefix(at);
     if (page.substr(0, kTitle.size()) == kTitle) {
-      write(text::xmlText(source.recording.name()));
+      write(text::xmlText(series::titleOf(source.recording.file)));
       page.remove_prefix(kTitle.size());
     } else {
       writeData(source, write);

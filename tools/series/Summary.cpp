@@ -100,7 +100,7 @@ std::optional<double> StreamSummary::meanRate() const {
   return static_cast<double>(timed - 1) / seconds;
 }
 
-std::string RecordingSummary::name() const {
+std::string titleOf(const std::string& file) {
   return file.substr(file.find_last_of("/\\") + 1);
 }
 

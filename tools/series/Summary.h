@@ -62,6 +62,9 @@ struct TrackSummary {
   int bitsPerSample = 0;
 };
 
+/// The last element of a file name, to stand as a title.
+std::string titleOf(const std::string& file);
+
 /// One file. A plain value.
 struct RecordingSummary {
   std::string file;       ///< as the caller names it
@@ -70,9 +73,6 @@ struct RecordingSummary {
   std::vector<StreamSummary> streams;  ///< in the order of the scope
   std::vector<TrackSummary> tracks;
   std::vector<std::string> warnings;  ///< sentences for people
-
-  /// The file name without its folders.
-  std::string name() const;
 
   /// Of the longest track, or without tracks from 0 to the last record, in seconds.
   std::optional<double> duration() const;

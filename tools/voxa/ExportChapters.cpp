@@ -10,7 +10,7 @@
 #include "tools/voxa/Export.h"
 #include "tools/voxa/KeptRecords.h"
 #include "tools/voxa/Sources.h"
-#include "tools/voxa/Summary.h"
+#include "tools/voxa/Picture.h"
 
 namespace voxa {
 
@@ -22,7 +22,7 @@ class ChapterReader {
   ChapterReader(const ExportOptions& options, const Source& source)
       : m_source(source),
         m_options(readOptionsOf(options)),
-        m_end(mediaSeconds(source.parser, source.file)) {}
+        m_end(pictureOf(source.file).seconds) {}
 
   /// Calls `add(seconds, record)` for each record whose time can be written.
   template <class Add>

@@ -14,7 +14,6 @@
 #include "tools/voxa/Picture.h"
 #include "tools/voxa/Rates.h"
 #include "tools/voxa/Sources.h"
-#include "tools/voxa/Summary.h"
 
 namespace voxa {
 
@@ -61,7 +60,7 @@ class ClipWriter {
     }
     const Progress progress = progressOf({m_source.file, m_source.parser, marked}, m_options);
     m_timeline.beginClip();
-    double end = mediaSeconds(m_source.parser, m_source.file);
+    double end = pictureOf(m_source.file).seconds;
     for (const ChosenStream& stream : marked) {
       series::visitRecordType(stream.type, [&](const auto& row) {
         using Record = typename std::decay_t<decltype(row)>::type;

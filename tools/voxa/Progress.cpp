@@ -5,8 +5,9 @@
 #include <algorithm>
 
 #include "text/Printable.h"
+#include "tools/series/EntryExtent.h"
+#include "tools/series/Summary.h"
 #include "tools/voxa/Messages.h"
-#include "tools/voxa/Picture.h"
 
 namespace voxa {
 
@@ -19,24 +20,14 @@ namespace {
 constexpr std::size_t kMaxNameBytes = 48;
 
 std::string shownName(const std::string& file) {
-  const std::string name = text::printable(titleOf(file));
+  const std::string name = text::printable(series::titleOf(file));
   return name.size() <= kMaxNameBytes ? name : "recording";
-}
-
-int64 endOf(std::istream& stream) {
-  stream.clear();
-  const auto place = stream.tellg();
-  stream.seekg(0, std::ios::end);
-  const auto end = static_cast<int64>(static_cast<std::streamoff>(stream.tellg()));
-  stream.clear();
-  stream.seekg(place);
-  return end;
 }
 
 }  // namespace
 
 double bytesOf(MetaDataParser& parser, const std::vector<boost::uuids::uuid>& ids) {
-  const int64 end = endOf(parser.stream());
+  const int64 end = series::sizeOfSource(parser.stream());
   double count = 0;
   for (const auto& id : ids) {
     const auto found = parser.locations().find(id);

@@ -1,5 +1,4 @@
 #include "tools/voxa/Summary.h"
-#include "tools/host/SlotFinder.h"
 
 #include <fmt/format.h>
 
@@ -7,6 +6,7 @@
 #include "host/Kestova/MediaFileStats.h"
 #include "names/StreamFileName.h"
 #include "stats/VOXAStatsLoader.h"
+#include "tools/host/SlotFinder.h"
 #include "tools/voxa/QuietModule.h"
 
 namespace voxa {
@@ -76,15 +76,6 @@ RecordingSummary summarise(ZRKMetaData::MetaDataParser& parser, const std::strin
   }
   if (parser.containerKind() == ZRKMetaData::Atoms) addTracks(recording);
   return recording;
-}
-
-double mediaSeconds(const ZRKMetaData::MetaDataParser& parser, const std::string& file) {
-  if (parser.containerKind() != ZRKMetaData::Atoms) return 0;
-  const QuietModule quiet;
-  RecordingSummary recording;
-  recording.file = file;
-  addTracks(recording);
-  return recording.duration().value_or(0);
 }
 
 }  // namespace voxa

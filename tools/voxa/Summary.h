@@ -12,7 +12,4 @@ namespace voxa {
 series::RecordingSummary summarise(ZRKMetaData::MetaDataParser& parser, const std::string& file,
                                    const series::SummaryScope& scope);
 
-/// The length of the longest track in seconds, 0 for a recording without tracks.
-double mediaSeconds(const ZRKMetaData::MetaDataParser& parser, const std::string& file);
-
 }  // namespace voxa
