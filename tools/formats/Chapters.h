@@ -35,7 +35,7 @@ class TextChapters {
   std::map<double, std::string> m_texts;
 };
 
-/// A chapter begins at 0 and behind each pause: a time of at least `gap` seconds without a record.
+/// A chapter begins at 0 and after each pause: a time of at least `gap` seconds without a record.
 class PauseChapters {
  public:
   /// Requires: `gap` is above 0.
@@ -54,7 +54,7 @@ class PauseChapters {
 
 /// Writes chapters in ffmpeg's metadata format, with times in nanoseconds. Source:
 /// https://ffmpeg.org/ffmpeg-formats.html#Metadata-2. A NUL cannot be written and becomes U+FFFD;
-/// a backslash at the end of a title gets a space behind it.
+/// a backslash at the end of a title gets a space after it.
 void writeFfMetadata(TextSink& out, const std::vector<Chapter>& chapters);
 
 }  // namespace formats

@@ -44,6 +44,9 @@ class MltAnimation {
     m_value = std::move(value);
   }
 
+  /// No key was added. MLT takes an animation without one for the number 0.
+  bool isEmpty() const { return m_frame < 0; }
+
   void finish() {
     writeKey();
     m_out.write("</property>\n");

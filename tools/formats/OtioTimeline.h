@@ -2,7 +2,7 @@
 //
 // Source: the serialized schema of OpenTimelineIO (Timeline.1, Stack.1, Track.1, Clip.1,
 // ExternalReference.1, Marker.2, TimeRange.1, RationalTime.1). One track has one clip per
-// recording, one behind the other. A marker has the time of the recording and no duration, the text
+// recording, one after the other. A marker has the time of the recording and no duration, the text
 // or the key as its name, and the stream and the exact record in its metadata under "voxa".
 //
 // Used in this order: `begin`, for each recording `beginClip`, `add` for each record and `endClip`,

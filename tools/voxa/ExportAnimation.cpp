@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "loader/FrameNumber.h"
+#include "text/Counted.h"
 #include "tools/formats/MltAnimation.h"
 #include "tools/voxa/Export.h"
 #include "tools/voxa/KeptRecords.h"
@@ -62,8 +63,8 @@ std::string writeKeys(const ExportOptions& options, const Source& source,
   }
   for (auto& [frame, value] : sorted) animation.add(frame, std::move(value));
   if (leftOut != 0) {
-    say(fmt::format("{}: {}: {} records are left out: their times have no frame of 31 bits",
-                    source.file, stream.name, leftOut));
+    say(fmt::format("{}: {}: {} left out because of a time without a frame of 31 bits", source.file,
+                    stream.name, text::counted(leftOut, "record")));
   }
   return damage;
 }
@@ -86,6 +87,12 @@ void exportAnimation(const ExportOptions& options) {
       return writeKeys<typename std::decay_t<decltype(row)>::type>(options, source, stream,
                                                                    animation);
     });
+    if (animation.isEmpty()) {
+      if (!damage.empty()) throw Failure(Status::DamagedData, damage + "; nothing is written");
+      throw Failure(Status::Failed, fmt::format("{}: {}: no records in the range; an animation "
+                                                "without a key would be the number 0",
+                                                source.file, stream.name));
+    }
     animation.finish();
     sink.flush();
     out.finish();

@@ -5,12 +5,13 @@
 #include <type_traits>
 #include <vector>
 
+#include "text/Counted.h"
 #include "tools/formats/Chapters.h"
 #include "tools/voxa/Damages.h"
 #include "tools/voxa/Export.h"
 #include "tools/voxa/KeptRecords.h"
-#include "tools/voxa/Sources.h"
 #include "tools/voxa/Picture.h"
+#include "tools/voxa/Sources.h"
 
 namespace voxa {
 
@@ -37,6 +38,8 @@ class ChapterReader {
   /// In seconds.
   double end() const { return m_end; }
 
+  std::uint64_t recordCount() const { return m_recordCount; }
+
   const Damages& damages() const { return m_damages; }
 
  private:
@@ -50,6 +53,7 @@ class ChapterReader {
                               ++leftOut;
                               return;
                             }
+                            ++m_recordCount;
                             m_end = std::max(m_end, seconds);
                             add(seconds, record);
                           });
@@ -57,15 +61,16 @@ class ChapterReader {
       m_damages.add(damage.message(m_source.file));
     }
     if (leftOut != 0) {
-      say(fmt::format(
-          "{}: {}: {} records are left out: their times are not finite or exceed {:g} s",
-          m_source.file, stream.name, leftOut, formats::kMaxChapterSeconds));
+      say(fmt::format("{}: {}: {} left out because of a time that is not finite or exceeds {:g} s",
+                      m_source.file, stream.name, text::counted(leftOut, "record"),
+                      formats::kMaxChapterSeconds));
     }
   }
 
   const Source& m_source;
   const ReadOptions m_options;
   double m_end;
+  std::uint64_t m_recordCount = 0;
   Damages m_damages;
 };
 
@@ -89,6 +94,7 @@ std::vector<formats::Chapter> chaptersOfTexts(const Source& source, ChapterReade
 std::vector<formats::Chapter> chaptersBetweenPauses(double gap, ChapterReader& reader) {
   formats::PauseChapters chapters(gap);
   reader.readAll([&chapters](double seconds, const auto&) { chapters.add(seconds); });
+  if (reader.recordCount() == 0 && reader.end() == 0) return {};
   return chapters.chapters(reader.end());
 }
 
@@ -102,6 +108,9 @@ void exportChapters(const ExportOptions& options) {
     const auto chapters = options.chapters == ChapterSource::Pauses
                               ? chaptersBetweenPauses(options.gap.value_or(kDefaultGap), reader)
                               : chaptersOfTexts(source, reader);
+    if (reader.recordCount() == 0 || chapters.empty()) {
+      say(source.file + ": no records in the range");
+    }
     Output out(options.out);
     formats::TextSink sink = sinkInto(out);
     formats::writeFfMetadata(sink, chapters);

@@ -4,10 +4,13 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <system_error>
 #include <type_traits>
 
 #include "loader/FrameNumber.h"
+#include "text/Counted.h"
 #include "tools/formats/OtioTimeline.h"
+#include "tools/series/Summary.h"
 #include "tools/voxa/Damages.h"
 #include "tools/voxa/Export.h"
 #include "tools/voxa/KeptRecords.h"
@@ -44,12 +47,49 @@ class MarkerTimes {
   std::optional<double> m_framesPerSecond;
 };
 
+// The name by which a reader of the file `out` finds `file`: a relative one leads there from the
+// folder of `out`, where that is known.
+std::string nameFrom(const std::string& out, const std::string& file) {
+  namespace fs = std::filesystem;
+  const fs::path path = fs::u8path(file);
+  if (out == "-" || path.is_absolute()) return file;
+  // Links are followed, because ".." leads out of where a link leads. The file keeps its own name.
+  std::error_code error;
+  const fs::path folder = fs::weakly_canonical(fs::absolute(path, error).parent_path(), error);
+  const fs::path from =
+      fs::weakly_canonical(fs::absolute(fs::u8path(out), error).parent_path(), error);
+  const fs::path name = (folder / path.filename()).lexically_relative(from);
+  return name.empty() ? fs::absolute(path, error).u8string() : name.u8string();
+}
+
+// The timeline, and the file that it is written to.
+struct Document {
+  Document(const ExportOptions& options, double rate)
+      : out(options.out), sink(sinkInto(out)), timeline(sink, rate) {
+    timeline.begin(series::titleOf(options.sources.files.front()));
+  }
+
+  void finish() {
+    timeline.finish();
+    sink.flush();
+    out.finish();
+  }
+
+  Output out;
+  formats::TextSink sink;
+  formats::OtioTimeline timeline;
+};
+
 // Writes the markers of one recording as a clip.
 class ClipWriter {
  public:
   ClipWriter(const ExportOptions& options, const Source& source, const MarkerTimes& times,
              formats::OtioTimeline& timeline)
-      : m_options(readOptionsOf(options)), m_source(source), m_times(times), m_timeline(timeline) {}
+      : m_options(readOptionsOf(options)),
+        m_outFile(options.out.file),
+        m_source(source),
+        m_times(times),
+        m_timeline(timeline) {}
 
   void write() {
     std::vector<ChosenStream> marked;
@@ -68,7 +108,8 @@ class ClipWriter {
       });
     }
     constexpr bool kIsWindows = std::filesystem::path::preferred_separator == '\\';
-    m_timeline.endClip(titleOf(m_source.file), formats::mediaUrl(m_source.file, kIsWindows),
+    m_timeline.endClip(series::titleOf(m_source.file),
+                       formats::mediaUrl(nameFrom(m_outFile, m_source.file), kIsWindows),
                        m_times.timeOf(end).value_or(0));
     m_damages.throwIfAny();
   }
@@ -95,13 +136,14 @@ class ClipWriter {
       m_damages.add(damage.message(m_source.file));
     }
     if (leftOut != 0) {
-      say(fmt::format("{}: {}: {} records are left out: their times are not finite or too large",
-                      m_source.file, stream.name, leftOut));
+      say(fmt::format("{}: {}: {} left out because of a time that is not finite or too large",
+                      m_source.file, stream.name, text::counted(leftOut, "record")));
     }
     return last;
   }
 
   const ReadOptions m_options;
+  const std::string& m_outFile;
   const Source& m_source;
   const MarkerTimes& m_times;
   formats::OtioTimeline& m_timeline;
@@ -113,16 +155,12 @@ class ClipWriter {
 void exportMarkers(const ExportOptions& options) {
   readOptionsOf(options);  // refuses wrong ones before a file is opened
   const MarkerTimes times(options.times.rate);
-  Output out(options.out);
-  formats::TextSink sink = sinkInto(out);
-  formats::OtioTimeline timeline(sink, times.rate());
-  timeline.begin(titleOf(options.sources.files.front()));
+  std::optional<Document> document;  // made for the first recording that can be read
   const Status status = forEachSource(options.sources, [&](const Source& source) {
-    ClipWriter(options, source, times, timeline).write();
+    if (!document) document.emplace(options, times.rate());
+    ClipWriter(options, source, times, document->timeline).write();
   });
-  timeline.finish();
-  sink.flush();
-  out.finish();
+  if (document) document->finish();
   endWith(status);
 }
 

@@ -1,6 +1,7 @@
 #include <fmt/format.h>
 
 #include <memory>
+#include <optional>
 #include <set>
 #include <string>
 #include <type_traits>
@@ -10,11 +11,11 @@
 #include "tools/formats/CsvRecords.h"
 #include "tools/formats/JsonRecords.h"
 #include "tools/formats/XmlRecords.h"
+#include "tools/series/Summary.h"
 #include "tools/voxa/Damages.h"
 #include "tools/voxa/Export.h"
 #include "tools/voxa/KeptRecords.h"
 #include "tools/voxa/OutputFolder.h"
-#include "tools/voxa/Picture.h"
 #include "tools/voxa/Sha256.h"
 #include "tools/voxa/Sources.h"
 
@@ -101,16 +102,17 @@ const char* extensionOf(ExportFormat format) {
 }
 
 void exportLong(const ExportOptions& options, const ReadOptions& read) {
-  Document document(options, options.out);
+  std::optional<Document> document;  // made for the first recording that can be read
   const Status status = forEachSource(options.sources, [&](const Source& source) {
+    if (!document) document.emplace(options, options.out);
     const Progress progress = progressOf(source, read);
     Damages damages;
     for (const ChosenStream& stream : source.streams) {
-      damages.add(document.write(source, stream, read));
+      damages.add(document->write(source, stream, read));
     }
     damages.throwIfAny();
   });
-  document.finish();
+  if (document) document->finish();
   endWith(status);
 }
 
@@ -120,7 +122,7 @@ class WideNames {
  public:
   /// The name without the stream's.
   std::string stemOf(const std::string& file) {
-    const std::string title = titleOf(file);
+    const std::string title = series::titleOf(file);
     std::string stem = title;
     for (int number = 2; !m_stems.insert(stem).second; ++number) {
       stem = title + "-" + std::to_string(number);
@@ -137,9 +139,11 @@ void exportWide(const ExportOptions& options, const ReadOptions& read) {
   if (folder == "-") {
     throw Failure(Status::WrongUse, "--layout wide writes several files; name a folder with -o");
   }
-  prepareFolder(folder, options.out.force);
   WideNames names;
+  bool isPrepared = false;
   endWith(forEachSource(options.sources, [&](const Source& source) {
+    if (!isPrepared) prepareFolder(folder, options.out.force);
+    isPrepared = true;
     const std::string stem = names.stemOf(source.file);
     const Progress progress = progressOf(source, read);
     Damages damages;

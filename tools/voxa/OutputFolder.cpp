@@ -1,18 +1,15 @@
 #include "tools/voxa/OutputFolder.h"
 
 #include <filesystem>
+#include <stdexcept>
 #include <system_error>
-
-#include "tools/voxa/Failure.h"
 
 namespace voxa {
 
 void prepareFolder(const std::string& folder, bool force) {
   const auto path = std::filesystem::u8path(folder);
   std::error_code error;
-  const auto fail = [&](const std::string& why) {
-    throw Failure(Status::Failed, folder + ": " + why);
-  };
+  const auto fail = [&](const std::string& why) { throw std::runtime_error(folder + ": " + why); };
   const auto type = std::filesystem::status(path, error).type();
   if (type == std::filesystem::file_type::not_found) {
     if (!std::filesystem::create_directory(path, error)) {

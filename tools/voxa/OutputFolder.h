@@ -6,7 +6,8 @@
 namespace voxa {
 
 /// Creates the folder with this UTF-8 name, or checks that the one that exists is empty; with
-/// `force` it may have files. Throws Failure with the name and what to do.
+/// `force` it may have files. Throws std::runtime_error with the name and what to do, which ends
+/// the command and is no Failure of the recording that is read.
 void prepareFolder(const std::string& folder, bool force);
 
 }  // namespace voxa
