@@ -133,6 +133,37 @@ TEST_F(Commands, NameTheRecordAtWhichTheFileEnds) {
   EXPECT_FALSE(std::filesystem::exists(m_folder.name("images") + "/7.bmp"));
 }
 
+// A window of frames ends at 4 MiB of texts.
+TEST(FramesOfLongTexts, HoldTheLastTextOfEachFrameInWhateverOrderTheTimesAre) {
+  const TempFolder folder;
+  constexpr int kFrames = 9;
+  constexpr std::size_t kLength = std::size_t{1} << 20U;
+  const auto textOf = [](int n) {
+    return std::to_string(n) + std::string(kLength, static_cast<char>('a' + n));
+  };
+  const std::vector<int> orders[] = {{0, 1, 2, 3, 4, 5, 6, 7, 8}, {8, 3, 7, 0, 5, 1, 6, 2, 4}};
+  for (const std::vector<int>& order : orders) {
+    Bytes texts;
+    Bytes numbers;
+    for (const int n : order) {
+      texts += recording::stringRecord(n, "replaced") + recording::stringRecord(n, textOf(n));
+      numbers += recording::intRecord(n, n);
+    }
+    const std::string file = folder.file(
+        "a.voxa", recording::atomBlock({{streamId(0xF6), numbers}, {streamId(0xF9), texts}}));
+    const Result result = voxa({"frames", file, "F6", "F9", "--as=F6=ints", "--as=F9=strings",
+                                "--rate=1", "--format=json"});
+    ASSERT_EQ(result.status, 0) << result.error;
+    const json rows = json::parse(result.out)["frames"];
+    ASSERT_EQ(rows.size(), std::size_t{kFrames});
+    for (int n = 0; n < kFrames; ++n) {
+      const json& row = rows[static_cast<std::size_t>(n)];
+      EXPECT_EQ(row["F6"]["value"], n);
+      EXPECT_TRUE(row["F9"]["value"] == textOf(n)) << n;
+    }
+  }
+}
+
 TEST_F(Commands, NameARecordingFromTheFolderOfTheTimeline) {
   namespace fs = std::filesystem;
   const fs::path before = fs::current_path();

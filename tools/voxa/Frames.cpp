@@ -43,6 +43,9 @@ namespace {
 constexpr int64 kWindowFrames = 65536;
 
 // More frames than this are written only where --to asks for them: a damaged time would otherwise
+// A window ends before its texts take more bytes than this per stream, but has at least one frame.
+constexpr std::size_t kMaxWindowBytes = std::size_t{4} << 20U;
+
 // fill the disk. 100 million frames are 19 days at 60 frames per second.
 constexpr int64 kMaxUnaskedFrames = 100'000'000;
 
@@ -71,6 +74,15 @@ FrameImage frameValue(const ZRKMetaData::CursorImage& image) {
 }
 
 template <class Row, class Value>
+// What a value takes beside its place in a window.
+template <class Value>
+std::size_t textBytes(const Value& /*value*/) {
+  return 0;
+}
+std::size_t textBytes(const std::string& text) {
+  return text.size();
+}
+
 void describeFrame(Row& row, const Value& value) {
   series::describe(row, value);
 }
@@ -112,9 +124,10 @@ class HeldStream {
   /// Appends the names of the CSV columns.
   virtual void header(std::vector<std::string>& names) const = 0;
 
-  /// Reads the values of the frames from `begin` to before `end`. Each window begins where the one
-  /// before ends.
-  virtual void read(int64 begin, int64 end) = 0;
+  /// Reads the values of the frames from `begin` to before `end`, or to an earlier frame where they
+  /// would take too much memory. Returns where the window ends. The next one begins there or
+  /// before.
+  virtual int64 read(int64 begin, int64 end) = 0;
 
   /// Writes the value at a frame of the window.
   virtual void write(LineRow& row, int64 frame) = 0;
@@ -172,16 +185,19 @@ class HeldRecords final : public HeldStream {
     for (const std::string& name : row.names()) names.push_back(m_stream.name + "." + name);
   }
 
-  void read(int64 begin, int64 end) override {
-    if (!m_values.empty()) m_held = std::move(m_values.rbegin()->second);
+  int64 read(int64 begin, int64 end) override {
+    const auto next = m_values.lower_bound(begin);
+    if (next != m_values.begin()) m_held = std::move(std::prev(next)->second);
     m_values.clear();
     m_current = nullptr;
+    m_byteCount = 0;
     std::optional<std::pair<int64, Value>> before;  // of the first window
     try {
       eachFrame([&](int64 frame, const Record& record) {
         if (frame >= end) return !m_isSorted;
         if (frame >= begin) {
-          m_values.insert_or_assign(frame, frameValue(record));
+          add(frame, frameValue(record));
+          end = shortened(end);
         } else if (m_isFirstWindow && (!before || frame >= before->first)) {
           before.emplace(frame, frameValue(record));
         }
@@ -193,6 +209,7 @@ class HeldRecords final : public HeldStream {
     m_isFirstWindow = false;
     m_next = m_values.begin();
   }
+    return end;
 
   bool changes(int64 frame, double tolerance) override {
     const Value* const value = valueAt(frame);
@@ -227,6 +244,24 @@ class HeldRecords final : public HeldStream {
   // The value in force at the frame: before the first keyframe that of the first, null for none.
   const Value* valueAt(int64 frame) {
     for (; m_next != m_values.end() && m_next->first <= frame; ++m_next)
+  void add(int64 frame, Value value) {
+    Value& place = m_values[frame];
+    m_byteCount -= textBytes(place);
+    m_byteCount += textBytes(value);
+    place = std::move(value);
+  }
+
+  // Removes the last frames where the window takes too much memory. Returns where it ends.
+  int64 shortened(int64 end) {
+    while (m_byteCount > kMaxWindowBytes && m_values.size() > 1) {
+      const auto last = std::prev(m_values.end());
+      end = last->first;
+      m_byteCount -= textBytes(last->second);
+      m_values.erase(last);
+    }
+    return end;
+  }
+
       m_current = &m_next->second;
     if (m_current != nullptr) return m_current;
     if (m_held) return &*m_held;
@@ -255,6 +290,7 @@ class HeldRecords final : public HeldStream {
   std::map<int64, Value> m_values;  // of the window, by frame
   typename std::map<int64, Value>::const_iterator m_next;
   std::optional<Value> m_kept;       // at the latest kept frame
+  std::size_t m_byteCount = 0;      // of the texts in `m_values`
   const Value* m_current = nullptr;  // the last one in the window that is in force
 };
 
@@ -288,7 +324,11 @@ FrameSpan spanOf(const FramesOptions& options, const boost::rational<unsigned in
 // What the windows of the span read of all streams, about.
 double bytesOfWindows(MetaDataParser& parser, const std::vector<ChosenStream>& chosen,
                       const HeldStreams& streams, const FrameSpan& span) {
-  const int64 windows = span.end / kWindowFrames - span.begin / kWindowFrames + 1;
+  int64 windows = span.end / kWindowFrames - span.begin / kWindowFrames + 1;
+  for (const ChosenStream& stream : chosen) {
+    if (stream.type != series::recordTypeOf<std::string>()) continue;
+    windows += static_cast<int64>(bytesOf(parser, {stream}) / kMaxWindowBytes);
+  }
   double count = 0;
   for (std::size_t index = 0; index < chosen.size(); ++index) {
     count += streams[index]->readings(windows) * bytesOf(parser, {chosen[index]});
@@ -414,8 +454,8 @@ void printFrames(const FramesOptions& options) {
   for (int64 begin = span.begin; begin < span.end;) {
     // Halved, because the difference may not fit.
     const bool isLong = span.end / 2 - begin / 2 > kWindowFrames / 2;
-    const int64 end = isLong ? begin + kWindowFrames : span.end;
-    for (const auto& stream : streams) stream->read(begin, end);
+    int64 end = isLong ? begin + kWindowFrames : span.end;
+    for (const auto& stream : streams) end = stream->read(begin, end);
     for (; begin < end; ++begin) {
       if (filter.keeps(begin, streams)) writer.write(begin, streams);
     }
