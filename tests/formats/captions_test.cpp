@@ -264,6 +264,32 @@ TEST(CaptionText, ReadsAsItWasTyped) {
   EXPECT_EQ(assText("\\N"), "\\\u2060N");
 }
 
+TEST(KeyCues, OfARedactionHaveTheTimesOfTheText) {
+  std::vector<Key> keys = typed("the quick brown fox jumps over a  dgo", 0, 0.1);
+  for (const char character : {'\b', '\b', 'o', 'g', '\n', 'x', '\x1b'}) {
+    keys.push_back({keys.back().seconds + 0.1, character});
+  }
+  KeyCueOptions options;
+  options.appliesBackspace = true;
+  options.labels = KeyLabels::fromJson(R"({"keys": {"42": "", "27": "Esc"}})");
+  const std::vector<Cue> plain = cuesOf(keys, options);
+  ASSERT_GT(plain.size(), 1U);
+  const std::pair<series::Redaction, const char*> cases[] = {
+      {series::Redaction::Letters, "xxx xxxxx xxxxx xxx xxxxx xxxx x\u2423\u2423xxx\u21B5"},
+      {series::Redaction::Digits, "the quick brown fox jumps over a\u2423\u2423dog\u21B5"},
+      {series::Redaction::All, "xxx*xxxxx*xxxxx*xxx*xxxxx*xxxx*x**xxx*"}};
+  for (const auto& [redaction, text] : cases) {
+    options.redaction = redaction;
+    const std::vector<Cue> masked = cuesOf(keys, options);
+    ASSERT_EQ(masked.size(), plain.size());
+    for (std::size_t i = 0; i < plain.size(); ++i) {
+      EXPECT_EQ(masked[i].start, plain[i].start);
+      EXPECT_EQ(masked[i].end, plain[i].end);
+    }
+    EXPECT_EQ(masked.front().text, std::string(text).substr(0, masked.front().text.size()));
+  }
+}
+
 struct LabelCase {
   const char* json;
   const char* error;

@@ -85,6 +85,31 @@ TEST_F(Commands, ReplaceNoFileWhenNoRecordingCanBeRead) {
   EXPECT_EQ(refused.error, "voxa: " + out + ": is not a folder; name a folder\n");
 }
 
+TEST_F(Commands, DecideBeforeTheyMask) {
+  const auto leftOut = [](const Result& result) {
+    return result.error.substr(result.error.find("a.voxa: "));
+  };
+  const std::vector<std::string> frames = {"frames", "F9", "--rate=1", "--simplify"};
+  std::vector<std::string> masked = frames;
+  masked.emplace_back("--redact");
+  EXPECT_EQ(leftOut(run(frames)), "a.voxa: 1 of 3 frames left out\n");
+  EXPECT_EQ(leftOut(run(masked)), "a.voxa: 1 of 3 frames left out\n");
+  EXPECT_EQ(run(masked).out, "frame,time,seconds,F9.value\n0,0/1,0,xxx\n1,1/1,1,xxx\n");
+
+  const std::string plain = run({"captions", "F3", "--apply-backspace"}).out;
+  const std::string redacted = run({"captions", "F3", "--apply-backspace", "--redact"}).out;
+  const auto timesOf = [](const std::string& text) {
+    std::vector<std::string> times;
+    for (std::size_t at = 0; (at = text.find(" --> ", at)) != std::string::npos; ++at) {
+      times.push_back(text.substr(at - 12, 29));
+    }
+    return times;
+  };
+  EXPECT_GT(timesOf(plain).size(), 1U);
+  EXPECT_EQ(timesOf(redacted), timesOf(plain));
+  EXPECT_EQ(redacted.find_first_of("aeiou\u232B\u2423", 8), std::string::npos) << redacted;
+}
+
 TEST_F(Commands, SayWhenNoRecordIsInTheRange) {
   const Result mlt =
       run({"export", "--streams=F9", "--format=mlt", "--rate=10", "--property=p", "--from=100"});

@@ -16,10 +16,6 @@ bool isBackspace(const ZRKMetaData::KeyStroke& key) {
   return key.character == '\b' || key.character == 0x7F;
 }
 
-bool isEnter(const std::string& text) {
-  return text == keySymbol('\n');
-}
-
 // Whether the key writes a character into a text.
 bool isTyped(ZRKMetaData::int32 character) {
   const bool isControl =
@@ -58,8 +54,9 @@ void KeyCues::add(double seconds, const ZRKMetaData::KeyStroke& key) {
   Piece piece;
   piece.isTyped = flags.empty() && isTyped(key.character);
   if (key.character == ' ' && flags.empty() && text == keySymbol(' ')) piece.kind = Kind::Space;
-  piece.text = flags + text;
-  piece.length = characterCount(piece.text);
+  piece.endsWord = piece.kind == Kind::Space || flags + text == keySymbol('\n');
+  piece.text = flags + shownText(key.character, text);
+  piece.length = characterCount(flags + text);
   if (piece.length > 1) {
     piece.kind = Kind::Word;
     ++piece.length;  // the space beside it
@@ -68,11 +65,19 @@ void KeyCues::add(double seconds, const ZRKMetaData::KeyStroke& key) {
   addPiece(seconds, std::move(piece));
 }
 
+// The text of a key, or of what it is masked by.
+std::string KeyCues::shownText(ZRKMetaData::int32 character, const std::string& text) const {
+  if (m_options.redaction == series::Redaction::None) return text;
+  const auto mask = series::redactedCharacter(character, m_options.redaction);
+  const std::string shown = m_options.labels.keyText(mask);
+  return shown.empty() ? keySymbol(mask) : shown;  // labels may leave out the mask
+}
+
 void KeyCues::addPiece(double seconds, Piece piece) {
   if (m_pieces.empty()) m_firstSeconds = seconds;
   m_lastSeconds = seconds;
   m_length += piece.length;
-  m_isFull = m_length >= kEarlyCharacters && (piece.kind == Kind::Space || isEnter(piece.text));
+  m_isFull = m_length >= kEarlyCharacters && piece.endsWord;
   m_pieces.push_back(std::move(piece));
 }
 
@@ -85,8 +90,8 @@ std::string KeyCues::text() const {
     if (index > 0 && (piece.kind == Kind::Word || m_pieces[index - 1].kind == Kind::Word)) {
       text += ' ';
     }
-    const bool isPlainSpace = piece.kind == Kind::Space && isInside &&
-                              m_pieces[index - 1].kind == Kind::Character &&
+    const bool isPlainSpace = piece.kind == Kind::Space && piece.text == keySymbol(' ') &&
+                              isInside && m_pieces[index - 1].kind == Kind::Character &&
                               m_pieces[index + 1].kind == Kind::Character;
     text += isPlainSpace ? " " : piece.text;
   }

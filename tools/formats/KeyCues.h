@@ -2,8 +2,8 @@
 //
 // Keys that follow each other within the gap share a cue, which is on screen from its first key
 // until the hold time after its last one, or until the next cue begins. A cue of 42 characters, a
-// line of captions, is ended; from 32 characters on, a space or Enter ends it. Memory does not grow
-// with the number of keys.
+// line of captions, is ended; from 32 characters on, a space or Enter ends it. A redaction changes
+// texts, and no times. Memory does not grow with the number of keys.
 #pragma once
 
 #include <cstdint>
@@ -15,6 +15,7 @@
 #include "tools/formats/Cue.h"
 #include "tools/formats/CueClock.h"
 #include "tools/formats/KeyLabels.h"
+#include "tools/series/Redact.h"
 
 namespace formats {
 
@@ -23,6 +24,7 @@ struct KeyCueOptions {
   double hold = 1.5;              ///< seconds
   bool onlyShortcuts = false;     ///< leave out keys without a flag that is shown
   bool appliesBackspace = false;  ///< Backspace removes a character from its cue
+  series::Redaction redaction = series::Redaction::None;  ///< of the text of the cues alone
   KeyLabels labels;
 };
 
@@ -47,11 +49,13 @@ class KeyCues {
 
   struct Piece {
     Kind kind = Kind::Character;
-    bool isTyped = false;  // Backspace removes it
-    std::string text;
-    std::size_t length = 0;  // characters
+    bool isTyped = false;    // Backspace removes it
+    bool endsWord = false;   // a cue may end after it
+    std::string text;        // as it is shown
+    std::size_t length = 0;  // characters, before they are masked
   };
 
+  std::string shownText(ZRKMetaData::int32 character, const std::string& text) const;
   void addPiece(double seconds, Piece piece);
   std::string text() const;
   void end(std::int64_t nextStart);

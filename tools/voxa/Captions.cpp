@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "tools/series/RecordStream.h"
-#include "tools/series/Redact.h"
 #include "tools/voxa/Commands.h"
 #include "tools/voxa/KeyCaptions.h"
 #include "tools/voxa/Progress.h"
@@ -46,9 +45,7 @@ void writeCaptions(const CaptionsOptions& options) {
     const QuietModule quiet;
     series::forEachRecord<KeyStroke>(
         *parser, stream.id, range,
-        series::redacting(options.keys.redaction, [&cues](double seconds, const KeyStroke& key) {
-          cues.add(seconds, key);
-        }));
+        [&cues](double seconds, const KeyStroke& key) { cues.add(seconds, key); });
   } catch (const series::DamagedStream& error) {
     damage = error.message(options.file);
   }

@@ -17,6 +17,7 @@
 #include "loader/FrameNumber.h"
 #include "tools/series/RecordStream.h"
 #include "tools/series/RecordTypes.h"
+#include "tools/series/Redact.h"
 #include "tools/series/Simplify.h"
 #include "tools/voxa/Commands.h"
 #include "tools/voxa/Damages.h"
@@ -42,10 +43,10 @@ namespace {
 // its times are. At 60 frames per second a window is 18 minutes.
 constexpr int64 kWindowFrames = 65536;
 
-// More frames than this are written only where --to asks for them: a damaged time would otherwise
 // A window ends before its texts take more bytes than this per stream, but has at least one frame.
 constexpr std::size_t kMaxWindowBytes = std::size_t{4} << 20U;
 
+// More frames than this are written only where --to asks for them: a damaged time would otherwise
 // fill the disk. 100 million frames are 19 days at 60 frames per second.
 constexpr int64 kMaxUnaskedFrames = 100'000'000;
 
@@ -73,7 +74,6 @@ FrameImage frameValue(const ZRKMetaData::CursorImage& image) {
   return {image.m_imageId};
 }
 
-template <class Row, class Value>
 // What a value takes beside its place in a window.
 template <class Value>
 std::size_t textBytes(const Value& /*value*/) {
@@ -83,6 +83,7 @@ std::size_t textBytes(const std::string& text) {
   return text.size();
 }
 
+template <class Row, class Value>
 void describeFrame(Row& row, const Value& value) {
   series::describe(row, value);
 }
@@ -189,8 +190,8 @@ class HeldRecords final : public HeldStream {
     const auto next = m_values.lower_bound(begin);
     if (next != m_values.begin()) m_held = std::move(std::prev(next)->second);
     m_values.clear();
-    m_current = nullptr;
     m_byteCount = 0;
+    m_current = nullptr;
     std::optional<std::pair<int64, Value>> before;  // of the first window
     try {
       eachFrame([&](int64 frame, const Record& record) {
@@ -208,8 +209,8 @@ class HeldRecords final : public HeldStream {
     if (before) m_held = std::move(before->second);
     m_isFirstWindow = false;
     m_next = m_values.begin();
-  }
     return end;
+  }
 
   bool changes(int64 frame, double tolerance) override {
     const Value* const value = valueAt(frame);
@@ -222,7 +223,7 @@ class HeldRecords final : public HeldStream {
 
   void write(LineRow& row, int64 frame) override {
     if (const Value* const value = valueAt(frame)) {
-      describeFrame(row, *value);
+      describeFrame(row, series::redacted(*value, m_redaction));
     } else {
       std::vector<std::string> names;
       header(names);
@@ -232,7 +233,9 @@ class HeldRecords final : public HeldStream {
 
   void write(JsonRow& row, int64 frame) override {
     if (const Value* const value = valueAt(frame)) {
-      row.object(m_stream.name.c_str(), [value](auto& fields) { describeFrame(fields, *value); });
+      row.object(m_stream.name.c_str(), [&](auto& fields) {
+        describeFrame(fields, series::redacted(*value, m_redaction));
+      });
     } else {
       row.null(m_stream.name.c_str());
     }
@@ -241,9 +244,6 @@ class HeldRecords final : public HeldStream {
  private:
   using Value = std::decay_t<decltype(frameValue(std::declval<const Record&>()))>;
 
-  // The value in force at the frame: before the first keyframe that of the first, null for none.
-  const Value* valueAt(int64 frame) {
-    for (; m_next != m_values.end() && m_next->first <= frame; ++m_next)
   void add(int64 frame, Value value) {
     Value& place = m_values[frame];
     m_byteCount -= textBytes(place);
@@ -262,6 +262,9 @@ class HeldRecords final : public HeldStream {
     return end;
   }
 
+  // The value in force at the frame: before the first keyframe that of the first, null for none.
+  const Value* valueAt(int64 frame) {
+    for (; m_next != m_values.end() && m_next->first <= frame; ++m_next)
       m_current = &m_next->second;
     if (m_current != nullptr) return m_current;
     if (m_held) return &*m_held;
@@ -273,11 +276,10 @@ class HeldRecords final : public HeldStream {
   void eachFrame(Visit visit) {
     const QuietModule quiet;
     series::forEachRecord<Record>(
-        m_parser, m_stream.id, {},
-        series::redacting(m_redaction, [&](double seconds, const Record& record) {
+        m_parser, m_stream.id, {}, [&](double seconds, const Record& record) {
           const auto frame = loader::frameNumber(m_framesPerSecond, seconds);
           return !frame || visit(*frame, record);
-        }));
+        });
   }
 
   MetaDataParser& m_parser;
@@ -288,9 +290,9 @@ class HeldRecords final : public HeldStream {
   bool m_isFirstWindow = true;
   std::optional<Value> m_held;      // at the frame before the window
   std::map<int64, Value> m_values;  // of the window, by frame
+  std::size_t m_byteCount = 0;      // of the texts in `m_values`
   typename std::map<int64, Value>::const_iterator m_next;
   std::optional<Value> m_kept;       // at the latest kept frame
-  std::size_t m_byteCount = 0;      // of the texts in `m_values`
   const Value* m_current = nullptr;  // the last one in the window that is in force
 };
 

@@ -6,6 +6,7 @@
 #include <stdexcept>
 
 #include "ZRKMetaData/src/ZRKMPlatform.h"
+#include "text/Counted.h"
 #include "tools/voxa/Messages.h"
 #include "tools/voxa/Recording.h"
 
@@ -39,6 +40,7 @@ formats::KeyCueOptions keyCueOptions(const KeyTextOptions& options) {
   cues.hold = options.hold;
   cues.onlyShortcuts = options.onlyShortcuts;
   cues.appliesBackspace = options.appliesBackspace;
+  cues.redaction = options.redaction;
   if (!options.labels.empty()) cues.labels = readLabels(options.labels);
   return cues;
 }
@@ -47,9 +49,9 @@ void sayLeftOut(const std::string& file, const std::string& stream, std::uint64_
                 std::uint64_t count) {
   if (leftOutCount == 0) return;
   say(
-      fmt::format("{}: {}: {} of {} records are left out: their times fall, are not finite or are "
-                  "not from 0 to 100 hours",
-                  file, stream, leftOutCount, count));
+      fmt::format("{}: {}: {} of {} left out because of a time that falls, is not finite or is not "
+                  "from 0 to 100 hours",
+                  file, stream, leftOutCount, text::counted(count, "record")));
 }
 
 }  // namespace voxa
