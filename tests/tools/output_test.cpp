@@ -110,6 +110,17 @@ TEST_F(Commands, DecideBeforeTheyMask) {
   EXPECT_EQ(redacted.find_first_of("aeiou\u232B\u2423", 8), std::string::npos) << redacted;
 }
 
+TEST_F(Commands, DropPositionsOfAnOverlayThatChangeNothing) {
+  const auto overlay = [this](const char* option) {
+    return run({"overlay", "--keys=none", "--screen=100x100", "-o", "-", option});
+  };
+  const Result every = overlay("--quiet");
+  const Result kept = overlay("--simplify");
+  EXPECT_EQ(kept.out, every.out);
+  EXPECT_NE(kept.error.find("F0: 2 of 4 records dropped\n"), std::string::npos) << kept.error;
+  EXPECT_NE(overlay("--simplify=50").out, every.out);
+}
+
 TEST_F(Commands, SayWhenNoRecordIsInTheRange) {
   const Result mlt =
       run({"export", "--streams=F9", "--format=mlt", "--rate=10", "--property=p", "--from=100"});

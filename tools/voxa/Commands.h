@@ -277,8 +277,9 @@ struct OverlayOptions {
   std::vector<std::string> types;  ///< "[STREAM=]TYPE"
   TimeOptions times;
   KeyTextOptions keys;
-  std::string video;   ///< the media file whose size is used
-  std::string screen;  ///< "WxH"; with neither, that of the recording's screen track
+  std::string video;                ///< the media file whose size is used
+  std::string screen;               ///< "WxH"; with neither, that of the recording's screen track
+  std::optional<double> tolerance;  ///< --simplify, of the cursor
   Destination out;
   std::optional<ZRKMetaData::ContainerKind> container;
 };

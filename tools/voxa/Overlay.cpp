@@ -5,9 +5,8 @@
 #include "tools/formats/AssScript.h"
 #include "tools/formats/Captions.h"
 #include "tools/formats/CursorMarks.h"
-#include "tools/series/RecordStream.h"
-#include "tools/series/Redact.h"
 #include "tools/voxa/Commands.h"
+#include "tools/voxa/KeptRecords.h"
 #include "tools/voxa/KeyCaptions.h"
 #include "tools/voxa/Picture.h"
 #include "tools/voxa/Progress.h"
@@ -124,8 +123,11 @@ class OverlayWriter {
       read<int>(*streams.clicks,
                 [&marks](double seconds, int buttons) { marks.addButtons(seconds, buttons); });
     }
-    read<Point>(*streams.cursor,
-                [&marks](double seconds, const Point& position) { marks.add(seconds, position); });
+    if (m_options.tolerance) findLastSeconds(*streams.cursor);
+    read<Point>(
+        *streams.cursor,
+        [&marks](double seconds, const Point& position) { marks.add(seconds, position); },
+        m_options.tolerance);
     const double end =
         video.seconds > m_lastSeconds ? video.seconds : m_lastSeconds + kUnknownEndSeconds;
     marks.finish(formats::CueClock::isInRange(end) ? m_clock.tickAt(end) : m_clock.maxTick());
@@ -138,20 +140,34 @@ class OverlayWriter {
 
  private:
   template <class Record, class Visit>
-  void read(const ChosenStream& stream, Visit visit) {
-    const QuietModule quiet;
+  void read(const ChosenStream& stream, Visit visit,
+            const std::optional<double>& tolerance = std::nullopt) {
     try {
-      series::forEachRecord<Record>(
-          m_parser, stream.id, m_range,
-          series::redacting(m_options.keys.redaction, [&](double seconds, const Record& record) {
-            if (formats::CueClock::isInRange(seconds)) {
-              m_lastSeconds = std::max(m_lastSeconds, seconds);
-            }
-            visit(seconds, record);
-          }));
+      // Keystrokes are masked when their text is made (formats::KeyCues).
+      forEachKept<Record>(m_parser, m_options.file, stream,
+                          {m_range, tolerance, series::Redaction::None},
+                          [&](double seconds, const Record& record) {
+                            countTime(seconds);
+                            visit(seconds, record);
+                          });
     } catch (const series::DamagedStream& error) {
       if (m_damage.empty()) m_damage = error.message(m_options.file);
     }
+  }
+
+  // The positions that --simplify drops hold, too.
+  void findLastSeconds(const ChosenStream& stream) {
+    const SilentScan silent;
+    const QuietModule quiet;
+    try {
+      series::forEachRecord<Point>(m_parser, stream.id, m_range,
+                                   [this](double seconds, const Point&) { countTime(seconds); });
+    } catch (const series::DamagedStream&) {  // reported by the reading that follows
+    }
+  }
+
+  void countTime(double seconds) {
+    if (formats::CueClock::isInRange(seconds)) m_lastSeconds = std::max(m_lastSeconds, seconds);
   }
 
   ZRKMetaData::MetaDataParser& m_parser;
@@ -174,10 +190,11 @@ void writeOverlay(const OverlayOptions& options) {
   const Video video = videoOf(options);
   const OverlayStreams streams = OverlayChoice(*parser, options).streams();
 
-  std::vector<ChosenStream> read;
+  std::vector<ChosenStream> read;  // each as often as it is read
   for (const auto& stream : {streams.keys, streams.cursor, streams.clicks}) {
     if (stream) read.push_back(*stream);
   }
+  if (options.tolerance && streams.cursor) read.insert(read.end(), 2, *streams.cursor);
   const Progress progress(options.file, bytesOf(*parser, read));
   Output out(options.out);
   out.write(formats::assHeader(video.size));

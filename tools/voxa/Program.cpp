@@ -627,6 +627,8 @@ class CommandLine {
         ->type_name("WxH")
         ->excludes(video);
     addKeyText(command, m_overlay.keys);
+    addSimplify(command, m_overlay.tolerance,
+                "Drop positions that change nothing, or no coordinate by more than TOL");
     addTypes(command, m_overlay.types);
     command->add_option("--from", m_overlay.times.from, "Leave out records before this time")
         ->type_name("TIME");

@@ -49,7 +49,7 @@ complete -c voxa -n '__fish_seen_subcommand_from report graft records load frame
 complete -c voxa -n '__fish_seen_subcommand_from export' -l format -x -a 'csv ndjson json xml mlt ffmetadata otio' -d 'Output format'
 complete -c voxa -n '__fish_seen_subcommand_from export' -l layout -x -a 'long wide' -d 'One table, or a file per stream'
 complete -c voxa -n '__fish_seen_subcommand_from export' -l spreadsheet-safe -d 'No text is taken for a formula'
-complete -c voxa -n '__fish_seen_subcommand_from frames export' -l simplify -d 'Drop what changes nothing'
+complete -c voxa -n '__fish_seen_subcommand_from frames export overlay' -l simplify -d 'Drop what changes nothing'
 complete -c voxa -n '__fish_seen_subcommand_from export' -l property -x -d 'Name of the MLT property'
 complete -c voxa -n '__fish_seen_subcommand_from export' -l field -x -d 'Field of the records'
 complete -c voxa -n '__fish_seen_subcommand_from export' -l chapters -x -a 'strings pauses' -d 'A chapter per text, or between pauses'
