@@ -297,17 +297,18 @@ struct LabelCase {
 
 TEST(KeyLabels, SayWhatIsWrong) {
   const LabelCase cases[] = {
-      {"", "no JSON at byte 1"},
-      {"[]", "no JSON object"},
+      {"", "not JSON at byte 1"},
+      {"[]", "the JSON is not an object"},
+      {R"({"keys": {"1": 1e999}})", "a number in the JSON is out of range"},
       {R"({"key": {}})", "unknown member 'key'; use 'keys' and 'flags'"},
-      {R"({"keys": []})", "'keys' is no object"},
-      {R"({"keys": {"8": 1}})", "the label of '8' in 'keys' is no string"},
+      {R"({"keys": []})", "'keys' is not an object"},
+      {R"({"keys": {"8": 1}})", "the label of '8' in 'keys' is not a string"},
       {R"({"keys": {"a": ""}})",
-       "'a' in 'keys' is no 32-bit number; use decimal or 0x and hexadecimal"},
+       "'a' in 'keys' is not a 32-bit number; use decimal or 0x and hexadecimal"},
       {R"({"keys": {"0x100000000": ""}})",
-       "'0x100000000' in 'keys' is no 32-bit number; use decimal or 0x and hexadecimal"},
-      {R"({"flags": {"6": ""}})", "'6' in 'flags' is no single bit"},
-      {R"({"flags": {"0": ""}})", "'0' in 'flags' is no single bit"},
+       "'0x100000000' in 'keys' is not a 32-bit number; use decimal or 0x and hexadecimal"},
+      {R"({"flags": {"6": ""}})", "'6' in 'flags' is not a single bit"},
+      {R"({"flags": {"0": ""}})", "'0' in 'flags' is not a single bit"},
   };
   for (const LabelCase& c : cases) {
     try {

@@ -27,20 +27,20 @@ std::uint32_t numberOf(const std::string& text, const std::string& group) {
       std::from_chars(text.data() + (isHex ? 2 : 0), end, number, isHex ? 16 : 10);
   if (error != std::errc() || rest != end || number < INT32_MIN || number > UINT32_MAX) {
     fail("'" + text + "' in '" + group +
-         "' is no 32-bit number; use decimal or 0x and hexadecimal");
+         "' is not a 32-bit number; use decimal or 0x and hexadecimal");
   }
   return static_cast<std::uint32_t>(number);
 }
 
 [[noreturn]] void failOfLabel(const std::string& name, const std::string& group) {
-  fail("the label of '" + name + "' in '" + group + "' is no string");
+  fail("the label of '" + name + "' in '" + group + "' is not a string");
 }
 
 template <class Take>
 void forEachLabel(const json& document, const std::string& group, Take take) {
   const auto found = document.find(group);
   if (found == document.end()) return;
-  if (!found->is_object()) fail("'" + group + "' is no object");
+  if (!found->is_object()) fail("'" + group + "' is not an object");
   for (const auto& [name, label] : found->items()) {
     if (!label.is_string()) failOfLabel(name, group);
     take(numberOf(name, group), label.template get<std::string>(), name);
@@ -54,9 +54,11 @@ KeyLabels KeyLabels::fromJson(std::string_view text) {
   try {
     document = json::parse(text);
   } catch (const json::parse_error& error) {
-    fail("no JSON at byte " + std::to_string(error.byte));
+    fail("not JSON at byte " + std::to_string(error.byte));
+  } catch (const json::exception&) {
+    fail("a number in the JSON is out of range");
   }
-  if (!document.is_object()) fail("no JSON object");
+  if (!document.is_object()) fail("the JSON is not an object");
   for (const auto& item : document.items()) {
     if (item.key() != "keys" && item.key() != "flags") {
       fail("unknown member '" + item.key() + "'; use 'keys' and 'flags'");
@@ -69,7 +71,7 @@ KeyLabels KeyLabels::fromJson(std::string_view text) {
   forEachLabel(document, "flags", [&](std::uint32_t flag, std::string label, auto& name) {
     std::size_t bit = 0;
     while (bit < labels.m_flags.size() && flag != std::uint32_t{1} << bit) ++bit;
-    if (bit == labels.m_flags.size()) fail("'" + name + "' in 'flags' is no single bit");
+    if (bit == labels.m_flags.size()) fail("'" + name + "' in 'flags' is not a single bit");
     labels.m_flags[bit] = std::move(label);
   });
   return labels;

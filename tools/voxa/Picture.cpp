@@ -35,7 +35,7 @@ std::optional<formats::ScreenSize> screenSizeOf(const std::string& file,
       const auto height = positiveNumber(std::string_view(option).substr(x + 1));
       if (width && height) return formats::ScreenSize{*width, *height};
     }
-    throw Failure(Status::WrongUse, "--screen: '" + option + "' is no size; use WxH: 1920x1080");
+    throw Failure(Status::WrongUse, "--screen: '" + option + "' is not a size; use WxH: 1920x1080");
   }
   return pictureOf(file).screen;
 }
