@@ -85,6 +85,37 @@ TEST_F(Commands, ReplaceNoFileWhenNoRecordingCanBeRead) {
   EXPECT_EQ(refused.error, "voxa: " + out + ": is not a folder; name a folder\n");
 }
 
+TEST_F(Commands, FindAnExistingFileBeforeTheyReadRecords) {
+  const std::string cut = m_folder.file("cut.dat", bytesOfFile(m_file).substr(16, 50));
+  for (const auto& [command, leaf] : {std::pair("plot", "p.svg"),
+                                      {"heatmap", "p.png"},
+                                      {"report", "p.html"},
+                                      {"records", "p.csv"}}) {
+    const std::string out = m_folder.file(leaf, "good");
+    std::vector<std::string> arguments = {command, cut, "--as=points", "-o", out};
+    if (command != std::string("report")) arguments.insert(arguments.begin() + 2, "F0");
+    const Result result = voxa(arguments);
+    EXPECT_EQ(result.error, "voxa: " + out + ": file exists; use --force to replace it\n");
+    EXPECT_EQ(bytesOfFile(out), "good");
+  }
+}
+
+TEST_F(Commands, TakeExtensionsInAnyLetterCase) {
+  const std::pair<std::vector<std::string>, const char*> cases[] = {
+      {{"captions", "F3", "-o", m_folder.name("c.SRT")}, "1\n00:00:"},
+      {{"captions", "F3", "-o", m_folder.name("c.Ass")}, "[Script "},
+      {{"heatmap", "F0", "-o", m_folder.name("h.PNG")}, "\x89PNG"},
+      {{"salvage", "-o", m_folder.name("s.VOXA")}, "\0\0"}};
+  for (const auto& [arguments, begin] : cases) {
+    const bool isSalvage = arguments.front() == "salvage";
+    const Result result =
+        isSalvage ? voxa({"salvage", m_file, arguments[1], arguments[2]}) : run(arguments);
+    EXPECT_LE(result.status, isSalvage ? 3 : 0) << result.error;
+    const std::string bytes = bytesOfFile(arguments.back());
+    EXPECT_EQ(bytes.rfind(begin, 0), 0U) << arguments.back() << bytes.substr(0, 20);
+  }
+}
+
 TEST_F(Commands, DecideBeforeTheyMask) {
   const auto leftOut = [](const Result& result) {
     return result.error.substr(result.error.find("a.voxa: "));

@@ -1,11 +1,11 @@
 #include "tools/formats/Captions.h"
 
-#include <filesystem>
 #include <string>
 #include <utility>
 
 #include "tools/series/RecordStream.h"
 #include "tools/voxa/Commands.h"
+#include "tools/voxa/Extension.h"
 #include "tools/voxa/KeyCaptions.h"
 #include "tools/voxa/Progress.h"
 #include "tools/voxa/QuietModule.h"
@@ -20,7 +20,7 @@ namespace {
 
 CaptionFormat formatOf(const CaptionsOptions& options) {
   if (options.format) return *options.format;
-  const auto extension = std::filesystem::u8path(options.out.file).extension();
+  const std::string extension = extensionOf(options.out.file);
   if (extension == ".srt") return CaptionFormat::Srt;
   return extension == ".ass" ? CaptionFormat::Ass : CaptionFormat::Vtt;
 }

@@ -2,7 +2,10 @@
 
 #include "ZRKMetaData/src/MetaDataUUID.h"
 #include "tools/series/RecordStream.h"
+#include "tools/series/Summary.h"
 #include "tools/voxa/Commands.h"
+#include "tools/voxa/Extension.h"
+#include "tools/voxa/Output.h"
 #include "tools/voxa/Picture.h"
 #include "tools/voxa/Progress.h"
 #include "tools/voxa/QuietModule.h"
@@ -14,16 +17,12 @@ using ZRKMetaData::Point;
 
 namespace {
 
-bool hasEnding(const std::string& name, std::string_view ending) {
-  return name.size() >= ending.size() &&
-         name.compare(name.size() - ending.size(), ending.size(), ending) == 0;
-}
-
 using Draw = std::string (*)(const formats::HeatGrid&, std::string_view);
 
 Draw writerFor(const std::string& out) {
-  if (hasEnding(out, ".png")) return formats::heatMapPng;
-  if (hasEnding(out, ".svg") || out == "-") return formats::heatMapSvg;
+  const std::string extension = extensionOf(out);
+  if (extension == ".png") return formats::heatMapPng;
+  if (extension == ".svg" || out == "-") return formats::heatMapSvg;
   throw Failure(Status::WrongUse, out + ": unknown extension; use .png or .svg");
 }
 
@@ -37,6 +36,7 @@ void drawHeatMap(const HeatMapOptions& options) {
   const ChosenStream stream = chooseOfType(*parser, options.file, options.stream, options.types,
                                            series::recordTypeOf<Point>());
   const auto screen = screenSizeOf(options.file, options.screen);
+  Output out({options.out, options.force});
   const Progress progress(options.file, (screen ? 1 : 2) * bytesOf(*parser, {stream}));
   std::string damage;
   const auto forEachPoint = [&](auto visitor) {
@@ -52,7 +52,8 @@ void drawHeatMap(const HeatMapOptions& options) {
   formats::HeatGrid grid(stream.name, series::infoOf(stream.type).label, screen, bounds.area(),
                          options.cell);
   forEachPoint([&grid](double seconds, const Point& point) { grid.add(seconds, point); });
-  writeResult(options.out, options.force, draw(grid, titleOf(options.file)));
+  out.write(draw(grid, series::titleOf(options.file)));
+  out.finish();
   if (!damage.empty()) {
     throw Failure(Status::DamagedData, damage + "; the picture shows the records before");
   }

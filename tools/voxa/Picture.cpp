@@ -7,7 +7,6 @@
 #include "loader/FrameNumber.h"
 #include "stats/VOXAStatsLoader.h"
 #include "tools/voxa/Failure.h"
-#include "tools/voxa/Output.h"
 #include "tools/voxa/QuietModule.h"
 
 namespace voxa {
@@ -60,17 +59,6 @@ MediaPicture pictureOf(const std::string& file) {
     if (track.tag == MediaFileStats::ScreenTrack && !picture.screen) picture.screen = size;
   }
   return picture;
-}
-
-std::string titleOf(const std::string& file) {
-  const std::size_t end = file.find_last_of("/\\");
-  return end == std::string::npos ? file : file.substr(end + 1);
-}
-
-void writeResult(const std::string& out, bool force, std::string_view bytes) {
-  Output output({out, force});
-  output.write(bytes);
-  output.finish();
 }
 
 }  // namespace voxa

@@ -1,9 +1,8 @@
-// What the commands that draw have in common: the screen's size and the file they write.
+// What the commands that draw have in common: the screen's size.
 #pragma once
 
 #include <optional>
 #include <string>
-#include <string_view>
 
 #include "tools/formats/ScreenSize.h"
 
@@ -20,12 +19,5 @@ struct MediaPicture {
   double seconds = 0;                         ///< of the longest track
 };
 MediaPicture pictureOf(const std::string& file);
-
-/// The last element of a file name, to stand as a title.
-std::string titleOf(const std::string& file);
-
-/// Writes all of a result: to standard output for "-", else to a file that is complete or not
-/// there.
-void writeResult(const std::string& out, bool force, std::string_view bytes);
 
 }  // namespace voxa

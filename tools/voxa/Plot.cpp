@@ -1,8 +1,10 @@
 #include "tools/formats/Plot.h"
 
 #include "tools/series/RecordStream.h"
+#include "tools/series/Summary.h"
 #include "tools/voxa/Commands.h"
 #include "tools/voxa/Masks.h"
+#include "tools/voxa/Output.h"
 #include "tools/voxa/Picture.h"
 #include "tools/voxa/Progress.h"
 #include "tools/voxa/QuietModule.h"
@@ -17,7 +19,8 @@ void drawPlot(const PlotOptions& options) {
   const auto streams = chooseStreams(*parser, options.file, options.streams, options.types);
   requireMasks(*parser, options.file, streams, options.redaction);
   const Progress progress(options.file, bytesOf(*parser, streams));
-  formats::Plot plot({titleOf(options.file), screenSizeOf(options.file, options.screen)});
+  formats::Plot plot({series::titleOf(options.file), screenSizeOf(options.file, options.screen)});
+  Output out({options.out, options.force});
   std::string damage;
   for (const ChosenStream& stream : streams) {
     plot.beginStream(stream.name, stream.type);
@@ -32,7 +35,8 @@ void drawPlot(const PlotOptions& options) {
       if (damage.empty()) damage = error.message(options.file);
     }
   }
-  writeResult(options.out, options.force, plot.svg());
+  out.write(plot.svg());
+  out.finish();
   if (!damage.empty()) {
     throw Failure(Status::DamagedData, damage + "; the picture shows the records before");
   }

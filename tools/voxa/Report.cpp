@@ -18,10 +18,12 @@ void writeReport(const ReportOptions& options) {
   const auto parser = openRecording(options.file, options.container);
   requireOtherFile(options.out.file, options.file);
   const auto streams = streamsNamed(*parser, options.file, options.streams);
+  const auto types = namedTypes(*parser, options.file, options.types);
+  Output out(options.out);
   constexpr int kReadings = 2;  // for the summary and for the rows
   const Progress progress(options.file, kReadings * bytesOf(*parser, streams));
-  const series::RecordingSummary recording = summarise(
-      *parser, options.file, {streams, range, namedTypes(*parser, options.file, options.types)});
+  const series::RecordingSummary recording =
+      summarise(*parser, options.file, {streams, range, types});
   std::vector<ChosenStream> shown;
   for (const series::StreamSummary& stream : recording.streams) {
     if (stream.type) shown.push_back({stream.id, stream.key, *stream.type});
@@ -42,7 +44,6 @@ void writeReport(const ReportOptions& options) {
       // The summary says so.
     }
   };
-  Output out(options.out);
   formats::writeReport(source, [&out](std::string_view text) { out.write(text); });
   out.finish();
   if (recording.isDamaged()) {

@@ -17,6 +17,7 @@
 #include "tools/recording/Container.h"
 #include "tools/series/EntryExtent.h"
 #include "tools/voxa/Commands.h"
+#include "tools/voxa/Extension.h"
 #include "tools/voxa/Output.h"
 #include "tools/voxa/Progress.h"
 #include "tools/voxa/Recording.h"
@@ -40,12 +41,6 @@ constexpr const char* kExtension = ".voxa";
 // The recording OUT.doubtful.voxa beside OUT.voxa.
 std::string doubtfulName(const std::string& out) {
   return out.substr(0, out.size() - std::string_view(kExtension).size()) + ".doubtful" + kExtension;
-}
-
-bool hasExtension(const std::string& name) {
-  const std::string_view extension = kExtension;
-  return name.size() > extension.size() &&
-         std::string_view(name).substr(name.size() - extension.size()) == extension;
 }
 
 Streams chosen(const Streams& streams, SalvageState state) {
@@ -192,7 +187,7 @@ Streams readStreams(const SalvageOptions& options, std::istream& file) {
 }  // namespace
 
 void salvageRecording(const SalvageOptions& options) {
-  if (!hasExtension(options.out)) {
+  if (extensionOf(options.out) != kExtension) {
     throw Failure(Status::WrongUse, options.out + ": the name must end in " + kExtension);
   }
   const std::string doubtfulOut = doubtfulName(options.out);
