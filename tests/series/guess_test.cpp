@@ -19,8 +19,9 @@ using series::Guess;
 
 enum Wrapping { OrdinaryAtom, WideAtom, Chunk, RawFile };
 
-// What is guessed of a stream, in a recording of its own and between others.
-Guess guessOf(const Bytes& records, int wrapping = OrdinaryAtom, std::size_t cutBytes = 0) {
+// Calls `function` with a stream in a recording of its own and between others.
+template <class Function>
+auto withStream(const Bytes& records, int wrapping, std::size_t cutBytes, Function function) {
   const Entry entry{recording::streamId(0xF0), records};
   const Entry neighbour{recording::streamId(0xF1), "neighbour"};
   Bytes file;
@@ -39,7 +40,19 @@ Guess guessOf(const Bytes& records, int wrapping = OrdinaryAtom, std::size_t cut
   std::istringstream stream(file.substr(0, file.size() - cutBytes));
   const std::unique_ptr<ZRKMetaData::MetaDataParser> parser(
       ZRKMetaData::MetaDataParser::createForStream(stream, kind));
-  return series::guessRecordType(*parser, entry.id);
+  return function(*parser, entry.id);
+}
+
+Guess guessOf(const Bytes& records, int wrapping = OrdinaryAtom, std::size_t cutBytes = 0) {
+  return withStream(records, wrapping, cutBytes, [](auto& parser, const auto& id) {
+    return series::guessRecordType(parser, id);
+  });
+}
+
+series::PossibleTypes possibleTypesOf(const Bytes& records) {
+  return withStream(records, OrdinaryAtom, 0, [](auto& parser, const auto& id) {
+    return series::possibleRecordTypes(parser, id);
+  });
 }
 
 std::string nameOf(const series::GuessCandidate& candidate) {
@@ -127,17 +140,21 @@ TEST_P(MeasuredGuess, MeetsItsRatesOnTenThousandStreams) {
 INSTANTIATE_TEST_SUITE_P(Seed, MeasuredGuess, testing::Values(1U, 20261U, 90210U),
                          testing::PrintToStringParamName());
 
+Bytes randomBytes(Random& random, int size) {
+  Bytes bytes;
+  while (int(bytes.size()) < size) bytes += recording::littleEndian(random.bits());
+  bytes.resize(std::size_t(size));
+  return bytes;
+}
+
 TEST(Guess, RandomBytesAreUnknown) {
   Random random(3);
   int unknown = 0;
   constexpr int kStreams = 2000;
   static constexpr int kSizes[] = {12, 16, 24, 48, 1};
   for (int index = 0; index < kStreams; ++index) {
-    Bytes bytes;
     const int size = random.oneOf(kSizes) * countBetween(random, 3, 3000);
-    while (int(bytes.size()) < size) bytes += recording::littleEndian(random.bits());
-    bytes.resize(std::size_t(size));
-    unknown += guessOf(bytes, index % 4).isUnknown;
+    unknown += guessOf(randomBytes(random, size), index % 4).isUnknown;
   }
   std::printf("random bytes: %d of %d unknown\n", unknown, kStreams);
   EXPECT_GE(unknown, 0.99 * kStreams);
@@ -171,6 +188,43 @@ TEST(Guess, ReadsTheEndOfALongStream) {
   EXPECT_EQ(guessOf(points).certainType(), series::recordTypeNamed("points"));
   const Bytes early = recording::pointRecord(0, 1, 1);
   EXPECT_TRUE(guessOf(points + early).isUnknown) << "the last time falls";
+}
+
+// Text must not be overlooked because of a time or of how little there is.
+TEST(Guess, TypesThatArePossibleMayHaveAnyTimes) {
+  const auto typed = [](const std::vector<double>& times) {
+    Bytes bytes;
+    for (const double seconds : times) {
+      for (const char key : std::string("dam@acme.org")) {
+        bytes += recording::keystrokeRecord(seconds, key, 0);
+      }
+    }
+    return bytes;
+  };
+  Random random(7);
+  const struct {
+    Bytes records;
+    std::string first;
+    bool isExplained, isOnlyType;
+  } cases[] = {
+      {typed({5, 4, 3}), "keystrokes", true, false},
+      {typed({1, NAN, 1e300, -INFINITY, 2}), "keystrokes", true, false},
+      {recording::keystrokeRecord(1.1, 'a', 0), "keystrokes", true, false},
+      {recording::stringRecord(2, "Notes, drafts") + recording::stringRecord(1, "Terminal"),
+       "strings", true, true},
+      {walk(random, 500, 0, 0, 1919, 1079, 1) + recording::pointRecord(0, 7, 7), "points", true,
+       true},
+      {randomBytes(random, 16 * 400), "int64s", false, true},
+      {randomBytes(random, 99), "", false, false},
+      {"", "", false, false},
+  };
+  for (const auto& row : cases) {
+    const auto possible = possibleTypesOf(row.records);
+    const auto& types = possible.types;
+    EXPECT_EQ(types.empty() ? "" : series::infoOf(types.front()).name, row.first);
+    EXPECT_EQ(possible.isExplained, row.isExplained) << row.first;
+    EXPECT_EQ(types.size() == 1, row.isOnlyType) << row.first;
+  }
 }
 
 }  // namespace

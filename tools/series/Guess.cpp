@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <boost/endian/conversion.hpp>
 #include <cmath>
+#include <cstdint>
 #include <cstdio>
 #include <istream>
 #include <optional>
+#include <utility>
 
 #include "ZRKMetaData/src/MetaDataUUID.h"
 #include "tools/series/EntryExtent.h"
@@ -26,6 +28,7 @@ using ZRKMetaData::uint32;
 using ZRKMetaData::uint64;
 
 constexpr std::size_t kTimeBytes = 8;
+constexpr double kRawTimeBits = 8.0 * kTimeBytes;
 constexpr double kMinEvidenceBits = 16;  // by chance once in 65,536 streams
 // How many bits more another type must explain to rule a type out. Models are simpler than
 // streams, so that a small advantage per record proves nothing, however many records add up to it.
@@ -75,11 +78,15 @@ struct Measurement {
 constexpr int kBasicTests = 4;  // those that look at one type alone
 constexpr int kAllTests = kBasicTests + 1;
 
+// Whether a time that cannot be one, or that falls, is a fault.
+enum class TimeTest : std::uint8_t { Applied, Skipped };
+
 // Tests 1 to 4 of one type. The first fault of each kind is kept; measuring goes on behind it, so
 // that types that fail can still be ranked.
 class Examiner {
  public:
-  explicit Examiner(const StreamSample& sample) : m_sample(sample) {}
+  Examiner(const StreamSample& sample, TimeTest timeTest)
+      : m_sample(sample), m_timeTest(timeTest) {}
 
   template <class Record>
   Measurement measure() {
@@ -193,6 +200,7 @@ class Examiner {
   }
 
   void time(double seconds) {
+    if (m_timeTest == TimeTest::Skipped) return skipTime(seconds);
     if (!detail::isPossibleTime(seconds)) {
       fault(m_timeFault, [&] { return "the time cannot be one (" + shown(seconds) + ")"; });
       return;
@@ -202,6 +210,18 @@ class Examiner {
             [&] { return "the time falls from " + shown(m_before) + " to " + shown(seconds); });
     }
     if (!hasFault()) m_costBits += detail::timeBits(seconds, m_before, m_isFirst);
+    m_before = seconds;
+    m_isFirst = false;
+  }
+
+  // Costs as much as its bytes, or less where it could follow the one before.
+  void skipTime(double seconds) {
+    const bool isTime = detail::isPossibleTime(seconds);
+    if (!hasFault()) {
+      m_costBits += isTime ? std::min(detail::timeBits(seconds, m_before, m_isFirst), kRawTimeBits)
+                           : kRawTimeBits;
+    }
+    if (!isTime) return;
     m_before = seconds;
     m_isFirst = false;
   }
@@ -275,6 +295,7 @@ class Examiner {
   }
 
   const StreamSample& m_sample;
+  const TimeTest m_timeTest;
   std::string m_boundaryFault;
   std::string m_timeFault;
   std::string m_valueFault;
@@ -291,6 +312,21 @@ struct Ranked {
   Measurement measurement;
 };
 
+std::vector<Ranked> measureAll(const StreamSample& sample, TimeTest timeTest) {
+  std::vector<Ranked> types;
+  types.reserve(kRecordTypeCount);
+  forEachRecordType([&](const auto& row, RecordType type) {
+    using Record = typename std::decay_t<decltype(row)>::type;
+    types.push_back({type, Examiner(sample, timeTest).measure<Record>()});
+  });
+  return types;
+}
+
+// How far a type may be behind another for test 5.
+bool isNear(const Measurement& result, double best) {
+  return best - result.evidenceBits < kDecisiveBits + kDecisiveShare * result.examinedBits;
+}
+
 // Test 5 for those that passed the others, then the order.
 Guess rank(std::vector<Ranked> types, bool isEmpty) {
   double best = 0;
@@ -301,11 +337,11 @@ Guess rank(std::vector<Ranked> types, bool isEmpty) {
   for (Ranked& entry : types) {
     Measurement& result = entry.measurement;
     if (result.passed != kBasicTests) continue;
-    const double behind = best - result.evidenceBits;
-    if (behind < kDecisiveBits + kDecisiveShare * result.examinedBits) {
+    if (isNear(result, best)) {
       result.pass("no other type explains the values far better");
     } else {
-      result.reasons.push_back("another type explains " + std::to_string(std::llround(behind)) +
+      result.reasons.push_back("another type explains " +
+                               std::to_string(std::llround(best - result.evidenceBits)) +
                                " bits more");
     }
   }
@@ -332,19 +368,10 @@ Guess rank(std::vector<Ranked> types, bool isEmpty) {
   return guess;
 }
 
-}  // namespace
-
-Guess guessRecordType(const StreamSample& sample) {
-  std::vector<Ranked> types;
-  types.reserve(kRecordTypeCount);
-  forEachRecordType([&](const auto& row, RecordType type) {
-    using Record = typename std::decay_t<decltype(row)>::type;
-    types.push_back({type, Examiner(sample).measure<Record>()});
-  });
-  return rank(std::move(types), sample.byteCount == 0);
-}
-
-Guess guessRecordType(ZRKMetaData::MetaDataParser& parser, const boost::uuids::uuid& id) {
+// Calls `function` with what is examined of a stream of a recording.
+template <class Function>
+auto withSample(ZRKMetaData::MetaDataParser& parser, const boost::uuids::uuid& id,
+                Function function) {
   constexpr int64 kHeaderBytes = ZRKMetaData::MetaDataHeader::kByteCount;
   const EntryExtent extent = entryExtent(parser, parser.locationOf(id));
   const bool hasRecords = extent.offset >= 0 && extent.present > kHeaderBytes;
@@ -353,7 +380,42 @@ Guess guessRecordType(ZRKMetaData::MetaDataParser& parser, const boost::uuids::u
   std::istream& stream = parser.stream();
   const SampledBytes sampled(stream, extent.offset + kHeaderBytes, byteCount);
   stream.clear();
-  return guessRecordType(sampled.sample(hasRecords && extent.isCut()));
+  return function(sampled.sample(hasRecords && extent.isCut()));
+}
+
+}  // namespace
+
+Guess guessRecordType(const StreamSample& sample) {
+  return rank(measureAll(sample, TimeTest::Applied), sample.byteCount == 0);
+}
+
+PossibleTypes possibleRecordTypes(const StreamSample& sample) {
+  PossibleTypes possible;
+  if (sample.byteCount == 0) return possible;
+  std::vector<Ranked> fitting;
+  for (Ranked& entry : measureAll(sample, TimeTest::Skipped)) {
+    if (entry.measurement.passed >= kBasicTests - 1) fitting.push_back(std::move(entry));
+  }
+  std::stable_sort(fitting.begin(), fitting.end(), [](const Ranked& left, const Ranked& right) {
+    return left.measurement.evidenceBits > right.measurement.evidenceBits;
+  });
+  for (const Ranked& entry : fitting) {
+    if (isNear(entry.measurement, fitting.front().measurement.evidenceBits)) {
+      possible.types.push_back(entry.type);
+    }
+  }
+  possible.isExplained = !fitting.empty() && fitting.front().measurement.passed == kBasicTests;
+  return possible;
+}
+
+Guess guessRecordType(ZRKMetaData::MetaDataParser& parser, const boost::uuids::uuid& id) {
+  return withSample(parser, id, [](const StreamSample& sample) { return guessRecordType(sample); });
+}
+
+PossibleTypes possibleRecordTypes(ZRKMetaData::MetaDataParser& parser,
+                                  const boost::uuids::uuid& id) {
+  return withSample(parser, id,
+                    [](const StreamSample& sample) { return possibleRecordTypes(sample); });
 }
 
 }  // namespace series

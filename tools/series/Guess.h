@@ -74,10 +74,28 @@ struct Guess {
 /// May be called from any thread.
 Guess guessRecordType(const StreamSample& sample);
 
+/// Which types a stream may hold although a guess finds none or another, for callers that must not
+/// overlook typed text.
+struct PossibleTypes {
+  /// Those that pass tests 1, 3 and 5, the likeliest first. Times may be any, and little evidence
+  /// is enough. Empty for a stream without records.
+  std::vector<RecordType> types;
+
+  /// One of them also passes test 4. Without it, the stream may hold anything.
+  bool isExplained = false;
+};
+
+/// Decides from bytes alone, as `guessRecordType` does.
+PossibleTypes possibleRecordTypes(const StreamSample& sample);
+
 /// Guesses the type of stream `id` of an indexed recording; a stream that is not indexed is empty.
 /// Reads no byte outside the entry but the 16 in front of it, where an atom's header says whether
 /// the indexed size is 8 bytes short. Moves the parser's stream and clears its state. Call it from
 /// the thread that uses the parser.
 Guess guessRecordType(ZRKMetaData::MetaDataParser& parser, const boost::uuids::uuid& id);
+
+/// The possible types of such a stream. Reads and throws as the guess does.
+PossibleTypes possibleRecordTypes(ZRKMetaData::MetaDataParser& parser,
+                                  const boost::uuids::uuid& id);
 
 }  // namespace series
