@@ -42,8 +42,11 @@ struct Pair {
     result.count = edits.size();
     for (const DiffEdit& edit : edits) {
       const auto shown = [](const auto& records, std::size_t index) {
-        return std::to_string(std::lround(records.seconds(index) * 10)) + ":" +
-               std::to_string(records.record(index));
+        const double seconds = records.seconds(index);
+        const auto time = std::isfinite(seconds) ? std::to_string(std::lround(seconds * 10))
+                          : std::isnan(seconds)  ? "nan"
+                                                 : "inf";
+        return time + ":" + std::to_string(records.record(index));
       };
       if (!result.edits.empty()) result.edits += " ";
       switch (edit.kind) {
@@ -99,6 +102,8 @@ TEST(Diff, ReportsTheFewestEdits) {
       {{{5, 1}, {1, 2}, {2, 3}}, {{1, 2}, {2, 3}}, 0, "-50:1"},  // times fall
       {{{1, 5}, {nan, 6}}, {{1, 5}, {nan, 6}}, 0, ""},
       {{{HUGE_VAL, 5}}, {{HUGE_VAL, 5}}, 1, ""},
+      {{{1, 5}, {nan, 6}, {nan, 7}}, {{1, 5}, {nan, 8}, {nan, 7}}, 0.1, "~nan:6>nan:8"},
+      {{{HUGE_VAL, 6}, {HUGE_VAL, 7}}, {{HUGE_VAL, 8}, {HUGE_VAL, 7}}, 0.1, "~inf:6>inf:8"},
   };
   for (const auto& row : cases) {
     EXPECT_EQ(Pair(row.before, row.after).compare({0, row.tolerance}).edits, row.edits);

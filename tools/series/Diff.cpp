@@ -62,6 +62,7 @@ class Differ {
 
   double distanceCost(std::size_t i, std::size_t j) const {
     const double distance = std::abs(timeBefore(i) - timeAfter(j));
+    if (!(distance > 0)) return 0;  // also two NaN or equal infinite times, whose distance is NaN
     return m_options.tolerance > 0 ? kDistanceCost * distance / m_options.tolerance : 0;
   }
 
