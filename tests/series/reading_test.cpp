@@ -135,6 +135,27 @@ TEST(ReadingOfOneStream, OfARefusedVersionIsNotDamagedWhereTheFileEnds) {
   EXPECT_NO_THROW(series::forEachRecord<int>(*parser, kId, TimeRange(), [](double, int) {}));
 }
 
+TEST(ReadingOfOneStream, KnowsWhichVersionsAreRefused) {
+  const auto unregistered = recording::streamId(0x10);
+  const struct {
+    boost::uuids::uuid id;
+    std::int32_t version;
+    bool isRefused;
+  } cases[] = {{kId, 1, false}, {kId, 0, true},          {kId, 9, true},
+               {kId, -1, true}, {unregistered, 1, true}, {unregistered, -1, false}};
+  for (const auto& row : cases) {
+    std::istringstream stream(recording::entryBytes({row.id, filledRecords<int>(3), row.version}));
+    const std::unique_ptr<ZRKMetaData::MetaDataParser> parser(
+        ZRKMetaData::MetaDataParser::createForStream(stream, ZRKMetaData::Raw));
+    const auto refused = series::refusedVersion(*parser, row.id);
+    EXPECT_EQ(refused, row.isRefused ? std::optional(row.version) : std::nullopt);
+    int count = 0;
+    series::forEachRecord<int>(*parser, row.id, TimeRange(), [&](double, int) { ++count; });
+    EXPECT_EQ(count == 0, row.isRefused) << row.version;
+    EXPECT_EQ(series::refusedVersion(*parser, recording::streamId(0xF9)), std::nullopt);
+  }
+}
+
 TEST(ReadingOfOneStream, StopsWhenTheVisitorSaysSoAndPassesOnWhatItThrows) {
   Opened opened(filledRecords<int>(9));
   int count = 0;

@@ -15,6 +15,16 @@ DamagedStream::DamagedStream(const boost::uuids::uuid& stream, ZRKMetaData::int6
       m_byteOffset(byteOffset),
       m_reason(reason) {}
 
+std::optional<ZRKMetaData::int32> refusedVersion(ZRKMetaData::MetaDataParser& parser,
+                                                 const boost::uuids::uuid& id) {
+  using ZRKMetaData::MetaDataUUID;
+  const auto found = parser.locations().find(id);
+  if (found == parser.locations().end()) return std::nullopt;
+  const auto version = ZRKMetaData::readHeaderAt(parser.stream(), found->second.offset).version;
+  const int readable = MetaDataUUID::isKnown(id) ? 1 : MetaDataUUID::kUnknownVersion;
+  return version == readable ? std::nullopt : std::optional(version);
+}
+
 namespace detail {
 
 void requireWhole(ZRKMetaData::MetaDataParser& parser, const boost::uuids::uuid& id,
@@ -28,8 +38,7 @@ void requireWhole(ZRKMetaData::MetaDataParser& parser, const boost::uuids::uuid&
                             text::counted(size, "byte"));
   }
   if (!extent.isCut()) return;
-  const auto header = ZRKMetaData::readHeaderAt(parser.stream(), extent.offset);
-  if (!ZRKMetaData::isReadableVersion(header)) return;
+  if (refusedVersion(parser, id)) return;
   throw DamagedStream(id, position, extent.cutText());
 }
 

@@ -10,6 +10,7 @@
 #include <boost/uuid/uuid.hpp>
 #include <exception>
 #include <new>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <type_traits>
@@ -49,6 +50,11 @@ class DamagedStream : public std::runtime_error {
   ZRKMetaData::int64 m_byteOffset;
   std::string m_reason;
 };
+
+/// The version of stream `id` where the reader refuses it, nothing where the stream can be read or
+/// is not indexed. Moves the parser's stream and clears its state.
+std::optional<ZRKMetaData::int32> refusedVersion(ZRKMetaData::MetaDataParser& parser,
+                                                 const boost::uuids::uuid& id);
 
 namespace detail {
 
@@ -125,10 +131,10 @@ void requireWhole(ZRKMetaData::MetaDataParser& parser, const boost::uuids::uuid&
 /// void sees every record. Times may fall in a stream, so that all of it is read whatever the
 /// range.
 ///
-/// A stream that is not indexed, or whose version is refused, has no records. Throws DamagedStream
-/// where the reader fails or the file ends, and whatever the visitor throws, unchanged. A record
-/// that the file ends inside of is not delivered, although the reader fills it up with zeros. The
-/// record is valid during the call.
+/// A stream that is not indexed, or whose version is refused (`refusedVersion`), has no records.
+/// Throws DamagedStream where the reader fails or the file ends, and whatever the visitor throws,
+/// unchanged. A record that the file ends inside of is not delivered, although the reader fills it
+/// up with zeros. The record is valid during the call.
 template <class Record, class Visitor>
 void forEachRecord(ZRKMetaData::MetaDataParser& parser, const boost::uuids::uuid& id,
                    const TimeRange& range, Visitor&& visitor) {

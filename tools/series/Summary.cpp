@@ -62,12 +62,11 @@ void readRecords(MetaDataParser& parser, const TimeRange& range, StreamSummary& 
   }
 }
 
-void warn(const StreamSummary& stream, const EntryExtent& extent,
+void warn(const StreamSummary& stream, const EntryExtent& extent, bool isRefused,
           std::vector<std::string>& warnings) {
   const auto add = [&](const std::string& text) { warnings.push_back(stream.key + ": " + text); };
   if (extent.isCut()) add(extent.cutText());
-  const bool isReadable = stream.version == (stream.isKnown ? 1 : MetaDataUUID::kUnknownVersion);
-  if (!isReadable) {
+  if (isRefused) {
     add("version " + std::to_string(stream.version) + " is not supported; no records are read");
   } else if (!stream.hasRecords()) {
     add(stream.candidates.empty()
@@ -145,7 +144,8 @@ RecordingSummary summariseStreams(MetaDataParser& parser, const std::string& fil
     stream.version = ZRKMetaData::readHeaderAt(parser.stream(), location.offset).version;
     findType(parser, scope.types, stream);
     if (stream.type) readRecords(parser, scope.range, stream);
-    warn(stream, entryExtent(parser, location), recording.warnings);
+    warn(stream, entryExtent(parser, location), refusedVersion(parser, id).has_value(),
+         recording.warnings);
     recording.streams.push_back(std::move(stream));
   }
   return recording;
