@@ -8,14 +8,10 @@
 
 namespace voxa {
 
-namespace {
-
 bool isText(series::RecordType type) {
   return type == series::recordTypeOf<ZRKMetaData::KeyStroke>() ||
          type == series::recordTypeOf<std::string>();
 }
-
-}  // namespace
 
 void requireMasks(ZRKMetaData::MetaDataParser& parser, const std::string& file,
                   const std::vector<ChosenStream>& streams, series::Redaction redaction) {
@@ -23,13 +19,12 @@ void requireMasks(ZRKMetaData::MetaDataParser& parser, const std::string& file,
   for (const ChosenStream& stream : streams) {
     if (isText(stream.type)) continue;
     const QuietModule quiet;
-    for (const series::GuessCandidate& candidate :
-         series::guessRecordType(parser, stream.id).candidates) {
-      if (!candidate.passes || !isText(candidate.type)) continue;
+    for (const series::RecordType type : series::possibleRecordTypes(parser, stream.id).types) {
+      if (!isText(type)) continue;
       throw Failure(Status::WrongUse,
                     fmt::format("{0}: {1} may hold {2}, which --redact masks only when read as "
                                 "such; use --as {1}={2} or leave it out",
-                                file, stream.name, series::infoOf(candidate.type).name));
+                                file, stream.name, series::infoOf(type).name));
     }
   }
 }
