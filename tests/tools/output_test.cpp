@@ -196,7 +196,9 @@ TEST_F(Commands, NameTheRecordAtWhichTheFileEnds) {
       "image.dat",
       recording::entryBytes({streamId(0xF1), recording::cursorImageRecord(0, 7, 0, 0, "BM pixels")})
           .substr(0, 24 + 32 + 4));
-  EXPECT_EQ(voxa({"images", image, "F1", "-o", m_folder.name("images")}).status, 3);
+  EXPECT_EQ(
+      voxa({"images", image, "F1", "--as", "cursor-images", "-o", m_folder.name("images")}).status,
+      3);
   EXPECT_FALSE(std::filesystem::exists(m_folder.name("images") + "/7.bmp"));
 }
 

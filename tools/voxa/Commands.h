@@ -235,9 +235,10 @@ void exportRecordings(const ExportOptions& options);
 
 struct ImagesOptions {
   std::string file;
-  std::string stream;
-  std::string folder;  ///< created if it does not exist
-  bool force = false;  ///< replace files of the same names
+  std::string stream;              ///< empty for the only one of cursor images
+  std::vector<std::string> types;  ///< "[STREAM=]TYPE"
+  std::string folder;              ///< created if it does not exist
+  bool force = false;              ///< replace files of the same names
   std::optional<ZRKMetaData::ContainerKind> container;
 };
 

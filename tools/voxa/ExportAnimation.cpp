@@ -78,7 +78,7 @@ void exportAnimation(const ExportOptions& options) {
       throw Failure(Status::WrongUse, "--format mlt holds one stream; use --streams KEY");
     }
     const ChosenStream& stream = source.streams.front();
-    requireField(options.field, stream.type);
+    if (!stream.isEmpty) requireField(options.field, stream.type);
     Output out(options.out);
     formats::TextSink sink = sinkInto(out);
     MltAnimation animation(sink);

@@ -76,7 +76,7 @@ class ChapterReader {
 
 std::vector<formats::Chapter> chaptersOfTexts(const Source& source, ChapterReader& reader) {
   const auto isText = [](const ChosenStream& stream) {
-    return stream.type == series::recordTypeOf<std::string>();
+    return stream.isEmpty || stream.type == series::recordTypeOf<std::string>();
   };
   if (std::none_of(source.streams.begin(), source.streams.end(), isText)) {
     throw Failure(Status::NoSuchStream,

@@ -108,6 +108,7 @@ void exportLong(const ExportOptions& options, const ReadOptions& read) {
     const Progress progress = progressOf(source, read);
     Damages damages;
     for (const ChosenStream& stream : source.streams) {
+      if (stream.isEmpty) continue;
       damages.add(document->write(source, stream, read));
     }
     damages.throwIfAny();
@@ -148,6 +149,7 @@ void exportWide(const ExportOptions& options, const ReadOptions& read) {
     const Progress progress = progressOf(source, read);
     Damages damages;
     for (const ChosenStream& stream : source.streams) {
+      if (stream.isEmpty) continue;
       Document document(options, {fmt::format("{}/{}-{}{}", folder, stem, stream.name,
                                               extensionOf(options.format)),
                                   options.out.force});

@@ -296,6 +296,22 @@ class HeldRecords final : public HeldStream {
   const Value* m_current = nullptr;  // the last one in the window that is in force
 };
 
+// A stream without records, whose type is not known: one column of empty cells.
+class EmptyStream final : public HeldStream {
+ public:
+  explicit EmptyStream(std::string name) : m_name(std::move(name)) {}
+
+  void header(std::vector<std::string>& names) const override { names.push_back(m_name); }
+  int64 read(int64 /*begin*/, int64 end) override { return end; }
+  void write(LineRow& row, int64 /*frame*/) override { row.field("", ""); }
+  void write(JsonRow& row, int64 /*frame*/) override { row.null(m_name.c_str()); }
+  bool changes(int64 /*frame*/, double /*tolerance*/) override { return false; }
+  void keep(int64 /*frame*/) override {}
+
+ private:
+  const std::string m_name;
+};
+
 using HeldStreams = std::vector<std::unique_ptr<HeldStream>>;
 
 struct FrameSpan {
@@ -306,10 +322,10 @@ struct FrameSpan {
 FrameSpan spanOf(const FramesOptions& options, const boost::rational<unsigned int>& rate,
                  const HeldStreams& streams) {
   FrameSpan span;
-  if (const auto from = parseBound(options.times.from, rate)) {
+  if (const auto from = parseBound("--from", options.times.from, rate)) {
     span.begin = firstFrameFrom(*from, rate);
   }
-  if (const auto to = parseBound(options.times.to, rate)) {
+  if (const auto to = parseBound("--to", options.times.to, rate)) {
     span.end = firstFrameFrom(*to, rate);
     return span;
   }
@@ -432,8 +448,8 @@ class FrameWriter {
 
 void printFrames(const FramesOptions& options) {
   const auto rate = parseRate(options.times.rate);
-  parseBound(options.times.from, rate);
-  parseBound(options.times.to, rate);
+  parseBound("--from", options.times.from, rate);
+  parseBound("--to", options.times.to, rate);
   const auto parser = openRecording(options.file, options.container);
   requireOtherFile(options.out.file, options.file);
   HeldStreams streams;
@@ -441,6 +457,10 @@ void printFrames(const FramesOptions& options) {
   requireMasks(*parser, options.file, chosen, options.redaction);
   std::optional<Progress> progress(std::in_place, options.file, bytesOf(*parser, chosen));
   for (const ChosenStream& stream : chosen) {
+    if (stream.isEmpty) {
+      streams.push_back(std::make_unique<EmptyStream>(stream.name));
+      continue;
+    }
     series::visitRecordType(stream.type, [&](const auto& row) {
       using Record = typename std::decay_t<decltype(row)>::type;
       streams.push_back(std::make_unique<HeldRecords<Record>>(

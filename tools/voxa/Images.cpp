@@ -93,7 +93,8 @@ class ImageFiles {
 
 void extractImages(const ImagesOptions& options) {
   const auto parser = openRecording(options.file, options.container);
-  const auto id = findStream(*parser, options.file, options.stream);
+  const ChosenStream stream = chooseOfType(*parser, options.file, options.stream, options.types,
+                                           series::recordTypeOf<CursorImage>());
   prepareFolder(options.folder, options.force);
   ImageFiles images(options.folder,
                     options.force ? files::Existing::Replace : files::Existing::Refuse);
@@ -106,12 +107,12 @@ void extractImages(const ImagesOptions& options) {
     row.field("file", file);
   };
   rows.header([&](auto& row) { describeImage(row, 0, 0, {}); });
-  const Progress progress(options.file, bytesOf(*parser, {id}));
+  const Progress progress(options.file, bytesOf(*parser, {stream}));
   std::string damage;
   try {
     const QuietModule quiet;
     series::forEachRecord<CursorImage>(
-        *parser, id, {}, [&](double seconds, const CursorImage& record) {
+        *parser, stream.id, {}, [&](double seconds, const CursorImage& record) {
           const std::string& file = images.fileOf(record);
           rows.write([&](auto& row) { describeImage(row, seconds, record.m_imageId, file); });
         });

@@ -200,6 +200,8 @@ std::optional<boost::uuids::uuid> chooseLoaded(ZRKMetaData::MetaDataParser& pars
   const auto id = lookUpStream(parser, options.file, options.stream);
   if (options.type.empty()) {
     request.type = infoOf(chooseStream(parser, options.file, options.stream, {}).type).name;
+  } else if (id) {
+    sayRefusedVersion(parser, options.file, *id, options.stream);
   }
   if (id) {
     const auto type = series::recordTypeNamed(request.type);
@@ -255,10 +257,10 @@ void loadParameter(const LoadOptions& options) {
     request.rate = rate ? *rate : screenTrackRate(options.file);
     requireOtherFile(options.out.file, options.file);
     if (at) request.at = frameOf(*at, request.rate);
-    if (const auto from = parseBound(options.from, request.rate)) {
+    if (const auto from = parseBound("--from", options.from, request.rate)) {
       request.from = RationalTime(firstFrameFrom(*from, request.rate));
     }
-    if (const auto to = parseBound(options.to, request.rate)) {
+    if (const auto to = parseBound("--to", options.to, request.rate)) {
       request.to = RationalTime(firstFrameFrom(*to, request.rate));
     }
     id = chooseLoaded(*parser, request);

@@ -44,6 +44,7 @@ class OverlayChoice {
     streams.cursor = stream(m_options.cursor, series::recordTypeOf<Point>());
     streams.keys = stream(m_options.keysStream, series::recordTypeOf<KeyStroke>());
     if (!streams.cursor && !streams.keys) {
+      if (m_all) m_all->sayDoubts();
       throw Failure(Status::WrongUse, m_options.file +
                                           ": no stream of points or keystrokes; name one with "
                                           "--cursor or --keys and use --as");
@@ -61,13 +62,14 @@ class OverlayChoice {
     if (!name.empty()) {
       return chooseOfType(m_parser, m_options.file, name, m_options.types, type);
     }
-    if (!m_all) m_all = chooseStreams(m_parser, m_options.file, {}, m_options.types);
-    return onlyOfType(m_options.file, *m_all, type);
+    if (!m_all)
+      m_all.emplace(m_parser, m_options.file, std::vector<std::string>{}, m_options.types);
+    return m_all->only(type);
   }
 
   ZRKMetaData::MetaDataParser& m_parser;
   const OverlayOptions& m_options;
-  std::optional<std::vector<ChosenStream>> m_all;  // guessed once
+  std::optional<StreamChoice> m_all;  // guessed once
 };
 
 // The size in which positions are stated, and how long the video is in seconds, 0 for unknown.

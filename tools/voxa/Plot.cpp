@@ -23,6 +23,7 @@ void drawPlot(const PlotOptions& options) {
   Output out({options.out, options.force});
   std::string damage;
   for (const ChosenStream& stream : streams) {
+    if (stream.isEmpty) continue;
     plot.beginStream(stream.name, stream.type);
     const QuietModule quiet;
     try {

@@ -654,10 +654,13 @@ class CommandLine {
         add("images", "Write the cursor images of a stream to files, and when each is shown.",
             "voxa images take1.voxa F1 -o cursors");
     command->add_option("FILE", m_images.file, "The recording")->required();
-    command->add_option("STREAM", m_images.stream, "Identifier, or its two-digit key")->required();
+    command->add_option("STREAM", m_images.stream,
+                        "Identifier, or its two-digit key (default: the only one of cursor "
+                        "images)");
     command->add_option("-o,--out", m_images.folder, "The folder, which must be new or empty")
         ->required()
         ->type_name("FOLDER");
+    addTypes(command, m_images.types);
     command->add_flag("--force", m_images.force, "Replace files of the same names in the folder");
     addContainer(command, m_images);
     command->callback([this] { extractImages(m_images); });

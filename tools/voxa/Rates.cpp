@@ -111,13 +111,13 @@ Kestova::int64 firstFrameFrom(const series::ExactSeconds& seconds,
   return static_cast<Kestova::int64>(frame);
 }
 
-std::optional<series::ExactSeconds> parseBound(const std::string& text,
-                                               const boost::rational<unsigned int>& rate) {
+std::optional<series::ExactSeconds> parseBound(const char* option, const std::string& text,
+                                               const std::optional<series::FrameRate>& rate) {
   if (text.empty()) return std::nullopt;
   try {
     return series::parseTime(text, rate);
   } catch (const std::invalid_argument& error) {
-    wrongUse(error.what());
+    wrongUse(std::string(option) + ": " + error.what());
   }
 }
 

@@ -34,9 +34,9 @@ Kestova::RationalTime frameOf(const CommandTime& time, const boost::rational<uns
 Kestova::int64 firstFrameFrom(const series::ExactSeconds& seconds,
                               const boost::rational<unsigned int>& rate);
 
-/// A bound of --from or --to, nothing for an empty text. Throws Failure (WrongUse) for what is no
-/// time (series::parseTime).
-std::optional<series::ExactSeconds> parseBound(const std::string& text,
-                                               const boost::rational<unsigned int>& rate);
+/// The value of `option`, --from or --to, nothing for an empty text. Throws Failure (WrongUse),
+/// which names the option, for what is no time (series::parseTime).
+std::optional<series::ExactSeconds> parseBound(const char* option, const std::string& text,
+                                               const std::optional<series::FrameRate>& rate);
 
 }  // namespace voxa
