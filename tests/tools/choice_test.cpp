@@ -70,4 +70,43 @@ TEST_F(Choice, OfPrivacyHasEveryStreamThatMayBeText) {
   }
 }
 
+TEST_F(Choice, OfDiffGoesOnAfterEveryStream) {
+  const std::vector<recording::Entry> entries = {
+      {streamId(0xF0), Bytes(33, 'a')},        // no type fits
+      {streamId(0xF1), ""},                    // no records
+      {streamId(0xF2), typed("typed"), 9},     // refused
+      {streamId(0xF3), typed("a few words")},  // named
+      {streamId(0xF8), Bytes(33, 'c')}};       // only in the first file
+  std::vector<recording::Entry> changed(entries.begin(), entries.end() - 1);
+  changed[0].records.back() = 'b';
+  changed[2].version = 1;
+  changed[3].records = typed("a few word");
+  const std::string before = write("a.voxa", entries);
+  const std::string after = write("b.voxa", changed);
+  const auto streamsOf = [](const Result& result) {
+    std::string text;
+    const json document = json::parse(result.out);
+    for (const json& stream : document["streams"]) {
+      text += stream["key"].get<std::string>() + " " + stream["in"].get<std::string>() + " " +
+              (stream["type"] == "unknown" ? stream["differs"].dump() : stream["removed"].dump()) +
+              "\n";
+    }
+    return text + document["equal"].dump();
+  };
+  const Result result = voxa({"diff", before, after, "--as=F3=keystrokes", "--format=json"});
+  EXPECT_EQ(result.status, 7) << result.error;
+  EXPECT_EQ(streamsOf(result),
+            "F0 both true\nF1 both false\nF2 both true\nF3 both 1\nF8 before true\nfalse");
+  const Result same = voxa({"diff", before, before, "--as=F3=keystrokes", "--format=json"});
+  EXPECT_EQ(same.status, 0) << same.error;
+  EXPECT_EQ(streamsOf(same),
+            "F0 both false\nF1 both false\nF2 both false\nF3 both 0\n"
+            "F8 both false\ntrue");
+  // What must not be printed is compared by its bytes.
+  const Result masked =
+      voxa({"diff", before, after, "--as=F3=points", "--redact", "--format=json"});
+  EXPECT_EQ(masked.status, 2);
+  EXPECT_NE(streamsOf(masked).find("F3 both true"), std::string::npos) << masked.out;
+}
+
 }  // namespace

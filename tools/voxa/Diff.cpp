@@ -29,6 +29,7 @@
 #include "tools/voxa/Recording.h"
 #include "tools/voxa/Rows.h"
 #include "tools/voxa/Sha256.h"
+#include "tools/voxa/StreamChoice.h"
 #include "tools/voxa/StreamNames.h"
 
 namespace voxa {
@@ -53,7 +54,7 @@ struct DiffFile {
   const std::string& file;
   std::unique_ptr<ZRKMetaData::MetaDataParser> parser;
   series::NamedTypes named;
-  std::string damage;  // of the first damaged stream, empty for none
+  std::vector<std::string> damages;  // of each damaged stream
 };
 
 // The fields of a record as text for a table: "x 1, y 2".
@@ -64,7 +65,7 @@ class FieldsText {
     if constexpr (std::is_arithmetic_v<Value>) {
       add(name, fmt::format("{}", value));
     } else {
-      add(name, '"' + text::printable(value) + '"');
+      add(name, '"' + text::printable(withEscapedQuotes(value)) + '"');
     }
   }
 
@@ -81,6 +82,15 @@ class FieldsText {
   const std::string& text() const { return m_text; }
 
  private:
+  static std::string withEscapedQuotes(const std::string& text) {
+    std::string escaped;
+    for (const char character : text) {
+      if (character == '"' || character == '\\') escaped += '\\';
+      escaped += character;
+    }
+    return escaped;
+  }
+
   void add(const char* name, const std::string& value) {
     if (!m_text.empty()) m_text += ", ";
     m_text += std::string(name) + " " + value;
@@ -146,13 +156,14 @@ class RecordingDiff {
     }
     if (isJson()) m_out.write(m_isEqual ? "],\"equal\":true}\n" : "],\"equal\":false}\n");
     m_out.finish();
-    Status status = m_isEqual ? Status::Done : Status::Different;
+    if (!m_isEqual) m_status = worse(m_status, Status::Different);
     for (const DiffFile* const source : {&m_before, &m_after}) {
-      if (source->damage.empty()) continue;
-      sayError(source->damage + "; the records before were compared");
-      status = worse(status, Status::DamagedData);
+      for (const std::string& damage : source->damages) {
+        sayError(damage + "; the records before were compared");
+        m_status = worse(m_status, Status::DamagedData);
+      }
     }
-    return status;
+    return m_status;
   }
 
  private:
@@ -169,33 +180,76 @@ class RecordingDiff {
   }
 
   void compare(const uuid& id) {
+    bool isRefused = false;
+    for (DiffFile* const source : {&m_before, &m_after}) {
+      if (sayRefusedVersion(*source->parser, source->file, id, m_name)) isRefused = true;
+    }
+    if (isRefused) {
+      compareBytes(id);
+      return;
+    }
     const auto before = typeOf(m_before, id);
     const auto after = typeOf(m_after, id);
     if (before && after && *before != *after) {
-      throw Failure(Status::WrongUse, m_name + " holds " + series::infoOf(*before).name + " in " +
-                                          m_options.before + " and " + series::infoOf(*after).name +
-                                          " in " + m_options.after + "; use --as " + m_name +
-                                          "=TYPE");
+      say(fmt::format("{0} holds {1} in {2} and {3} in {4}; use --as {0}=TYPE", m_name,
+                      series::infoOf(*before).name, m_options.before, series::infoOf(*after).name,
+                      m_options.after));
+      compareBytes(id);
+      return;
     }
-    if (!before && !after) return compareBytes(id);
+    if (!before && !after) {
+      if (compareBytes(id)) {
+        say(fmt::format("{0} differs, but its record type is not certain; use --as {0}=TYPE",
+                        m_name));
+      }
+      return;
+    }
     const RecordType type = before ? *before : *after;
-    for (const DiffFile* const source : {&m_before, &m_after}) {
-      if (!source->has(id)) continue;
-      requireMasks(*source->parser, source->file, {{id, m_name, type}}, m_options.redaction);
+    if (!hasMasks(id, type)) {
+      compareBytes(id);
+      return;
     }
     series::visitRecordType(type, [&](const auto& row) {
       compareRecords<typename std::decay_t<decltype(row)>::type>(id, row);
     });
   }
 
-  // Streams without records, or of a type that is not certain.
-  void compareBytes(const uuid& id) {
-    if (digestOf(m_before, id) == digestOf(m_after, id)) {
-      writeStream(id, "unknown", std::nullopt, {}, [](const DiffEdit&) {});
-      return;
+  // Whether the stream may be read as `type`; says so where it may not.
+  bool hasMasks(const uuid& id, RecordType type) {
+    try {
+      for (const DiffFile* const source : {&m_before, &m_after}) {
+        if (!source->has(id)) continue;
+        requireMasks(*source->parser, source->file, {{id, m_name, type}}, m_options.redaction);
+      }
+    } catch (const Failure& failure) {
+      sayError(failure.what());
+      m_status = worse(m_status, failure.status());
+      return false;
     }
-    throw Failure(Status::WrongUse, m_name + " differs, but its record type is not certain; use " +
-                                        "--as " + m_name + "=TYPE");
+    return true;
+  }
+
+  // Streams whose records cannot be compared: there are none, or they are of a type that is not
+  // certain or not the same. Returns whether both recordings have the stream, and it differs.
+  bool compareBytes(const uuid& id) {
+    const bool isInBoth = m_before.has(id) && m_after.has(id);
+    const bool differs =
+        digestOf(m_before, id) != digestOf(m_after, id) ||
+        series::refusedVersion(*m_before.parser, id) != series::refusedVersion(*m_after.parser, id);
+    if (differs || !isInBoth) m_isEqual = false;
+    if (isJson()) {
+      beginRow();
+      JsonRow row(m_out);
+      describeStream(row, id, "unknown");
+      row.field("differs", differs || !isInBoth);
+      row.end();
+    } else if (differs || !isInBoth) {
+      m_out.write(m_name + " unknown: ");
+      if (isInBoth) m_out.write("differs");
+      writeOnlyIn(id, "only in ");
+      m_out.write("\n");
+    }
+    return differs && isInBoth;
   }
 
   // Of the records; that of no records where the stream is not there.
@@ -219,7 +273,7 @@ class RecordingDiff {
           *source.parser, id, {},
           [&records](double seconds, const Record& record) { records.add(seconds, record); });
     } catch (const series::DamagedStream& damage) {
-      if (source.damage.empty()) source.damage = damage.message(source.file);
+      source.damages.push_back(damage.message(source.file));
     }
     return records.finish();
   }
@@ -279,34 +333,47 @@ class RecordingDiff {
   void writeStream(const uuid& id, const char* type, std::optional<double> offset,
                    const std::vector<DiffEdit>& edits, WriteEdit writeEdit) {
     const Counts counts = countsOf(edits);
-    const bool isListed = m_before.has(id) == m_after.has(id);
-    if (!edits.empty() || !isListed) m_isEqual = false;
+    const bool isInBoth = m_before.has(id) && m_after.has(id);
+    if (!edits.empty() || !isInBoth) m_isEqual = false;
     if (isJson()) {
-      m_out.write(m_isFirst ? "\n" : ",\n");
+      beginRow();
       JsonRow row(m_out);
-      row.field("id", boost::uuids::to_string(id));
-      row.field("key", ZRKMetaData::MetaDataUUID::shortKey(id));
-      row.field("type", std::string(type));
-      row.field("in", std::string(isListed ? "both" : m_before.has(id) ? "before" : "after"));
+      describeStream(row, id, type);
       if (offset) row.field("offset", *offset);
       row.field("added", counts.added);
       row.field("removed", counts.removed);
       row.field("changed", counts.changed);
       row.array("changes", edits, writeEdit);
       row.end();
-      m_isFirst = false;
       return;
     }
-    if (edits.empty() && isListed && offset.value_or(0) == 0) return;
+    if (edits.empty() && isInBoth && offset.value_or(0) == 0) return;
     m_out.write(fmt::format("{} {}: {} added, {} removed, {} changed", m_name, type, counts.added,
                             counts.removed, counts.changed));
     if (offset && *offset != 0) m_out.write(fmt::format(", {} s later", *offset));
-    if (!isListed) {
-      m_out.write(", only in ");
-      m_out.writePrintable(m_before.has(id) ? m_options.before : m_options.after);
-    }
+    writeOnlyIn(id, ", only in ");
     m_out.write("\n");
     for (const DiffEdit& edit : edits) writeEdit(edit);
+  }
+
+  void beginRow() {
+    m_out.write(m_isFirst ? "\n" : ",\n");
+    m_isFirst = false;
+  }
+
+  void describeStream(JsonRow& row, const uuid& id, const char* type) const {
+    const bool isInBoth = m_before.has(id) && m_after.has(id);
+    row.field("id", boost::uuids::to_string(id));
+    row.field("key", ZRKMetaData::MetaDataUUID::shortKey(id));
+    row.field("type", std::string(type));
+    row.field("in", std::string(isInBoth ? "both" : m_before.has(id) ? "before" : "after"));
+  }
+
+  // Of a table, for a stream that one recording has.
+  void writeOnlyIn(const uuid& id, const char* words) {
+    if (m_before.has(id) && m_after.has(id)) return;
+    m_out.write(words);
+    m_out.writePrintable(m_before.has(id) ? m_options.before : m_options.after);
   }
 
   const DiffOptions& m_options;
@@ -315,6 +382,7 @@ class RecordingDiff {
   Output m_out;
   std::string m_name;  // of the present stream
   bool m_isEqual = true;
+  Status m_status = Status::Done;
   bool m_isFirst = true;
 };
 
