@@ -13,6 +13,7 @@
 #include "tools/voxa/Commands.h"
 #include "tools/voxa/Messages.h"
 #include "tools/voxa/Output.h"
+#include "tools/voxa/Recording.h"
 #include "tools/voxa/Suggestion.h"
 #include "tools/voxa/Version.h"
 
@@ -223,8 +224,10 @@ class CommandLine {
                    const std::string& description) {
     command->add_flag("--simplify", m_simplify, description)
         ->option_text("[=TOL]")
+        ->check(CLI::Validator(
+            [](const std::string& text) { return text == kNoValue ? "" : checkNumber(text); }, ""))
         ->each([&tolerance](const std::string& text) {
-          tolerance = text == kNoValue ? 0 : parseNumber("--simplify", text);
+          tolerance = text == kNoValue ? 0 : numberOf(text);
         });
   }
 
@@ -271,6 +274,13 @@ class CommandLine {
                      "Identifiers, or their two-digit keys, or all: KEY[,KEY...] (default: all)")
         ->type_name("KEY[,KEY...]")
         ->delimiter(',')
+        ->check(CLI::Validator(
+            [](const std::string& text) {
+              const bool isKnown = text == kAllStreams || isStreamText(text);
+              return isKnown ? ""
+                             : text + " is neither a 36-character identifier nor a two-digit key";
+            },
+            ""))
         ->allow_extra_args(false);  // one list, so that FILE may follow
   }
 
@@ -304,14 +314,16 @@ class CommandLine {
     return series::redactionNamed(m_redact).value_or(series::Redaction::None);
   }
 
-  static double parseNumber(const char* option, const std::string& text) {
+  static std::optional<double> numberOf(const std::string& text) {
     double number = 0;
     const char* const end = text.data() + text.size();
     const auto [rest, error] = std::from_chars(text.data(), end, number);
-    if (error != std::errc() || rest != end || !std::isfinite(number) || number < 0) {
-      throw CLI::ValidationError(option, text + " is not a number of at least 0");
-    }
-    return number;
+    const bool isNumber = error == std::errc() && rest == end && std::isfinite(number);
+    return isNumber && number >= 0 ? std::optional(number) : std::nullopt;
+  }
+
+  static std::string checkNumber(const std::string& text) {
+    return numberOf(text) ? "" : text + " is not a number of at least 0";
   }
 
   // CLI11's range check accepts NaN.
@@ -544,10 +556,11 @@ class CommandLine {
         ->add_option_function<std::string>(
             "--gap",
             [this](const std::string& text) {
-              m_export.gap = parseNumber("--gap", text);
-              if (*m_export.gap == 0) throw CLI::ValidationError("--gap", "must be above 0");
+              m_export.gap = numberOf(text);
+              if (m_export.gap == 0) throw CLI::ValidationError("--gap", "must be above 0");
             },
             "Seconds without a record that are a pause (default: 5)")
+        ->check(CLI::Validator(checkNumber, ""))
         ->type_name("S");
     addDestination(command, m_export.out);
     addContainer(command, sources);

@@ -64,14 +64,13 @@ std::optional<boost::uuids::uuid> lookUpKey(const MetaDataParser& parser, const 
                 file + ": several streams have the key " + key + "; use one of:" + list);
 }
 
-boost::uuids::uuid parseIdentifier(const std::string& text) {
+std::optional<boost::uuids::uuid> parseIdentifier(const std::string& text) {
   constexpr std::size_t kTextSize = 36;
   try {
     if (text.size() == kTextSize) return boost::uuids::string_generator()(text);
-  } catch (const std::runtime_error&) {  // reported below
+  } catch (const std::runtime_error&) {  // then it is none
   }
-  throw Failure(Status::WrongUse,
-                "STREAM is neither a 36-character identifier nor a two-digit key: " + text);
+  return std::nullopt;
 }
 
 std::unique_ptr<MetaDataParser> open(const std::string& file,
@@ -134,11 +133,19 @@ void printDroppedMessages(const std::string& file) {
       MetaDataParser::createForFile(file, ZRKMetaData::containerKindOfFileName(file)));
 }
 
+bool isStreamText(const std::string& text) {
+  return isShortKey(text) || parseIdentifier(text);
+}
+
 std::optional<boost::uuids::uuid> lookUpStream(const MetaDataParser& parser,
                                                const std::string& file, const std::string& text) {
   if (isShortKey(text)) return lookUpKey(parser, file, upperCase(text));
-  const boost::uuids::uuid id = parseIdentifier(text);
-  return parser.locations().count(id) == 0 ? std::nullopt : std::optional(id);
+  const auto id = parseIdentifier(text);
+  if (!id) {
+    throw Failure(Status::WrongUse,
+                  "STREAM is neither a 36-character identifier nor a two-digit key: " + text);
+  }
+  return parser.locations().count(*id) == 0 ? std::nullopt : id;
 }
 
 Failure noSuchStream(const std::string& file, const std::string& text) {

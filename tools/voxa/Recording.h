@@ -44,6 +44,10 @@ std::unique_ptr<ZRKMetaData::MetaDataParser> openForModule(const std::string& fi
 /// scans the file. Scans the file again, because there may be millions of messages.
 void printDroppedMessages(const std::string& file);
 
+/// Whether `text` has the form of a stream: an identifier of 36 characters or the two digits of a
+/// short key.
+bool isStreamText(const std::string& text);
+
 /// Returns the identifier that `text` names in this recording, or nothing when it is not indexed.
 /// `text` is an identifier of 36 characters or the two digits of a short key; of several indexed
 /// identifiers with one key, it names the registered one. Throws Failure (WrongUse) when `text` is

@@ -1,5 +1,6 @@
 #include "tools/voxa/Sources.h"
 
+#include <algorithm>
 #include <set>
 
 #include "tools/voxa/Masks.h"
@@ -52,15 +53,16 @@ class Visitor {
     m_isAnyOpen = true;
     const auto types = typesIn(*parser, file);
     std::vector<std::string> streams;
-    if (m_options.streams != std::vector<std::string>{"all"}) {
-      for (const std::string& name : m_options.streams) {
+    const auto& asked = m_options.streams;
+    if (std::find(asked.begin(), asked.end(), kAllStreams) == asked.end()) {
+      for (const std::string& name : asked) {
         if (lookUpStream(*parser, file, name)) {
           streams.push_back(name);
         } else {
           report(noSuchStream(file, name));
         }
       }
-      if (streams.empty() && !m_options.streams.empty()) return;
+      if (streams.empty() && !asked.empty()) return;
     }
     m_visit({file, *parser, streams, types});
   }

@@ -13,11 +13,15 @@
 
 namespace voxa {
 
+/// The word of --streams for every stream.
+constexpr const char* kAllStreams = "all";
+
 /// FILE…, --streams, --as, --container and --redact.
 struct SourceOptions {
-  std::vector<std::string> files;    ///< UTF-8
-  std::vector<std::string> streams;  ///< as in `findStream`; empty or "all" for all
-  std::vector<std::string> types;    ///< "[STREAM=]TYPE"
+  std::vector<std::string> files;  ///< UTF-8
+  std::vector<std::string>
+      streams;  ///< as in `findStream`; empty, or with `kAllStreams` among them, for all
+  std::vector<std::string> types;  ///< "[STREAM=]TYPE"
   std::optional<ZRKMetaData::ContainerKind> container;
   series::Redaction redaction = series::Redaction::None;  ///< see `requireMasks`
 };
