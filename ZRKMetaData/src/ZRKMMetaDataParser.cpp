@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <fstream>
 #include <locale>
 #include <memory>
 #include <stdexcept>
@@ -12,7 +11,7 @@
 #include "ZRKMetaData/src/ZRKMAnnouncedLength.h"
 #include "ZRKMetaData/src/ZRKMAssert.h"
 #include "ZRKMetaData/src/ZRKMExceptionMaskGuard.h"
-#include "ZRKMetaData/src/ZRKMPlatform.h"
+#include "ZRKMetaData/src/ZRKMInputFile.h"
 #include "ZRKMetaData/src/ZRKMScan.h"
 #include "ZRKMetaData/src/ZRKMStreamWindow.h"
 
@@ -51,14 +50,9 @@ ContainerKind containerKindOfExtension(const std::string& extension) {
 
 class MetaDataFileParser final : public MetaDataParser {
  public:
-  MetaDataFileParser(const std::string& fileName, ContainerKind kind) : m_kind(kind) {
-    // Readers have read-ahead buffers. A large buffer here would be refilled at each seek.
-    m_infile.rdbuf()->pubsetbuf(m_buffer.data(), static_cast<std::streamsize>(m_buffer.size()));
-    openForReading(m_infile, fileName);
-    if (!m_infile.is_open()) {
-      m_infile.setstate(std::ios::failbit);
-      reportAssertion("m_infile.is_open()", kUnit, 216);
-    }
+  MetaDataFileParser(const std::string& fileName, ContainerKind kind)
+      : m_infile(fileName), m_kind(kind) {
+    if (!m_infile.isOpen()) reportAssertion("m_infile.is_open()", kUnit, 216);
   }
 
   ContainerKind containerKind() const override { return m_kind; }
@@ -66,8 +60,7 @@ class MetaDataFileParser final : public MetaDataParser {
   void close() override { m_infile.close(); }
 
  private:
-  std::array<char, 64> m_buffer{};  // outlives the stream that uses it
-  std::ifstream m_infile;
+  InputFile m_infile;
   const ContainerKind m_kind;
 };
 

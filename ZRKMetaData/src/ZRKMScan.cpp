@@ -15,9 +15,10 @@ namespace ZRKMetaData {
 
 namespace {
 
-// In bytes. Large enough that a run of small structures costs few system calls, small enough that
-// skipping a large one wastes little.
-constexpr std::size_t kReadAhead = 1024;
+// In bytes. The first read fetches the headers at the start of a usual file. While structures are
+// small, reads grow until a run of them costs few system calls.
+constexpr std::size_t kFirstReadAhead = 1024;
+constexpr std::size_t kMaxReadAhead = 65536;
 
 constexpr uint32 kContainerAtom = 0x5A524B4D;  // "ZRKM"
 constexpr uint32 kEntryAtom = 0x44415441;      // "DATA"
@@ -76,7 +77,7 @@ class Messages {
 class ScanPosition {
  public:
   ScanPosition(std::istream& stream, int64 fileSize, uint64 maxAfterBackwardJump)
-      : window(stream, 0, kReadAhead),
+      : window(stream, 0, kFirstReadAhead, kMaxReadAhead),
         m_fileSize(fileSize),
         m_maxAfterBackwardJump(maxAfterBackwardJump) {}
 

@@ -26,7 +26,12 @@ class StreamWindow {
  public:
   /// Reads `stream` from byte `position` on, up to `capacity` bytes ahead. With capacity 0 nothing
   /// is read ahead. The stream must outlive the window.
-  StreamWindow(std::istream& stream, int64 position, std::size_t capacity);
+  StreamWindow(std::istream& stream, int64 position, std::size_t capacity)
+      : StreamWindow(stream, position, capacity, capacity) {}
+
+  /// Reads `readAhead` bytes ahead at first, and twice as many after each read that follows the one
+  /// before, up to `capacity`. A long jump takes the read-ahead back to the size of one structure.
+  StreamWindow(std::istream& stream, int64 position, std::size_t readAhead, std::size_t capacity);
 
   /// Reads `stream` from its current position, without read-ahead. Positions count from there.
   explicit StreamWindow(std::istream& stream);
@@ -81,18 +86,22 @@ class StreamWindow {
   bool seekStream();
   std::size_t readStream(char* destination, std::size_t count);
   void fill(std::size_t count);
+  void endStep();
 
   const ExceptionMaskGuard m_maskGuard;
   std::istream& m_stream;
   const std::unique_ptr<char[]> m_buffer;
   std::size_t m_capacity;
-  const char* m_next;  // [m_next, m_end) is read ahead; m_end is at m_streamPosition
-  const char* m_end;
+  std::size_t m_readAhead;  // of the next read
+  const char* m_next;       // [m_next, m_end) is read ahead; m_end is at m_streamPosition
+  char* m_end;
   int64 m_streamPosition;
   int64 m_keptStart = 0;  // [m_keptStart, m_keptEnd) is still in the buffer after a seek
   int64 m_keptEnd = 0;
-  bool m_isFar = false;  // the last seek was a long jump
-  bool m_mustSeek;       // the stream is not at m_streamPosition yet
+  int64 m_stepStart;          // where the last read before the last seeks ended
+  int64 m_stepEnd;            // where the last seek led
+  bool m_isLongJump = false;  // from m_stepStart to m_stepEnd
+  bool m_mustSeek;            // the stream is not at m_streamPosition yet
   int64 m_limit = std::numeric_limits<int64>::max();
   std::ios::iostate m_state;
 };

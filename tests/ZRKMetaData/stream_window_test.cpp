@@ -33,20 +33,42 @@ TEST(StreamWindow, ReadsEachByteOnceAndSeeksOnce) {
   EXPECT_EQ(source.seekCount(), 1U);    // to the begin of the window
 }
 
-TEST(StreamWindow, ReadsLittleAfterALongJump) {
+TEST(StreamWindow, ReadsLittleAfterALongJumpAndThenTwiceAsMuch) {
   CountingBuffer source(countingBytes(100'000));
   std::istream in(&source);
-  StreamWindow window(in, 0, 1000);
-  char record[100];
-  for (const auto& [offset, count, bytes] :
-       {std::tuple{50'000, 8, 64},   // far: the size of a header
-        {50'056, 9, 64 + 1000},      // sequential
-        {51'500, 8, 64 + 2 * 1000},  // near
-        {10'000, 100, 64 + 2 * 1000 + 100}}) {
+  StreamWindow window(in, 0, 256, 1000);
+  char record[500];
+  std::size_t bytes = 0;
+  for (const auto& [offset, count, fetched] : {std::tuple{0, 8, 256},
+                                               {256, 8, 512},
+                                               {1'200, 8, 1000},  // a short step
+                                               {50'000, 8, 64},   // far: the size of a header
+                                               {50'056, 9, 128},  // sequential
+                                               {50'070, 8, 0},
+                                               {50'030, 8, 0},      // back into the window
+                                               {10'000, 500, 500},  // far, more than a window
+                                               {10'500, 8, 64},
+                                               {10'600, 8, 128}}) {
     window.seek(offset);
     window.read(record, static_cast<std::size_t>(count));
-    EXPECT_EQ(source.byteCount(), static_cast<std::size_t>(bytes)) << offset;
+    bytes += static_cast<std::size_t>(fetched);
+    EXPECT_EQ(source.byteCount(), bytes) << offset;
   }
+}
+
+// Each header reaches over the end of the bytes that are read ahead, and the next one begins inside
+// it.
+TEST(StreamWindow, ReadsNoByteTwiceInStepsOfOne) {
+  CountingBuffer source(countingBytes(10'000));
+  std::istream in(&source);
+  StreamWindow window(in, 0, 64, 1000);
+  char header[40];
+  for (int start = 0; start <= 9'960; ++start) {
+    window.seek(start);
+    window.read(header, sizeof header);
+    ASSERT_EQ(header[39], static_cast<char>((start + 39) % 251));
+  }
+  EXPECT_EQ(source.byteCount(), 10'000U);
 }
 
 // A scan that skips far and returns, as each container with a large foreign entry makes it do.

@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <boost/uuid/uuid_io.hpp>
 #include <filesystem>
-#include <fstream>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -9,7 +8,7 @@
 #include <type_traits>
 #include <vector>
 
-#include "ZRKMetaData/src/ZRKMPlatform.h"
+#include "ZRKMetaData/src/ZRKMInputFile.h"
 #include "text/Counted.h"
 #include "tools/files/OutputFile.h"
 #include "tools/keep/CutStream.h"
@@ -75,8 +74,7 @@ Pieces piecesOf(const GraftOptions& options, const std::optional<series::FrameRa
 
 Pieces piecesOfList(const GraftOptions& options, const std::optional<series::FrameRate>& rate) {
   requireOpens(options.editList);
-  std::ifstream file;
-  ZRKMetaData::openForReading(file, options.editList);
+  ZRKMetaData::InputFile file(options.editList);
   constexpr ZRKMetaData::int64 kMaxBytes = 64 << 20;
   const auto size = series::sizeOfSource(file);
   if (size > kMaxBytes) throw std::invalid_argument(options.editList + ": is larger than 64 MiB");

@@ -2,10 +2,9 @@
 
 #include <fmt/format.h>
 
-#include <fstream>
 #include <stdexcept>
 
-#include "ZRKMetaData/src/ZRKMPlatform.h"
+#include "ZRKMetaData/src/ZRKMInputFile.h"
 #include "text/Counted.h"
 #include "tools/voxa/Messages.h"
 #include "tools/voxa/Recording.h"
@@ -17,8 +16,7 @@ namespace {
 formats::KeyLabels readLabels(const std::string& file) {
   constexpr std::size_t kMaxBytes = 1U << 20U;  // a keyboard has a few hundred keys
   requireOpens(file);
-  std::ifstream in;
-  ZRKMetaData::openForReading(in, file);
+  ZRKMetaData::InputFile in(file);
   std::string text(kMaxBytes + 1, '\0');
   in.read(text.data(), static_cast<std::streamsize>(text.size()));
   text.resize(static_cast<std::size_t>(in.gcount()));

@@ -8,11 +8,10 @@
 #include <cctype>
 #include <cerrno>
 #include <filesystem>
-#include <fstream>
 #include <system_error>
 
 #include "ZRKMetaData/src/MetaDataUUID.h"
-#include "ZRKMetaData/src/ZRKMPlatform.h"
+#include "ZRKMetaData/src/ZRKMInputFile.h"
 #include "text/Utf8.h"
 #include "tools/voxa/Failure.h"
 #include "tools/voxa/Messages.h"
@@ -90,10 +89,8 @@ std::unique_ptr<MetaDataParser> open(const std::string& file,
 }  // namespace
 
 void requireOpens(const std::string& file) {
-  std::ifstream probe;
   errno = 0;
-  ZRKMetaData::openForReading(probe, file);
-  if (!probe.is_open()) {
+  if (!ZRKMetaData::InputFile(file).isOpen()) {
     throw Failure(Status::CannotOpen, file + ": cannot be opened: " + whyClosed(file, errno));
   }
 }

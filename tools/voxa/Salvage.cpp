@@ -4,13 +4,12 @@
 
 #include <algorithm>
 #include <boost/uuid/uuid_io.hpp>
-#include <fstream>
 #include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "ZRKMetaData/src/ZRKMPlatform.h"
+#include "ZRKMetaData/src/ZRKMInputFile.h"
 #include "text/Counted.h"
 #include "tools/files/OutputFile.h"
 #include "tools/recording/Block.h"
@@ -194,8 +193,7 @@ void salvageRecording(const SalvageOptions& options) {
   requireOpens(options.file);
   requireOtherFile(options.out, options.file);
   requireOtherFile(doubtfulOut, options.file);
-  std::ifstream file;
-  ZRKMetaData::openForReading(file, options.file);
+  ZRKMetaData::InputFile file(options.file);
   const Streams streams = [&] {
     const Progress progress(options.file, static_cast<double>(series::sizeOfSource(file)));
     return readStreams(options, file);
