@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iostream>
 #include <stdexcept>
+#include <type_traits>
 
 #include "ZRKMetaData/src/MetaDataUUID.h"
 #include "ZRKMetaData/src/ZRKMAnnouncedLength.h"
@@ -25,34 +26,40 @@ void readLeading(StreamWindow& in, Number& field) {
   if (in.eof() || in.bad()) throw std::runtime_error("invalid meta data entry");
 }
 
-void readValue(StreamWindow& in, int& value) {
-  readLittleEndian(in, value);
-}
-void readValue(StreamWindow& in, double& value) {
-  readLittleEndian(in, value);
-}
-void readValue(StreamWindow& in, int64& value) {
+template <class Source, class Number>
+void readValue(Source& in, Number& value) {
   readLittleEndian(in, value);
 }
 
-void readValue(StreamWindow& in, KeyStroke& value) {
+template <class Source>
+void readValue(Source& in, KeyStroke& value) {
   readLittleEndian(in, value.character);
   readLittleEndian(in, value.eventFlags);
 }
 
-void readValue(StreamWindow& in, Point& value) {
+template <class Source>
+void readValue(Source& in, Point& value) {
   readLittleEndian(in, value.x);
   readLittleEndian(in, value.y);
 }
 
-void readValue(StreamWindow& in, Rect& value) {
+template <class Source>
+void readValue(Source& in, Rect& value) {
   for (int32& coordinate : value.coordinates) readLittleEndian(in, coordinate);
 }
 
 template <class FixedSize>
 void decode(StreamWindow& in, double& seconds, FixedSize& value) {
-  readLeading(in, seconds);
-  readValue(in, value);
+  static_assert(std::has_unique_object_representations_v<FixedSize> ||
+                std::is_floating_point_v<FixedSize>);  // as large as its fields in the file
+  if (const char* const ready = in.take(sizeof seconds + sizeof value)) {
+    RecordBytes record(ready);
+    readLittleEndian(record, seconds);
+    readValue(record, value);
+  } else {
+    readLeading(in, seconds);
+    readValue(in, value);
+  }
 }
 
 // Reads what follows the size field of a string: the time, which the size includes, and the
