@@ -7,7 +7,9 @@ namespace Kestova {
 template <class T>
 KeyFrame<T>::KeyFrame(const boost::weak_ptr<const ThreadSafe>& owner, const RationalTime& time,
                       const T& value, const RationalTime& leadInLength)
-    : Subject(owner), m_time(time), m_value(value), m_leadInLength(leadInLength) {}
+    : Subject(owner), m_time(time), m_value(value) {
+  if (leadInLength != kNothingRare.leadInLength) ownRare().leadInLength = leadInLength;
+}
 
 template <class T>
 KeyFrame<T>::KeyFrame(const KeyFrame& other)
@@ -15,10 +17,12 @@ KeyFrame<T>::KeyFrame(const KeyFrame& other)
       SubProject(other),
       Subject(other),
       m_time(other.m_time),
-      m_value(other.m_value),
-      m_leadInLength(other.m_leadInLength),
-      m_interpolater(other.m_interpolater),
-      m_metaData(MetaDatable::cloneMetaData(other.m_metaData.get())) {}
+      m_value(other.m_value) {
+  if (!other.m_rare) return;
+  const Rare& rare = *other.m_rare;
+  m_rare.reset(new Rare{rare.leadInLength, rare.interpolater,
+                        MetaDatable::cloneMetaData(rare.metaData.get())});
+}
 
 template <class T>
 KeyFrame<T>::~KeyFrame() = default;
@@ -37,31 +41,42 @@ bool KeyFrame<T>::interfaceQuery() const {
 }
 
 template <class T>
-template <class Member, class Value>
-void KeyFrame<T>::change(Member& member, const Value& value) {
-  if (member == value) return;
-  member = value;
+typename KeyFrame<T>::Rare& KeyFrame<T>::ownRare() {
+  if (!m_rare) m_rare = std::make_unique<Rare>();
+  return *m_rare;
+}
+
+template <class T>
+template <class Value>
+void KeyFrame<T>::setRare(Value Rare::*member, const Value& value) {
+  if (rare().*member == value) return;
+  ownRare().*member = value;
   this->notify();
 }
 
 template <class T>
 void KeyFrame<T>::setTime(const RationalTime& time) {
-  change(m_time, time);
+  if (m_time == time) return;
+  m_time = time;
+  this->notify();
 }
 
 template <class T>
 void KeyFrame<T>::setValue(const T& value) {
-  change(m_value, ValueTraits<T>::verifyValue(value));
+  const T verified = ValueTraits<T>::verifyValue(value);
+  if (m_value == verified) return;
+  m_value = verified;
+  this->notify();
 }
 
 template <class T>
 void KeyFrame<T>::setLeadInLength(const RationalTime& leadInLength) {
-  change(m_leadInLength, leadInLength);
+  setRare(&Rare::leadInLength, leadInLength);
 }
 
 template <class T>
 void KeyFrame<T>::setInterpolater(const boost::shared_ptr<Interpolater<T>>& interpolater) {
-  change(m_interpolater, interpolater);
+  setRare(&Rare::interpolater, interpolater);
 }
 
 template <class T>
@@ -76,13 +91,13 @@ KeyFrame<T>* KeyFrame<T>::clone() const {
 
 template <class T>
 MetaDataMap* KeyFrame<T>::createMetaDataMap() {
-  m_metaData = std::make_unique<MetaDataMap>();
-  return m_metaData.get();
+  ownRare().metaData = std::make_unique<MetaDataMap>();
+  return m_rare->metaData.get();
 }
 
 template <class T>
 MetaDataMap* KeyFrame<T>::metaDataMap() const {
-  return m_metaData.get();
+  return rare().metaData.get();
 }
 
 #define KESTOVA_KEYFRAME(T) template class KeyFrame<T>;

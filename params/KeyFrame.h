@@ -30,16 +30,17 @@ class KeyFrame : public SubProject, public Subject {
   KeyFrame& operator=(const KeyFrame&) = delete;
   ~KeyFrame() override;
 
-  // Times are in the unit of the parameter. The references are valid as long as the keyframe.
+  // Times are in the unit of the parameter. The references are valid as long as the keyframe; those
+  // of the lead-in and the interpolater, until one of the two is set.
   const RationalTime& time() const { return m_time; }
   const T& value() const { return m_value; }
 
   /// The span before the time that belongs to this keyframe: the transition into it.
-  const RationalTime& leadInLength() const { return m_leadInLength; }
+  const RationalTime& leadInLength() const { return rare().leadInLength; }
 
   /// The keyframe's own interpolater, which replaces that of the parameter for the interval that
   /// ends here. Usually null.
-  const boost::shared_ptr<Interpolater<T>>& interpolater() const { return m_interpolater; }
+  const boost::shared_ptr<Interpolater<T>>& interpolater() const { return rare().interpolater; }
 
   // SubProject
   boost::weak_ptr<const ThreadSafe> projectMutex() const override;
@@ -73,14 +74,23 @@ class KeyFrame : public SubProject, public Subject {
   MetaDataMap* metaDataMap() const override;
 
  private:
-  template <class Member, class Value>
-  void change(Member& member, const Value& value);
+  // What few keyframes have. A loaded parameter has a million without.
+  struct Rare {
+    RationalTime leadInLength;
+    boost::shared_ptr<Interpolater<T>> interpolater;
+    std::unique_ptr<MetaDataMap> metaData;
+  };
+  inline static const Rare kNothingRare{};
+
+  const Rare& rare() const { return m_rare ? *m_rare : kNothingRare; }
+  Rare& ownRare();
+
+  template <class Value>
+  void setRare(Value Rare::*member, const Value& value);
 
   RationalTime m_time;
   T m_value;
-  RationalTime m_leadInLength;
-  boost::shared_ptr<Interpolater<T>> m_interpolater;
-  std::unique_ptr<MetaDataMap> m_metaData;
+  std::unique_ptr<Rare> m_rare;  // null for kNothingRare
 };
 
 }  // namespace Kestova

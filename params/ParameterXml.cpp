@@ -29,18 +29,19 @@ void KeyFrame<T>::xmlAttributes(XMLOptions& options) const {
     out.write(" time=\"", time, "\" value=\"", ValueTraits<T>::xmlText(m_value),
               "\" leadInLength=\"", leadInLength, "\" ");
   };
-  if (m_time.denominator() == 1 && m_leadInLength.denominator() == 1) {
-    write(m_time.numerator(), m_leadInLength.numerator());  // without a stream for whole times
+  if (m_time.denominator() == 1 && this->leadInLength().denominator() == 1) {
+    write(m_time.numerator(),
+          this->leadInLength().numerator());  // without a stream for whole times
   } else {
-    write(xmlTime(m_time), xmlTime(m_leadInLength));
+    write(xmlTime(m_time), xmlTime(this->leadInLength()));
   }
-  if (m_interpolater) out.write(" interpolater=\"", m_interpolater->typeName(), "\" ");
+  if (this->interpolater()) out.write(" interpolater=\"", this->interpolater()->typeName(), "\" ");
 }
 
 template <class T>
 void KeyFrame<T>::xmlBody(XMLOptions& options, int indent) const {
   // Most keyframes have no metadata; this saves two virtual calls for each.
-  if (m_metaData != nullptr) this->metaDataXML(options, indent);
+  if (this->metaDataMap() != nullptr) this->metaDataXML(options, indent);
 }
 
 template <class T>
