@@ -1,14 +1,18 @@
 // Prints by how many bytes per keyframe the resident memory of the process grows when it loads a
-// parameter, or with the argument "lean", when it fills the lean model.
+// parameter; with the argument "lean", when it fills the lean model; with "floor", when it decodes the
+// records into a vector of as many bytes as keyframes may take.
 #include <unistd.h>
 
 #include <cstring>
 #include <exception>
 #include <fstream>
 #include <iostream>
+#include <string>
+#include <vector>
 
 #include "bench/Lean.h"
 #include "bench/Project.h"
+#include "bench/Recordings.h"
 
 namespace {
 
@@ -45,12 +49,40 @@ void printLean() {
   print(residentBytes() - before);
 }
 
+struct Slot {
+  double seconds;
+  std::int32_t x;
+  std::int32_t y;
+  char rest[176];
+};
+
+void printFloor() {
+  const std::string name =
+      bench::recordingOf(bench::Stream::Points, bench::Order::Rising, kCount);
+  std::ifstream file(name, std::ios::binary | std::ios::ate);
+  constexpr std::streamoff kRecordBytes = 16;
+  file.seekg(-kCount * kRecordBytes, std::ios::cur);  // the block is the end of the file
+  const std::int64_t before = residentBytes();
+  std::vector<Slot> slots(kCount);
+  std::vector<char> block(std::size_t{64} << 10U);
+  auto slot = slots.begin();
+  while (slot != slots.end() && (file.read(block.data(), static_cast<std::streamsize>(block.size())),
+                                 file.gcount() != 0)) {
+    for (std::streamsize at = 0; at < file.gcount(); at += kRecordBytes, ++slot) {
+      std::memcpy(&*slot, &block[static_cast<std::size_t>(at)], kRecordBytes);
+    }
+  }
+  print(residentBytes() - before);
+}
+
 }  // namespace
 
 int main(int count, char** arguments) {
   try {
     if (count > 1 && std::strcmp(arguments[1], "lean") == 0) {
       printLean();
+    } else if (count > 1 && std::strcmp(arguments[1], "floor") == 0) {
+      printFloor();
     } else {
       printLoaded();
     }
