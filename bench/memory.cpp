@@ -1,6 +1,6 @@
 // Prints by how many bytes per keyframe the resident memory of the process grows when it loads a
-// parameter; with the argument "lean", when it fills the lean model; with "floor", when it decodes the
-// records into a vector of as many bytes as keyframes may take.
+// parameter; with the argument "lean", when it fills the lean model; with "floor", when it decodes
+// the records into a vector of as many bytes as keyframes may take.
 #include <unistd.h>
 
 #include <cstring>
@@ -57,8 +57,7 @@ struct Slot {
 };
 
 void printFloor() {
-  const std::string name =
-      bench::recordingOf(bench::Stream::Points, bench::Order::Rising, kCount);
+  const std::string name = bench::recordingOf(bench::Stream::Points, bench::Order::Rising, kCount);
   std::ifstream file(name, std::ios::binary | std::ios::ate);
   constexpr std::streamoff kRecordBytes = 16;
   file.seekg(-kCount * kRecordBytes, std::ios::cur);  // the block is the end of the file
@@ -66,8 +65,9 @@ void printFloor() {
   std::vector<Slot> slots(kCount);
   std::vector<char> block(std::size_t{64} << 10U);
   auto slot = slots.begin();
-  while (slot != slots.end() && (file.read(block.data(), static_cast<std::streamsize>(block.size())),
-                                 file.gcount() != 0)) {
+  while (
+      slot != slots.end() &&
+      (file.read(block.data(), static_cast<std::streamsize>(block.size())), file.gcount() != 0)) {
     for (std::streamsize at = 0; at < file.gcount(); at += kRecordBytes, ++slot) {
       std::memcpy(&*slot, &block[static_cast<std::size_t>(at)], kRecordBytes);
     }

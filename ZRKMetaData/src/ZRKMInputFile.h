@@ -20,7 +20,8 @@ class InputFileBuffer final : public std::streambuf {
 
   bool isOpen() const { return m_file != nullptr; }
 
-  /// From here on the buffer is empty and every seek fails. Returns false when it was closed before.
+  /// From here on the buffer is empty and every seek fails. Returns false when it was closed
+  /// before.
   bool close();
 
  protected:
