@@ -66,7 +66,7 @@ class HeaderSearch {
     constexpr std::size_t kOverlap = kWideAtomBytes + kEntryHeaderBytes;
     std::string piece;
     int64 start = range.start;  // of the piece
-    int64 next = range.start;
+    int64 next = start;
     m_file.clear();
     m_file.seekg(next);
     while (m_file.good() && next < range.end) {
