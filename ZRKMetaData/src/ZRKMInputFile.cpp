@@ -9,7 +9,7 @@ namespace ZRKMetaData {
 
 namespace {
 
-const std::streambuf::pos_type kFailed(std::streambuf::off_type(-1));
+constexpr std::streambuf::off_type kFailed = -1;
 
 }  // namespace
 

@@ -13,7 +13,7 @@ namespace Kestova {
 
 class KESTOVA_API RationalTime {
  public:
-  RationalTime() : m_ratio{0, 1} {}
+  RationalTime() noexcept : m_ratio{0, 1} {}
   explicit RationalTime(const int64& whole) : m_ratio{whole, 1} {}
 
   /// Throws boost::bad_rational for a zero denominator, std::overflow_error if the reduced form
