@@ -15,21 +15,23 @@ DamagedStream::DamagedStream(const boost::uuids::uuid& stream, ZRKMetaData::int6
       m_byteOffset(byteOffset),
       m_reason(reason) {}
 
+ZRKMetaData::int32 readableVersion(const boost::uuids::uuid& id) {
+  using ZRKMetaData::MetaDataUUID;
+  return MetaDataUUID::isKnown(id) ? 1 : MetaDataUUID::kUnknownVersion;
+}
+
 std::optional<ZRKMetaData::int32> refusedVersion(ZRKMetaData::MetaDataParser& parser,
                                                  const boost::uuids::uuid& id) {
-  using ZRKMetaData::MetaDataUUID;
   const auto found = parser.locations().find(id);
   if (found == parser.locations().end()) return std::nullopt;
   const auto version = ZRKMetaData::readHeaderAt(parser.stream(), found->second.offset).version;
-  const int readable = MetaDataUUID::isKnown(id) ? 1 : MetaDataUUID::kUnknownVersion;
-  return version == readable ? std::nullopt : std::optional(version);
+  return version == readableVersion(id) ? std::nullopt : std::optional(version);
 }
 
 namespace detail {
 
 void requireWhole(ZRKMetaData::MetaDataParser& parser, const boost::uuids::uuid& id,
                   ZRKMetaData::int64 position, ZRKMetaData::int64 cutRecordBytes) {
-  const EntryExtent extent = entryExtent(parser, parser.locationOf(id));
   if (cutRecordBytes != 0) {
     const auto size = static_cast<std::uint64_t>(cutRecordBytes);
     const auto there = static_cast<std::uint64_t>(sizeOfSource(parser.stream()) - position);
@@ -37,8 +39,8 @@ void requireWhole(ZRKMetaData::MetaDataParser& parser, const boost::uuids::uuid&
                         "the file ends " + text::counted(there, "byte") + " into a record of " +
                             text::counted(size, "byte"));
   }
-  if (!extent.isCut()) return;
-  if (refusedVersion(parser, id)) return;
+  const EntryExtent extent = entryExtent(parser, parser.locationOf(id));
+  if (!extent.isCut() || refusedVersion(parser, id)) return;
   throw DamagedStream(id, position, extent.cutText());
 }
 

@@ -51,6 +51,10 @@ class DamagedStream : public std::runtime_error {
   std::string m_reason;
 };
 
+/// The version that the reader accepts for the identifier. MetaDataUUID::currentVersionForUUID says
+/// the same and prints a message for an identifier that is not registered.
+ZRKMetaData::int32 readableVersion(const boost::uuids::uuid& id);
+
 /// The version of stream `id` where the reader refuses it, nothing where the stream can be read or
 /// is not indexed. Moves the parser's stream and clears its state.
 std::optional<ZRKMetaData::int32> refusedVersion(ZRKMetaData::MetaDataParser& parser,

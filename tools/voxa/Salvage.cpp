@@ -15,6 +15,7 @@
 #include "tools/recording/Block.h"
 #include "tools/recording/Container.h"
 #include "tools/series/EntryExtent.h"
+#include "tools/series/RecordStream.h"
 #include "tools/voxa/Commands.h"
 #include "tools/voxa/Extension.h"
 #include "tools/voxa/Output.h"
@@ -26,7 +27,6 @@ namespace voxa {
 
 using series::SalvagedStream;
 using series::SalvageState;
-using ZRKMetaData::int32;
 using ZRKMetaData::int64;
 using ZRKMetaData::MetaDataHeader;
 using ZRKMetaData::MetaDataUUID;
@@ -62,11 +62,6 @@ const char* nameOf(SalvageState state) {
   return "";
 }
 
-// The version by which a reader accepts the stream, whatever was stored.
-int32 readableVersion(const boost::uuids::uuid& id) {
-  return MetaDataUUID::isKnown(id) ? 1 : MetaDataUUID::kUnknownVersion;
-}
-
 // Throws std::runtime_error when the file has become shorter.
 void copyRecords(std::istream& file, const SalvagedStream& stream, const recording::Write& write) {
   constexpr int64 kPieceBytes = 1 << 16;
@@ -87,14 +82,14 @@ void copyRecords(std::istream& file, const SalvagedStream& stream, const recordi
 void writeBlock(std::istream& file, const Streams& streams, files::OutputFile& out) {
   std::vector<recording::StreamedEntry> entries;
   for (const SalvagedStream& stream : streams) {
-    entries.push_back({boost::uuids::to_string(stream.header.uuid),
-                       static_cast<std::uint64_t>(stream.size),
-                       [&file, &stream](const recording::Write& write) {
-                         const MetaDataHeader& header = stream.header;
-                         write(recording::entryBytes(
-                             {header.uuid, "", readableVersion(header.uuid), header.reserved}));
-                         copyRecords(file, stream, write);
-                       }});
+    entries.push_back(
+        {boost::uuids::to_string(stream.header.uuid), static_cast<std::uint64_t>(stream.size),
+         [&file, &stream](const recording::Write& write) {
+           const MetaDataHeader& header = stream.header;
+           write(recording::entryBytes(
+               {header.uuid, "", series::readableVersion(header.uuid), header.reserved}));
+           copyRecords(file, stream, write);
+         }});
   }
   recording::writeBlock(recording::Layout::Atoms, entries,
                         [&out](std::string_view bytes) { out.write(bytes); });
