@@ -26,6 +26,7 @@ void readLeading(StreamWindow& in, Number& field) {
   if (in.eof() || in.bad()) throw std::runtime_error("invalid meta data entry");
 }
 
+// Source: a StreamWindow, or RecordBytes.
 template <class Source, class Number>
 void readValue(Source& in, Number& value) {
   readLittleEndian(in, value);
@@ -50,16 +51,8 @@ void readValue(Source& in, Rect& value) {
 
 template <class FixedSize>
 void decode(StreamWindow& in, double& seconds, FixedSize& value) {
-  static_assert(std::has_unique_object_representations_v<FixedSize> ||
-                std::is_floating_point_v<FixedSize>);  // as large as its fields in the file
-  if (const char* const ready = in.take(sizeof seconds + sizeof value)) {
-    RecordBytes record(ready);
-    readLittleEndian(record, seconds);
-    readValue(record, value);
-  } else {
-    readLeading(in, seconds);
-    readValue(in, value);
-  }
+  readLeading(in, seconds);
+  readValue(in, value);
 }
 
 // Reads what follows the size field of a string: the time, which the size includes, and the
@@ -154,10 +147,48 @@ void reset(std::string& value) {
   value.clear();  // keeps its capacity
 }
 
+// The size in bytes of a record, 0 where it varies.
+template <class T>
+constexpr std::size_t kRecordSize = sizeof(double) + sizeof(T);
+template <>
+constexpr std::size_t kRecordSize<std::string> = 0;
+template <>
+constexpr std::size_t kRecordSize<CursorImage> = 0;
+
+// Delivers the records that are read ahead as a whole, with one check for all. Returns false to
+// stop. Requires: the position is before `end`.
+template <class T>
+bool deliverReadAhead(DataStreamObserver<T>& observer, StreamWindow& in, int64 end) {
+  static_assert(std::has_unique_object_representations_v<T> || std::is_floating_point_v<T>,
+                "as large as its fields in the file");
+  constexpr std::size_t kSize = kRecordSize<T>;
+  const uint64 beforeEnd = (static_cast<uint64>(end - in.position()) - 1) / kSize + 1;
+  const auto count = static_cast<std::size_t>(std::min<uint64>(in.ahead() / kSize, beforeEnd));
+  const char* next = in.next();
+  for (const char* const last = next + count * kSize; next != last;) {
+    RecordBytes record(next);
+    double seconds = 0;
+    T value{};
+    readLittleEndian(record, seconds);
+    readValue(record, value);
+    next += kSize;
+    in.consumeTo(next);  // before the call, which may throw
+    if (!observer.onData(seconds, value)) return false;
+  }
+  return true;
+}
+
 template <class T>
 void deliverRecords(DataStreamObserver<T>& observer, StreamWindow& in, int64 end) {
   T value{};
   while (in.good() && in.position() < end) {
+    if constexpr (kRecordSize<T> != 0) {
+      if (in.ahead() >= kRecordSize<T>) {
+        if (!deliverReadAhead(observer, in, end)) return;
+        in.peek();
+        continue;
+      }
+    }
     double seconds = 0;
     reset(value);
     decode(in, seconds, value);

@@ -54,7 +54,7 @@ class StreamWindow {
 
   /// Reads up to `count` bytes and returns how many it read.
   std::size_t read(void* destination, std::size_t count) {
-    if (count > static_cast<std::size_t>(m_end - m_next)) return readPastWindow(destination, count);
+    if (count > ahead()) return readPastWindow(destination, count);
     std::copy_n(m_next, count, static_cast<char*>(destination));
     m_next += count;
     return count;
@@ -63,9 +63,16 @@ class StreamWindow {
   /// Consumes the next `count` bytes and returns a pointer to them in the buffer, or returns null
   /// and consumes nothing when they are not all there. The next operation invalidates the pointer.
   const char* take(std::size_t count) {
-    if (count > static_cast<std::size_t>(m_end - m_next)) return nullptr;
+    if (count > ahead()) return nullptr;
     return std::exchange(m_next, m_next + count);
   }
+
+  /// The bytes that are read ahead start at `next()`; there are `ahead()` of them. `consumeTo`
+  /// makes the read position that of one of them, or their end. Other operations invalidate the
+  /// pointers.
+  const char* next() const { return m_next; }
+  std::size_t ahead() const { return static_cast<std::size_t>(m_end - m_next); }
+  void consumeTo(const char* next) { m_next = next; }
 
   /// Makes `position` the position of the next read. Inside the buffer this only moves a pointer.
   /// Outside, the next read seeks the stream, and fails if that fails. The buffer keeps its bytes
