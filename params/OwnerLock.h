@@ -3,6 +3,7 @@
 
 #include <boost/smart_ptr/shared_ptr.hpp>
 #include <boost/smart_ptr/weak_ptr.hpp>
+#include <utility>
 
 #include "host/Kestova/ThreadSafe.h"
 
@@ -11,9 +12,10 @@ namespace Kestova {
 /// Returns the lock of `owner`, which the pointer keeps alive. Null, which locks nothing, if there
 /// is no owner or it was destroyed.
 inline boost::shared_ptr<ReadWriteMutex> lockOf(const boost::weak_ptr<const ThreadSafe>& owner) {
-  const boost::shared_ptr<const ThreadSafe> project = owner.lock();
+  boost::shared_ptr<const ThreadSafe> project = owner.lock();
   if (!project) return {};
-  return {project, &project->readWriteMutex()};
+  ReadWriteMutex& mutex = project->readWriteMutex();
+  return {std::move(project), &mutex};
 }
 
 }  // namespace Kestova

@@ -20,27 +20,38 @@ bool ReadWriteMutex::isAmong(const ReadHold* holds) const {
   return holds != nullptr;
 }
 
-void ReadWriteMutex::lockRead(ReadHold& hold) {
-  if (isWriter()) {
-    ++m_holds;
-    return;
+// Counts this thread among the readers, after the writer where there is one. Returns false if this
+// thread is the writer, whose locks then have one more.
+bool ReadWriteMutex::enter() {
+  while ((m_readers.fetch_add(1, std::memory_order_acquire) & kWriting) != 0) {
+    leave();
+    if (isWriter()) {
+      ++m_holds;
+      return false;
+    }
+    m_gate.lock();
+    m_gate.unlock();
   }
+  return true;
+}
+
+void ReadWriteMutex::leave() {
+  if (m_readers.fetch_sub(1, std::memory_order_release) != (kWriting | 1U)) return;
+  const std::lock_guard<std::mutex> lock(m_exit);
+  m_lastReaderLeft.notify_one();
+}
+
+void ReadWriteMutex::lockRead(ReadHold& hold) {
   // Cached, because thread-local access is a function call in a shared library.
   ReadHold*& holds = t_readHolds;
-  if (!isAmong(holds)) {
-    if (m_gateIsClosed.load()) {
-      m_gate.lock();
-      m_gate.unlock();
-    }
-    m_lock.lock_shared();
-  }
+  if (!isAmong(holds) && !enter()) return;
   hold.mutex = this;
   hold.next = holds;
   holds = &hold;
 }
 
 void ReadWriteMutex::unlockRead(ReadHold& hold) {
-  if (isWriter()) {
+  if (hold.mutex == nullptr) {
     unlockWrite();
     return;
   }
@@ -48,7 +59,7 @@ void ReadWriteMutex::unlockRead(ReadHold& hold) {
   ReadHold** place = &holds;
   while (*place != &hold) place = &(*place)->next;
   *place = hold.next;
-  if (!isAmong(holds)) m_lock.unlock_shared();
+  if (!isAmong(holds)) leave();
 }
 
 void ReadWriteMutex::lockWrite() {
@@ -59,8 +70,10 @@ void ReadWriteMutex::lockWrite() {
       throw KestovaException(kComplaint);
     }
     m_gate.lock();
-    m_gateIsClosed = true;
-    m_lock.lock();
+    m_readers.fetch_or(kWriting, std::memory_order_acquire);
+    std::unique_lock<std::mutex> lock(m_exit);
+    m_lastReaderLeft.wait(lock,
+                          [this] { return m_readers.load(std::memory_order_acquire) == kWriting; });
     m_writer.store(std::this_thread::get_id(), std::memory_order_relaxed);
   }
   ++m_holds;
@@ -69,8 +82,7 @@ void ReadWriteMutex::lockWrite() {
 void ReadWriteMutex::unlockWrite() {
   if (--m_holds != 0) return;
   m_writer.store({}, std::memory_order_relaxed);
-  m_lock.unlock();
-  m_gateIsClosed = false;
+  m_readers.fetch_and(~kWriting, std::memory_order_release);
   m_gate.unlock();
 }
 

@@ -11,8 +11,9 @@
 
 #include <atomic>
 #include <boost/smart_ptr/shared_ptr.hpp>
+#include <condition_variable>
+#include <cstdint>
 #include <mutex>
-#include <shared_mutex>
 #include <thread>
 
 #include "host/Kestova/Export.h"
@@ -24,7 +25,7 @@ class KESTOVA_API ReadWriteMutex {
   // object, because a thread-local container would need a destructor, which on some platforms runs
   // after its memory is freed.
   struct ReadHold {
-    const ReadWriteMutex* mutex = nullptr;
+    const ReadWriteMutex* mutex = nullptr;  // null under the thread's own write lock
     ReadHold* next = nullptr;
   };
 
@@ -65,18 +66,28 @@ class KESTOVA_API ReadWriteMutex {
   void lockWrite();
   void unlockWrite();
 
+  bool enter();
+  void leave();
   bool isWriter() const;
   bool isAmong(const ReadHold* holds) const;
 
+  static constexpr std::uint32_t kWriting = std::uint32_t{1} << 31U;
+
   static thread_local ReadHold* t_readHolds;
 
-  // Synchronised by themselves. A writer holds the gate from the start of its wait to its release,
-  // so that new readers wait at the gate and do not delay the writer.
-  std::mutex m_gate;
-  std::shared_mutex m_lock;
-  std::atomic<bool> m_gateIsClosed{false};
-  std::atomic<std::thread::id> m_writer{};
+  // The number of reading threads, and kWriting while a writer waits or writes. A read lock that
+  // meets no writer costs one operation on it, and one to release.
+  std::atomic<std::uint32_t> m_readers{0};
 
+  // A writer holds the gate from the start of its wait to its release, so that new readers wait at
+  // the gate and do not delay the writer.
+  std::mutex m_gate;
+
+  // Where a writer waits for the readers to leave.
+  std::mutex m_exit;
+  std::condition_variable m_lastReaderLeft;
+
+  std::atomic<std::thread::id> m_writer{};
   unsigned m_holds = 0;  // locks of the writing thread; guarded by the write lock
 };
 
