@@ -18,14 +18,17 @@ namespace {
 
 constexpr unsigned char kKey = 0xF0;
 
+fs::path pathOf(const std::string& name) {
+  return fs::path(KESTOVA_BENCH_RECORDINGS) / (name + ".voxa");
+}
+
 // Returns the path of a file, which `write` writes on the first call in this process.
 template <class Write>
 std::string file(const std::string& name, Write write) {
   static std::set<std::string> written;
-  const fs::path folder = KESTOVA_BENCH_RECORDINGS;
-  const fs::path path = folder / (name + ".voxa");
+  const fs::path path = pathOf(name);
   if (written.insert(name).second) {
-    fs::create_directories(folder);
+    fs::create_directories(path.parent_path());
     std::ofstream out(path, std::ios::binary | std::ios::trunc);
     write(out);
     if (!out.flush()) throw std::runtime_error(path.string() + ": cannot be written");
@@ -45,6 +48,10 @@ const char* nameOf(Stream stream) {
 const char* nameOf(Order order) {
   static constexpr const char* kNames[] = {"rising", "falling", "shuffled"};
   return kNames[static_cast<int>(order)];
+}
+
+std::string nameOf(Stream stream, Order order, std::int64_t count) {
+  return std::string(nameOf(stream)) + '-' + nameOf(order) + '-' + std::to_string(count);
 }
 
 Bytes record(Stream stream, std::int64_t frame) {
@@ -83,18 +90,25 @@ std::string sparseRecording(std::int64_t count) {
 }
 
 std::string recordingOf(Stream stream, Order order, std::int64_t count) {
-  const std::string name =
-      std::string(nameOf(stream)) + '-' + nameOf(order) + '-' + std::to_string(count);
-  return file(name, [&](std::ostream& out) {
+  return file(nameOf(stream, order, count), [&](std::ostream& out) {
     Bytes records;
     for (const std::int64_t frame : keyedFrames(count, order)) records += record(stream, frame);
     out << block(records);
   });
 }
 
+std::string writtenRecording(Stream stream, Order order, std::int64_t count) {
+  const fs::path path = pathOf(nameOf(stream, order, count));
+  if (!fs::exists(path)) throw std::runtime_error(path.string() + ": run kestova_bench first");
+  return path.string();
+}
+
+std::string streamFileName(const std::string& recording) {
+  return recording + "/" + boost::uuids::to_string(recording::streamId(kKey));
+}
+
 std::string streamFileName(Stream stream, Order order, std::int64_t count) {
-  return recordingOf(stream, order, count) + "/" +
-         boost::uuids::to_string(recording::streamId(kKey));
+  return streamFileName(recordingOf(stream, order, count));
 }
 
 std::int32_t pixelAt(std::int64_t frame) {

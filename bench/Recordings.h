@@ -24,7 +24,12 @@ enum class Stream { Points, Doubles, Ints, Strings };
 /// KIND-ORDER-COUNT.voxa: `count` records. Strings have 20 characters.
 std::string recordingOf(Stream stream, Order order, std::int64_t count);
 
-/// The stream file name for a loader.
+/// The name of the recording that `recordingOf` wrote in another process, for one that measures
+/// what it takes itself. Throws std::runtime_error if there is none.
+std::string writtenRecording(Stream stream, Order order, std::int64_t count);
+
+/// The stream file name for a loader, of a file of `recordingOf`.
+std::string streamFileName(const std::string& recording);
 std::string streamFileName(Stream stream, Order order, std::int64_t count);
 
 /// The value of the keyframe at a frame.

@@ -1,6 +1,7 @@
 // Prints by how many bytes per keyframe the resident memory of the process grows when it loads a
 // parameter; with the argument "lean", when it fills the lean model; with "floor", when it decodes
-// the records into a vector of as many bytes as keyframes may take.
+// the records into a vector of as many bytes as keyframes may take. Needs the recording that
+// kestova_bench writes.
 #include <unistd.h>
 
 #include <cstring>
@@ -30,10 +31,13 @@ void print(std::int64_t grownBytes) {
   std::cout << static_cast<double>(grownBytes) / static_cast<double>(kCount) << '\n';
 }
 
+std::string recordingOfPoints() {
+  return bench::writtenRecording(bench::Stream::Points, bench::Order::Rising, kCount);
+}
+
 void printLoaded() {
   const bench::Project project;
-  const std::string name =
-      bench::streamFileName(bench::Stream::Points, bench::Order::Rising, kCount);
+  const std::string name = bench::streamFileName(recordingOfPoints());
   const std::int64_t before = residentBytes();
   const auto parameter = project.load(&bench::Project::Loader::loadPoints, name);
   print(residentBytes() - before);
@@ -57,7 +61,7 @@ struct Slot {
 };
 
 void printFloor() {
-  const std::string name = bench::recordingOf(bench::Stream::Points, bench::Order::Rising, kCount);
+  const std::string name = recordingOfPoints();
   std::ifstream file(name, std::ios::binary | std::ios::ate);
   constexpr std::streamoff kRecordBytes = 16;
   file.seekg(-kCount * kRecordBytes, std::ios::cur);  // the block is the end of the file
