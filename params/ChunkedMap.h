@@ -11,6 +11,9 @@
 
 #include "host/Kestova/RationalTime.h"
 #include "params/Run.h"
+#include "params/SlabAllocator.h"
+#include "params/Slabs.h"
+#include "params/TimeSearch.h"
 
 namespace Kestova {
 
@@ -55,10 +58,14 @@ class ChunkedMap {
       --m_position.index;
       return *this;
     }
-    /// The entry before this one. Requires: this is not the first entry.
-    const_iterator previous() const {
-      const_iterator entry = *this;
-      return --entry;
+    /// Those of the entry before this one. Require: this is not the first entry.
+    const RationalTime& previousTime() const {
+      if (m_position.index == 0) return m_map->m_lastTimes[m_position.chunk - 1];
+      return chunk().times[m_position.index - 1];
+    }
+    const Value& previousValue() const {
+      if (m_position.index == 0) return m_map->m_chunks[m_position.chunk - 1].values.back();
+      return chunk().values[m_position.index - 1];
     }
     bool operator==(const const_iterator& other) const { return m_position == other.m_position; }
     bool operator!=(const const_iterator& other) const { return m_position != other.m_position; }
@@ -75,35 +82,43 @@ class ChunkedMap {
   bool empty() const { return m_size == 0; }
   std::size_t size() const { return m_size; }
   const_iterator begin() const { return {*this, {}}; }
-  const_iterator end() const { return at(m_chunks.size(), 0); }
+  const_iterator end() const { return at(m_lastTimes.size(), 0); }
 
   /// The first entry that is not before `time`.
   const_iterator lowerBound(const RationalTime& time) const {
-    if (m_chunks.empty() || m_lastTimes.back() < time) return end();
-    const auto last = std::lower_bound(m_lastTimes.begin(), m_lastTimes.end(), time);
-    const auto chunk = last - m_lastTimes.begin();
-    const Run<RationalTime>& times = m_chunks[static_cast<std::size_t>(chunk)].times;
+    if (m_lastTimes.empty() || m_lastTimes.back() < time) return end();
+    const std::size_t chunk = lowerBoundIndex(m_lastTimes.begin(), m_lastTimes.size(), time);
+    const auto& times = m_chunks[chunk].times;
     // A binary search waits for one cache miss after the other; loading all lines overlaps them.
     constexpr std::size_t kTimesPerCacheLine = 4;
     for (std::size_t index = 0; index < times.size(); index += kTimesPerCacheLine) {
       __builtin_prefetch(times.begin() + index);
     }
-    return at(chunk, std::lower_bound(times.begin(), times.end(), time) - times.begin());
+    return at(chunk, lowerBoundIndex(times.begin(), times.size(), time));
   }
 
-  /// The same. Takes constant time when the result is at `hint` or at most three entries after it.
-  /// Any position is a valid hint, also one from before a change.
+  /// The same. Faster when the result is at `hint` or shortly after it. Any position is a valid
+  /// hint, also one from before a change.
   const_iterator lowerBound(const RationalTime& time, Position hint) const {
-    constexpr int kMaxComparisons = 4;
-    if (hint.chunk < m_chunks.size() && hint.index < m_chunks[hint.chunk].times.size()) {
-      const_iterator entry(*this, hint);
-      if (entry == begin() || entry.previous().time() < time) {
-        for (int count = 0; count < kMaxComparisons && entry != end(); ++count, ++entry) {
-          if (!(entry.time() < time)) return entry;
-        }
-      }
+    std::size_t chunk = hint.chunk;
+    std::size_t index = hint.index;
+    if (chunk < m_lastTimes.size() && m_lastTimes[chunk] < time) {
+      ++chunk;
+      index = 0;
     }
-    return lowerBound(time);
+    if (chunk >= m_lastTimes.size() || m_lastTimes[chunk] < time) return lowerBound(time);
+    const auto& times = m_chunks[chunk].times;
+    if (index >= times.size()) return lowerBound(time);
+    const bool startsBefore = index != 0   ? times[index - 1] < time
+                              : chunk != 0 ? m_lastTimes[chunk - 1] < time
+                                           : true;
+    if (!startsBefore) return lowerBound(time);
+    constexpr std::size_t kMaxSteps = 4;
+    for (std::size_t steps = 0; steps < kMaxSteps; ++steps) {
+      if (!(times[index] < time)) return at(chunk, index);
+      ++index;  // stays inside the chunk, whose last time is not before `time`
+    }
+    return at(chunk, index + lowerBoundIndex(&times[index], times.size() - index, time));
   }
 
   /// Inserts an entry before `next`. Requires: `next` is the lower bound of `time`, which has no
@@ -144,9 +159,16 @@ class ChunkedMap {
   static constexpr std::size_t kMaxChunkSize =
       64;  // bounds what an insertion moves: 1 KiB of times
 
+  template <class T>
+  using Memory = SlabAllocator<T, kMaxChunkSize>;
+
   struct Chunk {
-    Run<RationalTime> times;
-    Run<Value> values;
+    Chunk() = default;
+    explicit Chunk(Slabs* slabs)
+        : times(Memory<RationalTime>(slabs)), values(Memory<Value>(slabs)) {}
+
+    Run<RationalTime, Memory<RationalTime>> times;
+    Run<Value, Memory<Value>> values;
   };
 
   template <class Number, class Index>
@@ -182,7 +204,8 @@ class ChunkedMap {
 
   // The only chunk of a map may stay small; others are expected to fill.
   void insertChunk(std::size_t number) {
-    Chunk chunk;
+    if (!m_slabs) m_slabs = Slabs::create();
+    Chunk chunk(m_slabs.get());
     const std::size_t capacity = m_chunks.empty() ? 1 : kMaxChunkSize;
     chunk.times.reserve(capacity);
     chunk.values.reserve(capacity);
@@ -232,6 +255,7 @@ class ChunkedMap {
     eraseChunk(number + 1);
   }
 
+  Slabs::Pointer m_slabs;         // of the arrays of full size; null before the first chunk
   Run<Chunk> m_chunks;            // none is empty
   Run<RationalTime> m_lastTimes;  // of each chunk
   std::size_t m_size = 0;

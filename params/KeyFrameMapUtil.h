@@ -25,7 +25,7 @@ class KeyFrameMapUtil {
   /// The time of the entry before `notBefore`, or `beforeAllTimes`. For the lower bound of a time
   /// this is the last time strictly before it.
   RationalTime previousTime(const KeyFrameMap<T>& keyFrames, Entry notBefore) const {
-    return notBefore == keyFrames.begin() ? beforeAllTimes() : notBefore.previous().time();
+    return notBefore == keyFrames.begin() ? beforeAllTimes() : notBefore.previousTime();
   }
 
   /// The first time strictly after `time`, or `afterAllTimes`. Requires: `notBefore` is the lower

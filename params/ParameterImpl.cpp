@@ -11,6 +11,7 @@
 #include "params/OwnerLock.h"
 #include "params/ParameterIterator.h"
 #include "params/Placement.h"
+#include "params/SlabAllocator.h"
 #include "params/ValueTraits.h"
 
 namespace Kestova {
@@ -156,7 +157,7 @@ template <class T>
 void ParameterImpl<T>::addKeyFrame(const RationalTime& time, const T& value,
                                    const RationalTime& leadInLength) {
   const Entry next = roomFor(time, leadInLength);
-  insert(next, time, boost::make_shared<KeyFrame<T>>(m_owner, time, value, leadInLength));
+  insert(next, time, makeKeyFrame(time, value, leadInLength));
   const auto self = keptAlive();
   const RationalTime added = time;  // a copy: an observer may free the keyframe of `time`
   this->notify();
@@ -219,17 +220,19 @@ T ParameterImpl<T>::valueAt(const RationalTime& time) const {
   const ReadLock lock(lockOf(m_owner));
   if (m_keyFrames.empty()) throw KeyFrameException(RationalTime(0), this->name());
   const Entry next = lookUp(time);
-  if (next == m_keyFrames.end()) return next.previous().value()->value();
+  if (next == m_keyFrames.end()) return next.previousValue()->value();
   const KeyFrame<T>& later = *next.value();
   if (next == m_keyFrames.begin() || next.time() == time) return later.value();
   if (m_editRateSource != nullptr &&
       isLessThanOneFrame(time, later.time(), m_editRateSource->editRate())) {
     return later.value();
   }
-  const KeyFrame<T>& earlier = *next.previous().value();
-  const auto interpolater = later.interpolater() ? later.interpolater() : this->interpolater();
-  return interpolater->interpolate(earlier.value(), later.value(), earlier.time(), later.time(),
-                                   time.toDouble(), later.leadInLength());
+  const KeyFrame<T>& earlier = *next.previousValue();
+  const auto& own = later.interpolater();
+  const auto common = own ? nullptr : this->interpolater();
+  return (own ? own : common)
+      ->interpolate(earlier.value(), later.value(), earlier.time(), later.time(), time.toDouble(),
+                    later.leadInLength());
 }
 
 template <class T>
@@ -342,6 +345,15 @@ template <class T>
 boost::shared_ptr<Parameter<T>> ParameterImpl<T>::keptAlive() {
   const bool isObserved = m_isObserved.load(std::memory_order_relaxed) || this->hasHadListeners();
   return isObserved ? this->weak_from_this().lock() : nullptr;
+}
+
+template <class T>
+boost::shared_ptr<KeyFrame<T>> ParameterImpl<T>::makeKeyFrame(const RationalTime& time,
+                                                              const T& value,
+                                                              const RationalTime& leadInLength) {
+  if (!m_keyFrameMemory) m_keyFrameMemory = Slabs::create();
+  const SlabAllocator<KeyFrame<T>, 1> memory(m_keyFrameMemory.get());
+  return boost::allocate_shared<KeyFrame<T>>(memory, m_owner, time, value, leadInLength);
 }
 
 template <class T>

@@ -11,6 +11,7 @@
 #include "params/Attribute.h"
 #include "params/KeyFrameMapUtil.h"
 #include "params/Parameter.h"
+#include "params/Slabs.h"
 
 namespace Kestova {
 
@@ -110,6 +111,8 @@ class ParameterImpl : public Parameter<T> {
   using Position = typename KeyFrameMap<T>::Position;
 
   boost::shared_ptr<Parameter<T>> keptAlive();
+  KeyFramePointer makeKeyFrame(const RationalTime& time, const T& value,
+                               const RationalTime& leadInLength);
 
   [[noreturn]] void refuse(const RationalTime& time) const;
   Entry lookUp(const RationalTime& time) const;
@@ -122,6 +125,7 @@ class ParameterImpl : public Parameter<T> {
   KeyFramePointer erase(Entry entry);
 
   // Guarded by the project's lock.
+  Slabs::Pointer m_keyFrameMemory;  // null before the first keyframe that the parameter makes
   KeyFrameMap<T> m_keyFrames;
   boost::shared_ptr<Attribute<std::string>> m_identifier;
   const boost::weak_ptr<const ThreadSafe> m_owner;

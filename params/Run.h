@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <limits>
+#include <memory>
 #include <utility>
 #include <vector>
 
@@ -12,9 +13,11 @@ namespace Kestova {
 
 /// Requires: `T` is default constructible and copyable, and its move does not throw. Not
 /// synchronised. Every change invalidates pointers and references to the elements.
-template <class T>
+template <class T, class Allocator = std::allocator<T>>
 class Run {
  public:
+  explicit Run(const Allocator& allocator = Allocator()) : m_elements(allocator) {}
+
   std::size_t size() const { return m_elements.size() - m_first; }
   bool empty() const { return size() == 0; }
 
@@ -72,7 +75,7 @@ class Run {
     m_first = 0;
   }
 
-  std::vector<T> m_elements;
+  std::vector<T, Allocator> m_elements;
   std::size_t m_first = 0;  // the elements before this index are free space
 };
 
