@@ -1,6 +1,7 @@
 // An ordered map from exact times to values, optimised for lookups, iteration and appending. Times
-// are stored in sorted chunks of up to 64, and the last times of all chunks in one array, so that a
-// lookup touches few cache lines and an insertion moves the elements of at most one chunk.
+// are stored in sorted chunks of up to 64, whole times in half of the space of others, and the last
+// times of all chunks in one array, so that a lookup touches few cache lines and an insertion moves
+// the elements of at most one chunk.
 #pragma once
 
 #include <algorithm>
@@ -13,7 +14,8 @@
 #include "params/Run.h"
 #include "params/SlabAllocator.h"
 #include "params/Slabs.h"
-#include "params/TimeSearch.h"
+#include "params/SortedSearch.h"
+#include "params/TimeRun.h"
 
 namespace Kestova {
 
@@ -38,10 +40,10 @@ class ChunkedMap {
     using iterator_category = std::input_iterator_tag;
     using value_type = std::pair<RationalTime, Value>;
     using difference_type = std::ptrdiff_t;
-    using reference = std::pair<const RationalTime&, const Value&>;
+    using reference = std::pair<RationalTime, const Value&>;
     using pointer = void;
 
-    const RationalTime& time() const { return chunk().times[m_position.index]; }
+    RationalTime time() const { return chunk().times[m_position.index]; }
     const Value& value() const { return chunk().values[m_position.index]; }
     reference operator*() const { return {time(), value()}; }
     Position position() const { return m_position; }
@@ -59,7 +61,7 @@ class ChunkedMap {
       return *this;
     }
     /// Those of the entry before this one. Require: this is not the first entry.
-    const RationalTime& previousTime() const {
+    RationalTime previousTime() const {
       if (m_position.index == 0) return m_map->m_lastTimes[m_position.chunk - 1];
       return chunk().times[m_position.index - 1];
     }
@@ -87,14 +89,10 @@ class ChunkedMap {
   /// The first entry that is not before `time`.
   const_iterator lowerBound(const RationalTime& time) const {
     if (m_lastTimes.empty() || m_lastTimes.back() < time) return end();
-    const std::size_t chunk = lowerBoundIndex(m_lastTimes.begin(), m_lastTimes.size(), time);
-    const auto& times = m_chunks[chunk].times;
-    // A binary search waits for one cache miss after the other; loading all lines overlaps them.
-    constexpr std::size_t kTimesPerCacheLine = 4;
-    for (std::size_t index = 0; index < times.size(); index += kTimesPerCacheLine) {
-      __builtin_prefetch(times.begin() + index);
-    }
-    return at(chunk, lowerBoundIndex(times.begin(), times.size(), time));
+    const std::size_t chunk = sortedLowerBound(m_lastTimes.begin(), m_lastTimes.size(), time);
+    const Times& times = m_chunks[chunk].times;
+    times.prefetch();
+    return at(chunk, times.lowerBound(time));
   }
 
   /// The same. Faster when the result is at `hint` or shortly after it. Any position is a valid
@@ -107,7 +105,7 @@ class ChunkedMap {
       index = 0;
     }
     if (chunk >= m_lastTimes.size() || m_lastTimes[chunk] < time) return lowerBound(time);
-    const auto& times = m_chunks[chunk].times;
+    const Times& times = m_chunks[chunk].times;
     if (index >= times.size()) return lowerBound(time);
     const bool startsBefore = index != 0   ? times[index - 1] < time
                               : chunk != 0 ? m_lastTimes[chunk - 1] < time
@@ -118,13 +116,13 @@ class ChunkedMap {
       if (!(times[index] < time)) return at(chunk, index);
       ++index;  // stays inside the chunk, whose last time is not before `time`
     }
-    return at(chunk, index + lowerBoundIndex(&times[index], times.size() - index, time));
+    return at(chunk, times.lowerBound(time));
   }
 
   /// Inserts an entry before `next`. Requires: `next` is the lower bound of `time`, which has no
   /// entry. When an allocation fails, nothing is changed.
   void insert(const_iterator next, const RationalTime& time, Value value) {
-    const auto [number, index] = reserveBefore(next.position());
+    const auto [number, index] = reserveBefore(next.position(), time);
     Chunk& chunk = m_chunks[number];
     chunk.times.insert(index, time);
     chunk.values.insert(index, std::move(value));
@@ -156,18 +154,15 @@ class ChunkedMap {
   }
 
  private:
-  static constexpr std::size_t kMaxChunkSize =
-      64;  // bounds what an insertion moves: 1 KiB of times
+  // Bounds what an insertion moves.
+  static constexpr std::size_t kMaxChunkSize = 64;
 
   template <class T>
   using Memory = SlabAllocator<T, kMaxChunkSize>;
+  using Times = TimeRun<Memory>;
 
   struct Chunk {
-    Chunk() = default;
-    explicit Chunk(Slabs* slabs)
-        : times(Memory<RationalTime>(slabs)), values(Memory<Value>(slabs)) {}
-
-    Run<RationalTime, Memory<RationalTime>> times;
+    Times times;
     Run<Value, Memory<Value>> values;
   };
 
@@ -176,36 +171,40 @@ class ChunkedMap {
     return {*this, {static_cast<std::uint32_t>(chunk), static_cast<std::uint32_t>(index)}};
   }
 
-  // Allocates space for one more entry before `next`; returns the position at which to insert it.
-  Position reserveBefore(Position next) {
+  // Allocates space for an entry before `next`; returns the position at which to insert it.
+  Position reserveBefore(Position next, const RationalTime& time) {
     if (next.index == 0 && next.chunk != 0) {  // the end of the previous chunk is equivalent
       const std::uint32_t before = next.chunk - 1;
       const std::size_t size = m_chunks[before].times.size();
       if (size < kMaxChunkSize) {
-        reserveOneMore(m_chunks[before]);
+        reserveFor(time, m_chunks[before]);
         return {before, static_cast<std::uint32_t>(size)};
       }
     }
     const bool isBetween = next.chunk == m_chunks.size() ||
                            (next.index == 0 && m_chunks[next.chunk].times.size() == kMaxChunkSize);
     if (isBetween) {
-      insertChunk(next.chunk);
+      insertChunk(next.chunk, time.isWhole());
     } else if (m_chunks[next.chunk].times.size() == kMaxChunkSize) {
       next = split(next);
     }
-    reserveOneMore(m_chunks[next.chunk]);
+    reserveFor(time, m_chunks[next.chunk]);
     return next;
   }
 
-  static void reserveOneMore(Chunk& chunk) {
-    chunk.times.reserveOneMore(kMaxChunkSize);
+  static void reserveFor(const RationalTime& time, Chunk& chunk) {
+    chunk.times.reserveFor(time, kMaxChunkSize);
     chunk.values.reserveOneMore(kMaxChunkSize);
   }
 
   // The only chunk of a map may stay small; others are expected to fill.
-  void insertChunk(std::size_t number) {
+  void insertChunk(std::size_t number, bool hasWholeTimes) {
     if (!m_slabs) m_slabs = Slabs::create();
-    Chunk chunk(m_slabs.get());
+    if (!m_wholeTimeSlabs) m_wholeTimeSlabs = Slabs::create();
+    Slabs* const slabs = m_slabs.get();
+    Chunk chunk{
+        Times(Memory<int64>(m_wholeTimeSlabs.get()), Memory<RationalTime>(slabs), hasWholeTimes),
+        Run<Value, Memory<Value>>(Memory<Value>(slabs))};
     const std::size_t capacity = m_chunks.empty() ? 1 : kMaxChunkSize;
     chunk.times.reserve(capacity);
     chunk.values.reserve(capacity);
@@ -223,7 +222,7 @@ class ChunkedMap {
   // Moves the second half of a full chunk to a new chunk; returns the new position of `entry`.
   Position split(Position entry) {
     constexpr std::uint32_t kHalf = kMaxChunkSize / 2;
-    insertChunk(entry.chunk + 1U);
+    insertChunk(entry.chunk + 1U, m_chunks[entry.chunk].times.isWhole());
     Chunk& full = m_chunks[entry.chunk];
     moveTail(full, kHalf, m_chunks[entry.chunk + 1U]);
     m_lastTimes[entry.chunk + 1U] = m_lastTimes[entry.chunk];
@@ -247,7 +246,9 @@ class ChunkedMap {
     Chunk& left = m_chunks[number];
     Chunk& right = m_chunks[number + 1];
     const std::size_t size = left.times.size() + right.times.size();
-    if (size > kMaxChunkSize / 2 || left.times.capacity() < size || left.values.capacity() < size) {
+    const bool mustConvert = left.times.isWhole() && !right.times.isWhole();
+    if (mustConvert || size > kMaxChunkSize / 2 || left.times.capacity() < size ||
+        left.values.capacity() < size) {
       return;
     }
     moveTail(right, 0, left);
@@ -255,7 +256,10 @@ class ChunkedMap {
     eraseChunk(number + 1);
   }
 
-  Slabs::Pointer m_slabs;         // of the arrays of full size; null before the first chunk
+  // Of the arrays of full size. Null before the first chunk.
+  Slabs::Pointer m_wholeTimeSlabs;
+  Slabs::Pointer m_slabs;
+
   Run<Chunk> m_chunks;            // none is empty
   Run<RationalTime> m_lastTimes;  // of each chunk
   std::size_t m_size = 0;

@@ -16,7 +16,8 @@ namespace Kestova {
 template <class T, class Allocator = std::allocator<T>>
 class Run {
  public:
-  explicit Run(const Allocator& allocator = Allocator()) : m_elements(allocator) {}
+  Run() = default;
+  explicit Run(const Allocator& allocator) : m_elements(allocator) {}
 
   std::size_t size() const { return m_elements.size() - m_first; }
   bool empty() const { return size() == 0; }
@@ -27,6 +28,7 @@ class Run {
   T& operator[](std::size_t index) { return m_elements[m_first + index]; }
   const T& back() const { return m_elements.back(); }
 
+  Allocator allocator() const { return m_elements.get_allocator(); }
   std::size_t capacity() const { return m_elements.capacity(); }
   void reserve(std::size_t count) { m_elements.reserve(m_first + count); }
 

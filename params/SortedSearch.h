@@ -1,26 +1,24 @@
-// Finds a time among sorted times.
+// A binary search among rising values.
 #pragma once
 
 #include <cstddef>
 
-#include "host/Kestova/RationalTime.h"
-
 namespace Kestova {
 
-/// Returns the index of the first of `count` rising times that is not before `time`, or `count`.
+/// Returns the index of the first of `count` rising values that is not below `value`, or `count`.
 ///
-/// The result of a comparison is a number and not a branch: the processor would guess every second
-/// branch of a search at random wrong, which costs more than the comparison.
-inline std::size_t lowerBoundIndex(const RationalTime* times, std::size_t count,
-                                   const RationalTime& time) {
-  const RationalTime* first = times;
+/// The result of a comparison is a number and not a branch: of the branches of a search the
+/// processor predicts every second one wrong, which costs more than the comparison.
+template <class Value>
+std::size_t sortedLowerBound(const Value* values, std::size_t count, const Value& value) {
+  const Value* first = values;
   while (count > 1) {
     const std::size_t half = count / 2;
-    first += static_cast<std::size_t>(first[half - 1] < time) * half;
+    first += static_cast<std::size_t>(first[half - 1] < value) * half;
     count -= half;
   }
-  const bool isAfterLast = count == 1 && *first < time;
-  return static_cast<std::size_t>(first - times) + static_cast<std::size_t>(isAfterLast);
+  const bool isAfterLast = count == 1 && *first < value;
+  return static_cast<std::size_t>(first - values) + static_cast<std::size_t>(isAfterLast);
 }
 
 }  // namespace Kestova

@@ -35,14 +35,26 @@ void expectSame(const Map& map, const Model& model) {
 // The order of the times of a sequence of insertions.
 struct Order {
   const char* name;
-  int (*time)(int number, Random& random);
+  RationalTime (*time)(int number, Random& random);
 };
 
+int upTo(unsigned count, Random& random) {
+  return static_cast<int>(random() % count);
+}
+
 const Order kOrders[] = {
-    {"InTimeOrder", [](int number, Random&) { return number; }},
-    {"InReverse", [](int number, Random&) { return -number; }},
-    {"FromBothEnds", [](int number, Random&) { return number % 2 == 0 ? number : -number; }},
-    {"Shuffled", [](int, Random& random) { return static_cast<int>(random() % 2000); }},
+    {"InTimeOrder", [](int number, Random&) { return RationalTime(number); }},
+    {"InReverse", [](int number, Random&) { return RationalTime(-number); }},
+    {"FromBothEnds",
+     [](int number, Random&) { return RationalTime(number % 2 ? -number : number); }},
+    {"Shuffled", [](int, Random& random) { return RationalTime(upTo(2000, random)); }},
+    {"ShuffledThirds",
+     [](int, Random& random) { return RationalTime(upTo(2000, random) - 1000, 3); }},
+    // Few chunks have a time that is not whole.
+    {"RarelyHalves",
+     [](int number, Random& random) {
+       return RationalTime(2 * upTo(1000, random) + (number % 100 == 0 ? 1 : 0), 2);
+     }},
 };
 
 class ChunkedMaps : public testing::TestWithParam<Order> {};
@@ -52,7 +64,7 @@ TEST_P(ChunkedMaps, AgreeWithAStandardMap) {
   Map map;
   Model model;
   for (int number = 0; number < 1000; ++number) {
-    const RationalTime time(GetParam().time(number, random));
+    const RationalTime time = GetParam().time(number, random);
     const auto entry = map.lowerBound(time);
     if (entry != map.end() && entry.time() == time) {
       EXPECT_EQ(map.exchange(entry, number), std::exchange(model[time], number));
@@ -76,18 +88,18 @@ TEST_P(ChunkedMaps, FindTheSameEntryWithAnyHint) {
   Random random(2);
   Map map;
   for (int number = 0; number < 500; ++number) {
-    const RationalTime time(3 * GetParam().time(number, random));
+    const RationalTime time = GetParam().time(number, random);
     const auto entry = map.lowerBound(time);
     if (entry == map.end() || entry.time() != time) map.insert(entry, time, number);
   }
   for (int number = 0; number < 5000; ++number) {
-    const RationalTime time(static_cast<int>(random() % 8000) - 2000);
+    const RationalTime time(upTo(8000, random) - 2000, 1 + upTo(3, random));
     const auto chunk = static_cast<std::uint32_t>(random() % 12);  // also past the end
     const auto index = static_cast<std::uint32_t>(random() % 70);
     EXPECT_EQ(map.lowerBound(time, {chunk, index}), map.lowerBound(time));
   }
   for (auto entry = map.begin(); entry != map.end(); ++entry) {
-    const RationalTime after = entry.time() + RationalTime(1, 2);
+    const RationalTime after = entry.time() + RationalTime(1, 1000);
     EXPECT_EQ(map.lowerBound(after, entry.position()), std::next(entry));
   }
 }
