@@ -29,9 +29,11 @@ std::string file(const std::string& name, Write write) {
   const fs::path path = pathOf(name);
   if (written.insert(name).second) {
     fs::create_directories(path.parent_path());
-    std::ofstream out(path, std::ios::binary | std::ios::trunc);
+    const fs::path unfinished = path.string() + ".part";
+    std::ofstream out(unfinished, std::ios::binary | std::ios::trunc);
     write(out);
-    if (!out.flush()) throw std::runtime_error(path.string() + ": cannot be written");
+    if (!out.flush()) throw std::runtime_error(unfinished.string() + ": cannot be written");
+    fs::rename(unfinished, path);
   }
   return path.string();
 }

@@ -8,6 +8,7 @@
 #include <exception>
 #include <fstream>
 #include <iostream>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -40,6 +41,8 @@ void printLoaded() {
   const std::string name = bench::streamFileName(recordingOfPoints());
   const std::int64_t before = residentBytes();
   const auto parameter = project.load(&bench::Project::Loader::loadPoints, name);
+  if (parameter->numKeyFrames() != kCount)
+    throw std::runtime_error(name + ": keyframes are missing");
   print(residentBytes() - before);
 }
 

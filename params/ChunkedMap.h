@@ -60,7 +60,7 @@ class ChunkedMap {
       --m_position.index;
       return *this;
     }
-    /// Those of the entry before this one. Require: this is not the first entry.
+    /// Return the time and the value of the previous entry. Require: this is not the first entry.
     RationalTime previousTime() const {
       if (m_position.index == 0) return m_map->m_lastTimes[m_position.chunk - 1];
       return chunk().times[m_position.index - 1];
@@ -184,7 +184,7 @@ class ChunkedMap {
     const bool isBetween = next.chunk == m_chunks.size() ||
                            (next.index == 0 && m_chunks[next.chunk].times.size() == kMaxChunkSize);
     if (isBetween) {
-      insertChunk(next.chunk, time.isWhole());
+      insertChunk(next.chunk, isWhole(time));
     } else if (m_chunks[next.chunk].times.size() == kMaxChunkSize) {
       next = split(next);
     }
@@ -199,8 +199,10 @@ class ChunkedMap {
 
   // The only chunk of a map may stay small; others are expected to fill.
   void insertChunk(std::size_t number, bool hasWholeTimes) {
-    if (!m_slabs) m_slabs = Slabs::create();
-    if (!m_wholeTimeSlabs) m_wholeTimeSlabs = Slabs::create();
+    if (!m_slabs && !m_chunks.empty()) {
+      m_wholeTimeSlabs = Slabs::create();
+      m_slabs = Slabs::create();
+    }
     Slabs* const slabs = m_slabs.get();
     Chunk chunk{
         Times(Memory<int64>(m_wholeTimeSlabs.get()), Memory<RationalTime>(slabs), hasWholeTimes),
@@ -222,7 +224,7 @@ class ChunkedMap {
   // Moves the second half of a full chunk to a new chunk; returns the new position of `entry`.
   Position split(Position entry) {
     constexpr std::uint32_t kHalf = kMaxChunkSize / 2;
-    insertChunk(entry.chunk + 1U, m_chunks[entry.chunk].times.isWhole());
+    insertChunk(entry.chunk + 1U, m_chunks[entry.chunk].times.takesWholeOnly());
     Chunk& full = m_chunks[entry.chunk];
     moveTail(full, kHalf, m_chunks[entry.chunk + 1U]);
     m_lastTimes[entry.chunk + 1U] = m_lastTimes[entry.chunk];
@@ -246,7 +248,7 @@ class ChunkedMap {
     Chunk& left = m_chunks[number];
     Chunk& right = m_chunks[number + 1];
     const std::size_t size = left.times.size() + right.times.size();
-    const bool mustConvert = left.times.isWhole() && !right.times.isWhole();
+    const bool mustConvert = left.times.takesWholeOnly() && !right.times.takesWholeOnly();
     if (mustConvert || size > kMaxChunkSize / 2 || left.times.capacity() < size ||
         left.values.capacity() < size) {
       return;
@@ -256,7 +258,7 @@ class ChunkedMap {
     eraseChunk(number + 1);
   }
 
-  // Of the arrays of full size. Null before the first chunk.
+  // Of the arrays of full size, but for those of the first chunk. Null before the second one.
   Slabs::Pointer m_wholeTimeSlabs;
   Slabs::Pointer m_slabs;
 

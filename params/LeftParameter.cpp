@@ -57,6 +57,12 @@ boost::shared_ptr<KeyFrame<T>> LeftParameter<T>::replaceKeyFrame(
 }
 
 template <class T>
+T LeftParameter<T>::valueAt(const RationalTime& time) const {
+  static const boost::shared_ptr<const Interpolater<T>> step = LeftInterpolater<T>::getInstance();
+  return ParameterImpl<T>::valueAt(time, step.get());
+}
+
+template <class T>
 T LeftParameter<T>::setValue(const T& value, const RationalTime& time) {
   const KeyFrameMap<T>& keyFrames = this->keyFrames();
   if (keyFrames.empty()) return ParameterImpl<T>::setValue(value, time);
@@ -67,10 +73,7 @@ T LeftParameter<T>::setValue(const T& value, const RationalTime& time) {
 
 template <class T>
 boost::shared_ptr<Interpolater<T>> LeftParameter<T>::interpolater() const {
-  // The only object of its class is never destroyed before the module. A pointer that does not
-  // count references to it saves two atomic operations per value between keyframes.
-  static Interpolater<T>* const instance = LeftInterpolater<T>::getInstance().get();
-  return {boost::shared_ptr<void>(), instance};
+  return LeftInterpolater<T>::getInstance();
 }
 
 template <class T>
@@ -81,7 +84,7 @@ boost::shared_ptr<Interpolater<T>> LeftParameter<T>::setInterpolater(
 
 template <class T>
 boost::shared_ptr<Interpolater<T>> LeftParameter<T>::defaultInterpolater() const {
-  return LeftParameter::interpolater();
+  return LeftInterpolater<T>::getInstance();
 }
 
 template <class T>

@@ -38,6 +38,7 @@ class LeftParameter : public ParameterImpl<T> {
   using ParameterImpl<T>::addKeyFrame;
   boost::shared_ptr<KeyFrame<T>> replaceKeyFrame(
       const RationalTime& time, const boost::shared_ptr<KeyFrame<T>>& keyFrame) override;
+  T valueAt(const RationalTime& time) const override;
   T setValue(const T& value, const RationalTime& time) override;
   using ParameterImpl<T>::setValue;
   boost::shared_ptr<Interpolater<T>> interpolater() const override;

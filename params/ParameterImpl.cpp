@@ -217,6 +217,11 @@ RationalTime ParameterImpl<T>::setKeyFrameLeadInLength(const RationalTime& time,
 
 template <class T>
 T ParameterImpl<T>::valueAt(const RationalTime& time) const {
+  return valueAt(time, nullptr);
+}
+
+template <class T>
+T ParameterImpl<T>::valueAt(const RationalTime& time, const Interpolater<T>* fixed) const {
   const ReadLock lock(lockOf(m_owner));
   if (m_keyFrames.empty()) throw KeyFrameException(RationalTime(0), this->name());
   const Entry next = lookUp(time);
@@ -229,10 +234,10 @@ T ParameterImpl<T>::valueAt(const RationalTime& time) const {
   }
   const KeyFrame<T>& earlier = *next.previousValue();
   const auto& own = later.interpolater();
-  const auto common = own ? nullptr : this->interpolater();
-  return (own ? own : common)
-      ->interpolate(earlier.value(), later.value(), earlier.time(), later.time(), time.toDouble(),
-                    later.leadInLength());
+  const auto common = own || fixed != nullptr ? nullptr : this->interpolater();
+  const Interpolater<T>& interpolater = own ? *own : fixed != nullptr ? *fixed : *common;
+  return interpolater.interpolate(earlier.value(), later.value(), earlier.time(), later.time(),
+                                  time.toDouble(), later.leadInLength());
 }
 
 template <class T>
@@ -351,7 +356,7 @@ template <class T>
 boost::shared_ptr<KeyFrame<T>> ParameterImpl<T>::makeKeyFrame(const RationalTime& time,
                                                               const T& value,
                                                               const RationalTime& leadInLength) {
-  if (!m_keyFrameMemory) m_keyFrameMemory = Slabs::create();
+  if (!m_keyFrameMemory && !m_keyFrames.empty()) m_keyFrameMemory = Slabs::create();
   const SlabAllocator<KeyFrame<T>, 1> memory(m_keyFrameMemory.get());
   return boost::allocate_shared<KeyFrame<T>>(memory, m_owner, time, value, leadInLength);
 }

@@ -104,6 +104,10 @@ class ParameterImpl : public Parameter<T> {
 
   const KeyFrameMap<T>& keyFrames() const { return m_keyFrames; }
 
+  /// `valueAt`, where `fixed` stands for the interpolater of the parameter unless it is null. A
+  /// pointer that counts no references saves two atomic operations.
+  T valueAt(const RationalTime& time, const Interpolater<T>* fixed) const;
+
  private:
   using KeyFramePointer = boost::shared_ptr<KeyFrame<T>>;
 
@@ -125,7 +129,7 @@ class ParameterImpl : public Parameter<T> {
   KeyFramePointer erase(Entry entry);
 
   // Guarded by the project's lock.
-  Slabs::Pointer m_keyFrameMemory;  // null before the first keyframe that the parameter makes
+  Slabs::Pointer m_keyFrameMemory;  // null while the parameter has made one at most
   KeyFrameMap<T> m_keyFrames;
   boost::shared_ptr<Attribute<std::string>> m_identifier;
   const boost::weak_ptr<const ThreadSafe> m_owner;

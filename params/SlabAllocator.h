@@ -9,13 +9,14 @@
 
 namespace Kestova {
 
-/// Takes arrays of `kCount` objects from slabs and others from operator new; without slabs, all.
-/// Copies share the slabs, which outlive what was allocated.
+/// Takes arrays of `kCount` objects from slabs and others from operator new. If it has no slabs,
+/// everything comes from operator new. Copies share the slabs, which outlive what was allocated.
 template <class T, std::size_t kCount>
 class SlabAllocator {
  public:
   using value_type = T;
   using propagate_on_container_move_assignment = std::true_type;
+  using propagate_on_container_swap = std::true_type;
   template <class Other>
   struct rebind {
     using other = SlabAllocator<Other, kCount>;
@@ -28,6 +29,7 @@ class SlabAllocator {
       : m_slabs(other.slabs()) {}
 
   T* allocate(std::size_t count) {
+    static_assert(alignof(T) <= alignof(std::max_align_t));
     if (isFromSlabs(count)) return static_cast<T*>(m_slabs->allocate(count * sizeof(T)));
     return static_cast<T*>(::operator new(count * sizeof(T)));
   }

@@ -17,7 +17,9 @@ void* allocateSlabPages() {
   char* const block = static_cast<char*>(mapped) + before;
   if (before != 0) munmap(mapped, before);
   munmap(block + kSlabPagesSize, kSlabPagesSize - before);
-  madvise(block, kSlabPagesSize, MADV_HUGEPAGE);  // without huge pages the block has small ones
+#if defined(MADV_HUGEPAGE)
+  madvise(block, kSlabPagesSize, MADV_HUGEPAGE);  // if it fails, the block has small pages
+#endif
   return block;
 }
 

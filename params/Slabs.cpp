@@ -22,9 +22,10 @@ std::size_t spaceOf(std::size_t size) {
 void* Slabs::allocate(std::size_t size) {
   const std::lock_guard<std::mutex> lock(m_mutex);
   if (m_space == 0) m_space = spaceOf(size);
-  if (m_space != spaceOf(size)) return ::operator new(size);
   void* object = m_freed;
-  if (object != nullptr) {
+  if (m_space != spaceOf(size)) {
+    object = ::operator new(size);
+  } else if (object != nullptr) {
     unpoison(object, m_space);
     m_freed = m_freed->next;
   } else {
@@ -39,9 +40,12 @@ void* Slabs::allocate(std::size_t size) {
 
 void Slabs::deallocate(void* object, std::size_t size) noexcept {
   std::unique_lock<std::mutex> lock(m_mutex);
-  if (m_space != spaceOf(size)) return ::operator delete(object);
-  m_freed = new (object) Free{m_freed};
-  poison(object, m_space);
+  if (m_space != spaceOf(size)) {
+    ::operator delete(object);
+  } else {
+    m_freed = new (object) Free{m_freed};
+    poison(object, m_space);
+  }
   if (--m_objectCount != 0) return;
   freeSlabs();
   if (!m_isReleased) return;

@@ -11,7 +11,7 @@ namespace Kestova {
 
 /// The first object sets the size; objects of another size come from operator new. Threads may
 /// allocate and deallocate at the same time. The space of a freed object is used for the next one;
-/// the slabs are freed when no object is left.
+/// all slabs are freed when no object is left, and none before (docs/decisions/slabs.md).
 class Slabs {
  public:
   /// Ends the owner's use of the slabs. They are destroyed once no object is left, which may be
@@ -56,7 +56,7 @@ class Slabs {
   char* m_unused = nullptr;     // the space of the newest slab that was never used
   char* m_end = nullptr;
   Free* m_freed = nullptr;
-  std::size_t m_objectCount = 0;
+  std::size_t m_objectCount = 0;  // of any size
   bool m_isReleased = false;
 };
 

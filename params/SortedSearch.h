@@ -7,8 +7,8 @@ namespace Kestova {
 
 /// Returns the index of the first of `count` rising values that is not below `value`, or `count`.
 ///
-/// The result of a comparison is a number and not a branch: of the branches of a search the
-/// processor predicts every second one wrong, which costs more than the comparison.
+/// The result of a comparison is a number and not a branch, because about half of the branches of a
+/// search are mispredicted.
 template <class Value>
 std::size_t sortedLowerBound(const Value* values, std::size_t count, const Value& value) {
   const Value* first = values;

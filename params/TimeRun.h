@@ -11,6 +11,10 @@
 
 namespace Kestova {
 
+inline bool isWhole(const RationalTime& time) {
+  return time.denominator() == 1;
+}
+
 /// `Memory<T>` is an allocator of `T`. Not synchronised.
 template <template <class> class Memory>
 class TimeRun {
@@ -19,55 +23,59 @@ class TimeRun {
   using ExactMemory = Memory<RationalTime>;
 
   TimeRun() = default;
-  TimeRun(const WholeMemory& wholeMemory, const ExactMemory& exactMemory, bool isWhole)
-      : m_whole(wholeMemory), m_exact(exactMemory), m_isWhole(isWhole) {}
+  TimeRun(const WholeMemory& wholeMemory, const ExactMemory& exactMemory, bool takesWholeOnly)
+      : m_whole(wholeMemory), m_exact(exactMemory), m_takesWholeOnly(takesWholeOnly) {}
 
   /// True while the run has the form that takes whole times only.
-  bool isWhole() const { return m_isWhole; }
+  bool takesWholeOnly() const { return m_takesWholeOnly; }
 
-  std::size_t size() const { return m_isWhole ? m_whole.size() : m_exact.size(); }
+  std::size_t size() const { return m_takesWholeOnly ? m_whole.size() : m_exact.size(); }
   bool empty() const { return size() == 0; }
-  std::size_t capacity() const { return m_isWhole ? m_whole.capacity() : m_exact.capacity(); }
+  std::size_t capacity() const {
+    return m_takesWholeOnly ? m_whole.capacity() : m_exact.capacity();
+  }
   RationalTime operator[](std::size_t index) const {
-    return m_isWhole ? RationalTime(m_whole[index]) : m_exact[index];
+    return m_takesWholeOnly ? RationalTime(m_whole[index]) : m_exact[index];
   }
   RationalTime back() const { return (*this)[size() - 1]; }
 
   /// Returns the index of the first time that is not before `time`, or the size.
   std::size_t lowerBound(const RationalTime& time) const {
-    if (!m_isWhole) return sortedLowerBound(m_exact.begin(), m_exact.size(), time);
+    if (!m_takesWholeOnly) return sortedLowerBound(m_exact.begin(), m_exact.size(), time);
     return sortedLowerBound(m_whole.begin(), m_whole.size(), firstWholeFrom(time));
   }
 
   /// Loads all times into the cache at once. A search by itself waits for one line after the other.
   void prefetch() const {
     constexpr std::size_t kCacheLine = 64;
-    const char* const first = m_isWhole ? reinterpret_cast<const char*>(m_whole.begin())
-                                        : reinterpret_cast<const char*>(m_exact.begin());
-    const std::size_t bytes = size() * (m_isWhole ? sizeof(int64) : sizeof(RationalTime));
+    const char* const first = m_takesWholeOnly ? reinterpret_cast<const char*>(m_whole.begin())
+                                               : reinterpret_cast<const char*>(m_exact.begin());
+    const std::size_t bytes = size() * (m_takesWholeOnly ? sizeof(int64) : sizeof(RationalTime));
     for (std::size_t at = 0; at < bytes; at += kCacheLine) __builtin_prefetch(first + at);
   }
 
-  void reserve(std::size_t count) { m_isWhole ? m_whole.reserve(count) : m_exact.reserve(count); }
+  void reserve(std::size_t count) {
+    m_takesWholeOnly ? m_whole.reserve(count) : m_exact.reserve(count);
+  }
 
   /// Ensures that the insertion of `time` does not allocate. See Run::reserveOneMore.
   void reserveFor(const RationalTime& time, std::size_t maxCapacity) {
-    if (m_isWhole && !time.isWhole()) becomeExact();
-    m_isWhole ? m_whole.reserveOneMore(maxCapacity) : m_exact.reserveOneMore(maxCapacity);
+    if (m_takesWholeOnly && !isWhole(time)) becomeExact();
+    m_takesWholeOnly ? m_whole.reserveOneMore(maxCapacity) : m_exact.reserveOneMore(maxCapacity);
   }
 
   /// Requires: size() < capacity(), and `time` is whole if the run is.
   void insert(std::size_t index, const RationalTime& time) {
-    m_isWhole ? m_whole.insert(index, time.numerator()) : m_exact.insert(index, time);
+    m_takesWholeOnly ? m_whole.insert(index, time.numerator()) : m_exact.insert(index, time);
   }
-  void erase(std::size_t index) { m_isWhole ? m_whole.erase(index) : m_exact.erase(index); }
+  void erase(std::size_t index) { m_takesWholeOnly ? m_whole.erase(index) : m_exact.erase(index); }
   void truncate(std::size_t count) {
-    m_isWhole ? m_whole.truncate(count) : m_exact.truncate(count);
+    m_takesWholeOnly ? m_whole.truncate(count) : m_exact.truncate(count);
   }
 
  private:
   static int64 firstWholeFrom(const RationalTime& time) {
-    if (time.isWhole()) return time.numerator();
+    if (isWhole(time)) return time.numerator();
     const int64 towardsZero = time.numerator() / time.denominator();
     return time.numerator() > 0 ? towardsZero + 1 : towardsZero;
   }
@@ -79,12 +87,12 @@ class TimeRun {
       m_exact.insert(index, RationalTime(m_whole[index]));
     }
     m_whole = Run<int64, WholeMemory>(m_whole.allocator());
-    m_isWhole = false;
+    m_takesWholeOnly = false;
   }
 
   Run<int64, WholeMemory> m_whole;  // one of the two is empty
   Run<RationalTime, ExactMemory> m_exact;
-  bool m_isWhole = true;
+  bool m_takesWholeOnly = true;
 };
 
 }  // namespace Kestova

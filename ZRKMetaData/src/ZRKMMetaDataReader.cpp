@@ -155,17 +155,15 @@ constexpr std::size_t kRecordSize<std::string> = 0;
 template <>
 constexpr std::size_t kRecordSize<CursorImage> = 0;
 
-// Delivers the records that are read ahead as a whole, with one check for all. Returns false to
-// stop. Requires: the position is before `end`.
+// Delivers the records that are read ahead as a whole, with one check for all. They are before the
+// bound, because the window reads ahead no further. Returns false to stop.
 template <class T>
-bool deliverReadAhead(DataStreamObserver<T>& observer, StreamWindow& in, int64 end) {
+bool deliverReadAhead(DataStreamObserver<T>& observer, StreamWindow& in) {
   static_assert(std::has_unique_object_representations_v<T> || std::is_floating_point_v<T>,
-                "as large as its fields in the file");
+                "T must be as large as its fields in the file");
   constexpr std::size_t kSize = kRecordSize<T>;
-  const uint64 beforeEnd = (static_cast<uint64>(end - in.position()) - 1) / kSize + 1;
-  const auto count = static_cast<std::size_t>(std::min<uint64>(in.ahead() / kSize, beforeEnd));
   const char* next = in.next();
-  for (const char* const last = next + count * kSize; next != last;) {
+  for (const char* const last = next + in.ahead() / kSize * kSize; next != last;) {
     RecordBytes record(next);
     double seconds = 0;
     T value{};
@@ -184,7 +182,7 @@ void deliverRecords(DataStreamObserver<T>& observer, StreamWindow& in, int64 end
   while (in.good() && in.position() < end) {
     if constexpr (kRecordSize<T> != 0) {
       if (in.ahead() >= kRecordSize<T>) {
-        if (!deliverReadAhead(observer, in, end)) return;
+        if (!deliverReadAhead(observer, in)) return;
         in.peek();
         continue;
       }

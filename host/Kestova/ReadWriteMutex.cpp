@@ -20,18 +20,18 @@ bool ReadWriteMutex::isAmong(const ReadHold* holds) const {
   return holds != nullptr;
 }
 
-// Counts this thread among the readers, after the writer where there is one. Returns false if this
-// thread is the writer, whose locks then have one more.
+// Counts this thread as a reader, after it has waited for a writer if there is one. If this thread
+// is the writer, counts one more lock of it and returns false.
 bool ReadWriteMutex::enter() {
-  while ((m_readers.fetch_add(1, std::memory_order_acquire) & kWriting) != 0) {
-    leave();
-    if (isWriter()) {
-      ++m_holds;
-      return false;
-    }
-    m_gate.lock();
-    m_gate.unlock();
+  if ((m_readers.fetch_add(1, std::memory_order_acquire) & kWriting) == 0) return true;
+  if (isWriter()) {
+    m_readers.fetch_sub(1, std::memory_order_relaxed);
+    ++m_holds;
+    return false;
   }
+  leave();
+  const std::lock_guard<std::mutex> gate(m_gate);  // behind it nobody writes
+  m_readers.fetch_add(1, std::memory_order_acquire);
   return true;
 }
 
@@ -42,7 +42,6 @@ void ReadWriteMutex::leave() {
 }
 
 void ReadWriteMutex::lockRead(ReadHold& hold) {
-  // Cached, because thread-local access is a function call in a shared library.
   ReadHold*& holds = t_readHolds;
   if (!isAmong(holds) && !enter()) return;
   hold.mutex = this;

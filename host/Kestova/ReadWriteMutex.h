@@ -75,8 +75,9 @@ class KESTOVA_API ReadWriteMutex {
 
   static thread_local ReadHold* t_readHolds;
 
-  // The number of reading threads, and kWriting while a writer waits or writes. A read lock that
-  // meets no writer costs one operation on it, and one to release.
+  // The number of reading threads, and kWriting while a writer waits or writes. To take a read lock
+  // costs one operation on it if nobody writes, and to release it another. For a short time it also
+  // counts a thread that finds a writer there.
   std::atomic<std::uint32_t> m_readers{0};
 
   // A writer holds the gate from the start of its wait to its release, so that new readers wait at

@@ -79,6 +79,27 @@ TYPED_TEST(Streams, AreReadAheadAsIfRecordByRecord) {
   }
 }
 
+// The same of streams that fill the read-ahead several times, so that records lie across its ends.
+TYPED_TEST(Streams, AreReadAheadSeveralTimesAsIfRecordByRecord) {
+  constexpr int kCount = 12'000;
+  const Bytes bytes = entryBytes({streamId(0xF0), filledRecords<TypeParam>(kCount)});
+  for (const std::size_t size : {bytes.size() - 1, bytes.size() / 2 + 1}) {
+    for (const std::size_t maxRecords : {std::size_t{kCount}, std::size_t{kCount} / 3}) {
+      const auto bound = static_cast<int64>(size);
+      ASSERT_EQ(outcomeOf<TypeParam>(bytes, maxRecords,
+                                     [&](Collector<TypeParam>& observer, std::istream& in) {
+                                       MetaDataReader<TypeParam>().parseFile(observer, in, 0,
+                                                                             bound);
+                                     }),
+                outcomeOf<TypeParam>(bytes, maxRecords,
+                                     [&](Collector<TypeParam>& observer, std::istream& in) {
+                                       readPlainly(observer, in, 0, bound);
+                                     }))
+          << "size " << size << " records " << maxRecords;
+    }
+  }
+}
+
 // If the device fails, the records before the failure are delivered and no others. A short read is
 // the end of the file.
 TYPED_TEST(Streams, EndWhereTheDeviceFailsOrReadsShort) {

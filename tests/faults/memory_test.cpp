@@ -174,6 +174,9 @@ TEST_F(FailingAllocations, LeaveAParameterUnchanged) {
            Change([](Points& points) { add(points, -1, 0); }),
            Change(
                [](Points& points) { points.addKeyFrame(RationalTime(101), {}, RationalTime(0)); }),
+           Change([](Points& points) {
+             points.addKeyFrame(RationalTime(201, 2), {}, RationalTime(0));
+           }),
            Change([](Points& points) { points.moveKeyFrame(RationalTime(0), RationalTime(303)); }),
        }) {
     for (const int count : {64, 100, 128}) {

@@ -120,6 +120,21 @@ TEST_F(Locks, OfTwoMutexesAreIndependent) {
   });
 }
 
+TEST_F(Locks, ReachReadersWhileWritersNeverPause) {
+  std::atomic<bool> isOver{false};
+  std::vector<std::thread> writers;
+  for (int n = 0; n < 2; ++n) {
+    writers.emplace_back([&] {
+      while (!isOver) const WriteLock lock(mutex);
+    });
+  }
+  withinTime([this] {
+    for (int round = 0; round < 100; ++round) const ReadLock lock(mutex);
+  });
+  isOver = true;
+  for (std::thread& writer : writers) writer.join();
+}
+
 TEST_F(Locks, ExcludeEachOtherUnderLoad) {
   int balance = 0;
   std::vector<std::thread> threads;

@@ -104,6 +104,17 @@ TEST_P(ChunkedMaps, FindTheSameEntryWithAnyHint) {
   }
 }
 
+TEST(ChunkedMapsOfBothForms, GiveBackTheirMemoryWhenReplaced) {
+  Map map;
+  for (int number = 0; number < 1000; ++number) {
+    const RationalTime time(number, number < 500 ? 1 : 2);
+    const auto next = map.lowerBound(time);
+    if (next == map.end() || next.time() != time) map.insert(next, time, number);
+  }
+  map = Map();
+  EXPECT_TRUE(map.empty());
+}
+
 INSTANTIATE_TEST_SUITE_P(Orders, ChunkedMaps, testing::ValuesIn(kOrders),
                          [](const auto& test) { return test.param.name; });
 

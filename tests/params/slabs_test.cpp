@@ -61,13 +61,21 @@ TEST(Slabs, UseTheSpaceOfFreedObjectsFirst) {
   deallocate(*slabs, reused);
 }
 
-TEST(Slabs, LeaveObjectsOfOtherSizesToTheGeneralAllocator) {
-  const auto slabs = Slabs::create();
-  void* const first = slabs->allocate(kSize);
-  void* const larger = slabs->allocate(10 * kSize);
-  std::memset(larger, 1, 10 * kSize);
-  slabs->deallocate(first, kSize);
-  slabs->deallocate(larger, 10 * kSize);
+TEST(Slabs, OutliveObjectsOfEverySize) {
+  for (const std::size_t first : {std::size_t{1}, kSize, 2 * kSlabPagesSize}) {
+    for (const std::size_t second : {std::size_t{1}, kSize, 2 * kSlabPagesSize}) {
+      auto owner = Slabs::create();
+      Slabs& slabs = *owner;
+      slabs.deallocate(slabs.allocate(first), first);  // the slabs start anew
+      void* const one = slabs.allocate(first);
+      void* const other = slabs.allocate(second);
+      std::memset(one, 1, first);
+      std::memset(other, 2, second);
+      owner.reset();
+      slabs.deallocate(one, first);
+      slabs.deallocate(other, second);
+    }
+  }
 }
 
 TEST(Threads, FreeObjectsOfSlabsThatTheirOwnerHasReleased) {
