@@ -3,18 +3,23 @@
 #include <algorithm>
 #include <new>
 
+#include "params/LargeBlock.h"
 #include "params/Poison.h"
-#include "params/SlabPages.h"
 
 namespace Kestova {
 
 namespace {
 
+constexpr std::size_t kMaxSlabSize = 16 * kHugePageSize;
+
+constexpr std::size_t roundedUp(std::size_t size, std::size_t unit) {
+  return (size + unit - 1) / unit * unit;
+}
+
 // The size of a type is a multiple of its alignment, so objects that follow each other are aligned.
 // Their space must also take a link to the next free one.
 std::size_t spaceOf(std::size_t size) {
-  constexpr std::size_t kLink = sizeof(void*);
-  return (size + kLink - 1) / kLink * kLink;
+  return roundedUp(size, sizeof(void*));
 }
 
 }  // namespace
@@ -62,10 +67,10 @@ void Slabs::release() noexcept {
 }
 
 void Slabs::addSlab() {
-  const std::size_t least = sizeof(Slab) + m_space;
-  const std::size_t wanted = sizeof(Slab) + std::max(m_space, m_slabBytes);
-  const std::size_t size = std::max(least, std::min(wanted, kSlabPagesSize));
-  void* const memory = size == kSlabPagesSize ? allocateSlabPages() : ::operator new(size);
+  const std::size_t asBefore = std::min(m_slabBytes, kMaxSlabSize - sizeof(Slab));
+  std::size_t size = sizeof(Slab) + std::max(m_space, asBefore);
+  if (size >= kHugePageSize) size = roundedUp(size, kHugePageSize);
+  void* const memory = size < kHugePageSize ? ::operator new(size) : allocateLargeBlock(size);
   m_slabs = new (memory) Slab{m_slabs, size};
   const std::size_t bytes = (size - sizeof(Slab)) / m_space * m_space;
   m_unused = reinterpret_cast<char*>(m_slabs + 1);
@@ -79,10 +84,10 @@ void Slabs::freeSlabs() noexcept {
     Slab* const slab = m_slabs;
     m_slabs = slab->next;
     unpoison(slab, slab->size);
-    if (slab->size == kSlabPagesSize) {
-      freeSlabPages(slab);
-    } else {
+    if (slab->size < kHugePageSize) {
       ::operator delete(slab);
+    } else {
+      freeLargeBlock(slab);
     }
   }
   m_slabBytes = 0;

@@ -1,5 +1,5 @@
 // Memory for objects of one size, such as the keyframes of a parameter. A slab has space for as
-// many objects as all slabs before it, up to 2 MiB, so that few objects take little memory and a
+// many objects as all slabs before it, up to 32 MiB, so that few objects take little memory and a
 // million objects take few pages of the system.
 #pragma once
 

@@ -11,7 +11,7 @@
 #include <thread>
 #include <vector>
 
-#include "params/SlabPages.h"
+#include "params/LargeBlock.h"
 #include "tests/params/Values.h"
 
 namespace Kestova {
@@ -34,8 +34,8 @@ void deallocate(Slabs& slabs, const std::vector<void*>& objects) {
 
 TEST(Slabs, HaveSpaceOfItsOwnForEachObject) {
   const auto slabs = Slabs::create();
-  constexpr int kCount = 60'000;  // fill several blocks of the greatest size
-  static_assert(kCount * kSize > 3 * kSlabPagesSize);
+  constexpr int kCount = 60'000;
+  static_assert(kCount * kSize > 3 * kHugePageSize);
   const auto objects = allocated(*slabs, kCount);
   for (int number = 0; number < kCount; ++number) {
     const auto* const bytes = static_cast<const unsigned char*>(objects[std::size_t(number)]);
@@ -62,8 +62,8 @@ TEST(Slabs, UseTheSpaceOfFreedObjectsFirst) {
 }
 
 TEST(Slabs, OutliveObjectsOfEverySize) {
-  for (const std::size_t first : {std::size_t{1}, kSize, 2 * kSlabPagesSize}) {
-    for (const std::size_t second : {std::size_t{1}, kSize, 2 * kSlabPagesSize}) {
+  for (const std::size_t first : {std::size_t{1}, kSize, 2 * kHugePageSize}) {
+    for (const std::size_t second : {std::size_t{1}, kSize, 2 * kHugePageSize}) {
       auto owner = Slabs::create();
       Slabs& slabs = *owner;
       slabs.deallocate(slabs.allocate(first), first);  // the slabs start anew
