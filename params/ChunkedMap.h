@@ -89,7 +89,8 @@ class ChunkedMap {
   /// The first entry that is not before `time`.
   const_iterator lowerBound(const RationalTime& time) const {
     if (m_lastTimes.empty() || m_lastTimes.back() < time) return end();
-    const std::size_t chunk = sortedLowerBound(m_lastTimes.begin(), m_lastTimes.size(), time);
+    const auto last = std::lower_bound(m_lastTimes.begin(), m_lastTimes.end(), time);
+    const auto chunk = static_cast<std::size_t>(last - m_lastTimes.begin());
     const Times& times = m_chunks[chunk].times;
     times.prefetch();
     return at(chunk, times.lowerBound(time));
@@ -192,8 +193,8 @@ class ChunkedMap {
     return next;
   }
 
-  static void reserveFor(const RationalTime& time, Chunk& chunk) {
-    chunk.times.reserveFor(time, kMaxChunkSize);
+  void reserveFor(const RationalTime& time, Chunk& chunk) {
+    chunk.times.reserveFor(time, Memory<RationalTime>(m_slabs.get()), kMaxChunkSize);
     chunk.values.reserveOneMore(kMaxChunkSize);
   }
 

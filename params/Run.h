@@ -11,7 +11,7 @@
 
 namespace Kestova {
 
-/// Requires: `T` is default constructible and copyable, and its move does not throw. Not
+/// Requires: `T` is default constructible, and its move does not throw. Not
 /// synchronised. Every change invalidates pointers and references to the elements.
 template <class T, class Allocator = std::allocator<T>>
 class Run {
@@ -69,7 +69,10 @@ class Run {
   // Moves half of the free space to the front.
   void openFront() {
     m_first = (capacity() - m_elements.size() + 1) / 2;
-    m_elements.insert(m_elements.begin(), m_first, T{});
+    const std::size_t count = m_elements.size();
+    m_elements.resize(count + m_first);
+    std::move_backward(m_elements.begin(), m_elements.begin() + static_cast<std::ptrdiff_t>(count),
+                       m_elements.end());
   }
 
   void closeFront() {

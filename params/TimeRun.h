@@ -3,6 +3,8 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
+#include <utility>
 
 #include "host/Kestova/Integers.h"
 #include "host/Kestova/RationalTime.h"
@@ -21,57 +23,54 @@ class TimeRun {
  public:
   using WholeMemory = Memory<int64>;
   using ExactMemory = Memory<RationalTime>;
+  using Exact = Run<RationalTime, ExactMemory>;
 
   TimeRun() = default;
   TimeRun(const WholeMemory& wholeMemory, const ExactMemory& exactMemory, bool takesWholeOnly)
-      : m_whole(wholeMemory), m_exact(exactMemory), m_takesWholeOnly(takesWholeOnly) {}
+      : m_whole(wholeMemory),
+        m_exact(takesWholeOnly ? nullptr : std::make_unique<Exact>(exactMemory)) {}
 
   /// True while the run has the form that takes whole times only.
-  bool takesWholeOnly() const { return m_takesWholeOnly; }
+  bool takesWholeOnly() const { return m_exact == nullptr; }
 
-  std::size_t size() const { return m_takesWholeOnly ? m_whole.size() : m_exact.size(); }
+  std::size_t size() const { return m_exact ? m_exact->size() : m_whole.size(); }
   bool empty() const { return size() == 0; }
-  std::size_t capacity() const {
-    return m_takesWholeOnly ? m_whole.capacity() : m_exact.capacity();
-  }
+  std::size_t capacity() const { return m_exact ? m_exact->capacity() : m_whole.capacity(); }
   RationalTime operator[](std::size_t index) const {
-    return m_takesWholeOnly ? RationalTime(m_whole[index]) : m_exact[index];
+    return m_exact ? (*m_exact)[index] : RationalTime(m_whole[index]);
   }
   RationalTime back() const { return (*this)[size() - 1]; }
 
   /// Returns the index of the first time that is not before `time`, or the size.
   std::size_t lowerBound(const RationalTime& time) const {
-    if (!m_takesWholeOnly) return sortedLowerBound(m_exact.begin(), m_exact.size(), time);
+    if (m_exact) return sortedLowerBound(m_exact->begin(), m_exact->size(), time);
     return sortedLowerBound(m_whole.begin(), m_whole.size(), firstWholeFrom(time));
   }
 
   /// Loads all times into the cache at once. A search by itself waits for one line after the other.
   void prefetch() const {
     constexpr std::size_t kCacheLine = 64;
-    const char* const first = m_takesWholeOnly ? reinterpret_cast<const char*>(m_whole.begin())
-                                               : reinterpret_cast<const char*>(m_exact.begin());
-    const std::size_t bytes = size() * (m_takesWholeOnly ? sizeof(int64) : sizeof(RationalTime));
+    const char* const first = m_exact ? reinterpret_cast<const char*>(m_exact->begin())
+                                      : reinterpret_cast<const char*>(m_whole.begin());
+    const std::size_t bytes = size() * (m_exact ? sizeof(RationalTime) : sizeof(int64));
     for (std::size_t at = 0; at < bytes; at += kCacheLine) __builtin_prefetch(first + at);
   }
 
-  void reserve(std::size_t count) {
-    m_takesWholeOnly ? m_whole.reserve(count) : m_exact.reserve(count);
-  }
+  void reserve(std::size_t count) { m_exact ? m_exact->reserve(count) : m_whole.reserve(count); }
 
   /// Ensures that the insertion of `time` does not allocate. See Run::reserveOneMore.
-  void reserveFor(const RationalTime& time, std::size_t maxCapacity) {
-    if (m_takesWholeOnly && !isWhole(time)) becomeExact();
-    m_takesWholeOnly ? m_whole.reserveOneMore(maxCapacity) : m_exact.reserveOneMore(maxCapacity);
+  void reserveFor(const RationalTime& time, const ExactMemory& exactMemory,
+                  std::size_t maxCapacity) {
+    if (!m_exact && !isWhole(time)) becomeExact(exactMemory);
+    m_exact ? m_exact->reserveOneMore(maxCapacity) : m_whole.reserveOneMore(maxCapacity);
   }
 
-  /// Requires: size() < capacity(), and `time` is whole if the run is.
+  /// Requires: size() < capacity(), and `time` is whole if the run takes only whole times.
   void insert(std::size_t index, const RationalTime& time) {
-    m_takesWholeOnly ? m_whole.insert(index, time.numerator()) : m_exact.insert(index, time);
+    m_exact ? m_exact->insert(index, time) : m_whole.insert(index, time.numerator());
   }
-  void erase(std::size_t index) { m_takesWholeOnly ? m_whole.erase(index) : m_exact.erase(index); }
-  void truncate(std::size_t count) {
-    m_takesWholeOnly ? m_whole.truncate(count) : m_exact.truncate(count);
-  }
+  void erase(std::size_t index) { m_exact ? m_exact->erase(index) : m_whole.erase(index); }
+  void truncate(std::size_t count) { m_exact ? m_exact->truncate(count) : m_whole.truncate(count); }
 
  private:
   static int64 firstWholeFrom(const RationalTime& time) {
@@ -81,18 +80,18 @@ class TimeRun {
   }
 
   // Changes nothing if it throws.
-  void becomeExact() {
-    m_exact.reserve(m_whole.capacity());
+  void becomeExact(const ExactMemory& exactMemory) {
+    auto exact = std::make_unique<Exact>(exactMemory);
+    exact->reserve(m_whole.capacity());
     for (std::size_t index = 0; index < m_whole.size(); ++index) {
-      m_exact.insert(index, RationalTime(m_whole[index]));
+      exact->insert(index, RationalTime(m_whole[index]));
     }
+    m_exact = std::move(exact);
     m_whole = Run<int64, WholeMemory>(m_whole.allocator());
-    m_takesWholeOnly = false;
   }
 
-  Run<int64, WholeMemory> m_whole;  // one of the two is empty
-  Run<RationalTime, ExactMemory> m_exact;
-  bool m_takesWholeOnly = true;
+  Run<int64, WholeMemory> m_whole;
+  std::unique_ptr<Exact> m_exact;  // all times instead of m_whole, or null
 };
 
 }  // namespace Kestova
