@@ -1,6 +1,7 @@
 // The XML form of parameters and keyframes. docs/serialisation.md specifies it.
 #include <boost/lexical_cast.hpp>
 #include <string>
+#include <string_view>
 
 #include "params/KeyFrame.h"
 #include "params/ParameterImpl.h"
@@ -19,7 +20,8 @@ std::string xmlTime(const RationalTime& time) {
 
 template <class T>
 void KeyFrame<T>::xmlElementName(XMLOptions& options) const {
-  text::put(options.outStream(), "Keyframe");
+  constexpr std::string_view kName = "Keyframe";
+  text::put(options.outStream(), kName);
 }
 
 template <class T>

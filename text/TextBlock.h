@@ -47,8 +47,8 @@ class TextBlock {
   TextBlock(const TextBlock&) = delete;
   TextBlock& operator=(const TextBlock&) = delete;
 
-  /// Appends texts, characters and numbers (as `writeNumber` does). One call with many parts is
-  /// cheaper than many calls.
+  /// Appends texts, characters and numbers (as `writeNumber` does); an array of characters is a
+  /// literal. One call with many parts is cheaper than many calls.
   template <class... Parts>
   void write(const Parts&... parts) {
     const std::size_t size = (maxSizeOf(parts) + ...);
@@ -79,6 +79,10 @@ class TextBlock {
     return kMaxNumberSize;
   }
   static std::size_t maxSizeOf(char /*character*/) { return 1; }
+  template <std::size_t kLength>
+  static constexpr std::size_t maxSizeOf(const char (&)[kLength]) {
+    return kLength - 1;
+  }
 
   template <class Part>
   static char* append(char* first, const Part& part) {
@@ -92,6 +96,11 @@ class TextBlock {
   static char* append(char* first, char character) {
     *first = character;
     return first + 1;
+  }
+  // A literal, whose size is known to the compiler.
+  template <std::size_t kLength>
+  static char* append(char* first, const char (&literal)[kLength]) {
+    return std::copy_n(literal, kLength - 1, first);
   }
 
   // Writes one of several parts that together exceed the buffer.
