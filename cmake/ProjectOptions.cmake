@@ -27,7 +27,7 @@ target_link_libraries(project_options INTERFACE hardening)
 target_compile_options(project_options INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Woverloaded-virtual
   $<$<BOOL:${KESTOVA_WERROR}>:-Werror>
-  # Nothing replaces functions of our shared libraries, so they may inline calls of their own.
+  # Nothing replaces functions of our shared libraries, so they may inline calls of their own functions.
   -fno-semantic-interposition
   # Frame numbers are defined by double arithmetic without fused multiply-add.
   -ffp-contract=off)

@@ -108,10 +108,8 @@ class ChunkedMap {
     if (chunk >= m_lastTimes.size() || m_lastTimes[chunk] < time) return lowerBound(time);
     const Times& times = m_chunks[chunk].times;
     if (index >= times.size()) return lowerBound(time);
-    const bool startsBefore = index != 0   ? times[index - 1] < time
-                              : chunk != 0 ? m_lastTimes[chunk - 1] < time
-                                           : true;
-    if (!startsBefore) return lowerBound(time);
+    const const_iterator start = at(chunk, index);
+    if (start != begin() && !(start.previousTime() < time)) return lowerBound(time);
     constexpr std::size_t kMaxSteps = 4;
     for (std::size_t steps = 0; steps < kMaxSteps; ++steps) {
       if (!(times[index] < time)) return at(chunk, index);

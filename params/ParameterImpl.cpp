@@ -221,7 +221,7 @@ T ParameterImpl<T>::valueAt(const RationalTime& time) const {
 }
 
 template <class T>
-T ParameterImpl<T>::valueAt(const RationalTime& time, const Interpolater<T>* fixed) const {
+T ParameterImpl<T>::valueAt(const RationalTime& time, const Interpolater<T>* common) const {
   const ReadLock lock(lockOf(m_owner));
   if (m_keyFrames.empty()) throw KeyFrameException(RationalTime(0), this->name());
   const Entry next = lookUp(time);
@@ -233,11 +233,12 @@ T ParameterImpl<T>::valueAt(const RationalTime& time, const Interpolater<T>* fix
     return later.value();
   }
   const KeyFrame<T>& earlier = *next.previousValue();
-  const auto& own = later.interpolater();
-  const auto common = own || fixed != nullptr ? nullptr : this->interpolater();
-  const Interpolater<T>& interpolater = own ? *own : fixed != nullptr ? *fixed : *common;
-  return interpolater.interpolate(earlier.value(), later.value(), earlier.time(), later.time(),
-                                  time.toDouble(), later.leadInLength());
+  const auto valueBy = [&](const Interpolater<T>& interpolater) {
+    return interpolater.interpolate(earlier.value(), later.value(), earlier.time(), later.time(),
+                                    time.toDouble(), later.leadInLength());
+  };
+  if (later.interpolater()) return valueBy(*later.interpolater());
+  return common != nullptr ? valueBy(*common) : valueBy(*this->interpolater());
 }
 
 template <class T>

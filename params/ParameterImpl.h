@@ -104,9 +104,9 @@ class ParameterImpl : public Parameter<T> {
 
   const KeyFrameMap<T>& keyFrames() const { return m_keyFrames; }
 
-  /// `valueAt`, where `fixed` stands for the interpolater of the parameter unless it is null. A
+  /// `valueAt` for a parameter whose interpolater is `common`; null stands for `interpolater()`. A
   /// pointer that counts no references saves two atomic operations.
-  T valueAt(const RationalTime& time, const Interpolater<T>* fixed) const;
+  T valueAt(const RationalTime& time, const Interpolater<T>* common) const;
 
  private:
   using KeyFramePointer = boost::shared_ptr<KeyFrame<T>>;
@@ -129,7 +129,7 @@ class ParameterImpl : public Parameter<T> {
   KeyFramePointer erase(Entry entry);
 
   // Guarded by the project's lock.
-  Slabs::Pointer m_keyFrameMemory;  // null while the parameter has made one at most
+  Slabs::Pointer m_keyFrameMemory;  // null until it makes one beside another
   KeyFrameMap<T> m_keyFrames;
   boost::shared_ptr<Attribute<std::string>> m_identifier;
   const boost::weak_ptr<const ThreadSafe> m_owner;

@@ -11,8 +11,8 @@
 
 namespace Kestova {
 
-/// Requires: `T` is default constructible, and its move does not throw. Not
-/// synchronised. Every change invalidates pointers and references to the elements.
+/// Requires: `T` is default constructible, and its move does not throw. Not synchronised. Every
+/// change invalidates pointers and references to the elements.
 template <class T, class Allocator = std::allocator<T>>
 class Run {
  public:

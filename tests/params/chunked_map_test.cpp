@@ -104,6 +104,8 @@ TEST_P(ChunkedMaps, FindTheSameEntryWithAnyHint) {
   }
 }
 
+// The arrays of the two forms and of the values have three sizes; a map that frees its slabs before
+// one of them is found by the address sanitizer.
 TEST(ChunkedMapsOfBothForms, GiveBackTheirMemoryWhenReplaced) {
   Map map;
   for (int number = 0; number < 1000; ++number) {

@@ -72,6 +72,8 @@ TEST(Slabs, OutliveObjectsOfEverySize) {
       std::memset(one, 1, first);
       std::memset(other, 2, second);
       owner.reset();
+      EXPECT_EQ(static_cast<unsigned char*>(one)[first - 1], 1);
+      EXPECT_EQ(static_cast<unsigned char*>(other)[second - 1], 2);
       slabs.deallocate(one, first);
       slabs.deallocate(other, second);
     }
@@ -85,13 +87,18 @@ TEST(Threads, FreeObjectsOfSlabsThatTheirOwnerHasReleased) {
   for (unsigned number = 0; number < 4; ++number) {
     threads.emplace_back([&shared, objects = allocated(shared, 1000), number]() mutable {
       std::mt19937 random(number);
+      for (void* const object : objects) std::memset(object, static_cast<int>(number), kSize);
       for (int round = 0; round < 3000; ++round) {
         if (random() % 2 == 0 && objects.size() > 1) {
           shared.deallocate(objects.back(), kSize);
           objects.pop_back();
         } else {
           objects.push_back(shared.allocate(kSize));
+          std::memset(objects.back(), static_cast<int>(number), kSize);
         }
+      }
+      for (void* const object : objects) {
+        EXPECT_EQ(static_cast<unsigned char*>(object)[kSize - 1], number);
       }
       deallocate(shared, objects);
     });
