@@ -7,6 +7,7 @@
 // module. A caller that writes results there sends them elsewhere while it reads.
 #pragma once
 
+#include <algorithm>
 #include <boost/uuid/uuid.hpp>
 #include <exception>
 #include <new>
@@ -71,7 +72,9 @@ class VisitingObserver final : public ZRKMetaData::DataStreamObserver<Record> {
         m_range(range),
         m_fileEnd(fileEnd),
         m_position(position),
-        m_reported(position) {}
+        m_reported(position) {
+    setNextStop();
+  }
 
   ~VisitingObserver() { report(); }
   VisitingObserver(const VisitingObserver&) = delete;
@@ -79,21 +82,21 @@ class VisitingObserver final : public ZRKMetaData::DataStreamObserver<Record> {
 
   bool onData(double seconds, const Record& record) override {
     const auto byteCount = static_cast<ZRKMetaData::int64>(byteCountOf(record));
-    if (byteCount > m_fileEnd - m_position) {
-      m_cutRecordBytes = byteCount;
-      return false;
-    }
+    if (byteCount > m_nextStop - m_position && !pass(byteCount)) return false;
     m_position += byteCount;
-    if (m_position - m_reported >= kReportedBytes) report();
     if (!m_range.contains(seconds)) return true;
-    m_isInVisitor = true;
-    if constexpr (std::is_void_v<std::invoke_result_t<Visitor&, double, const Record&>>) {
-      m_visitor(seconds, record);
-    } else {
-      m_isStopped = !m_visitor(seconds, record);
+    try {
+      if constexpr (std::is_void_v<std::invoke_result_t<Visitor&, double, const Record&>>) {
+        m_visitor(seconds, record);
+        return true;
+      } else {
+        m_isStopped = !m_visitor(seconds, record);
+        return !m_isStopped;
+      }
+    } catch (...) {
+      m_hasVisitorThrown = true;
+      throw;
     }
-    m_isInVisitor = false;
-    return !m_isStopped;
   }
 
   /// The visitor ended the reading.
@@ -103,23 +106,38 @@ class VisitingObserver final : public ZRKMetaData::DataStreamObserver<Record> {
   ZRKMetaData::int64 cutRecordBytes() const { return m_cutRecordBytes; }
 
   /// After an exception: whether the visitor threw it, and not the reader.
-  bool isInVisitor() const { return m_isInVisitor; }
+  bool hasVisitorThrown() const { return m_hasVisitorThrown; }
 
   ZRKMetaData::int64 position() const { return m_position; }
 
  private:
+  // The next record ends behind the next stop. False where the file ends inside of it.
+  bool pass(ZRKMetaData::int64 byteCount) {
+    if (byteCount > m_fileEnd - m_position) {
+      m_cutRecordBytes = byteCount;
+      return false;
+    }
+    report();
+    return true;
+  }
+
   void report() {
     reportBytesRead(m_position - m_reported);
     m_reported = m_position;
+    setNextStop();
   }
+
+  // One comparison per record finds both the end of the file and the next report.
+  void setNextStop() { m_nextStop = m_position + std::min(m_fileEnd - m_position, kReportedBytes); }
 
   Visitor& m_visitor;
   const TimeRange m_range;
   const ZRKMetaData::int64 m_fileEnd;
   ZRKMetaData::int64 m_position;
   ZRKMetaData::int64 m_reported;
+  ZRKMetaData::int64 m_nextStop = 0;
   ZRKMetaData::int64 m_cutRecordBytes = 0;
-  bool m_isInVisitor = false;
+  bool m_hasVisitorThrown = false;
   bool m_isStopped = false;
 };
 
@@ -153,7 +171,7 @@ void forEachRecord(ZRKMetaData::MetaDataParser& parser, const boost::uuids::uuid
   } catch (const std::bad_alloc&) {
     throw;  // the machine's, not the recording's
   } catch (const std::exception& error) {
-    if (observer.isInVisitor()) throw;
+    if (observer.hasVisitorThrown()) throw;
     throw DamagedStream(id, observer.position(), error.what());
   }
   if (observer.isStopped()) return;
