@@ -108,9 +108,10 @@ TEST(OtioTimeline, HasAClipForEachRecordingAndExactTimes) {
     OtioTimeline timeline(sink, 30000.0 / 1001);
     timeline.begin("t\"");
     timeline.beginClip();
-    timeline.add({"a", "F9", series::recordTypeOf<std::string>()}, 3, 0.1, std::string("x\n"));
-    timeline.add({"a", "F3", series::recordTypeOf<ZRKMetaData::KeyStroke>()}, 1e17, 2,
-                 ZRKMetaData::KeyStroke(' ', -1));
+    timeline.beginStream({"a", "F9", series::recordTypeOf<std::string>()});
+    timeline.add(3, 0.1, std::string("x\n"));
+    timeline.beginStream({"a", "F3", series::recordTypeOf<ZRKMetaData::KeyStroke>()});
+    timeline.add(1e17, 2, ZRKMetaData::KeyStroke(' ', -1));
     timeline.endClip("a", "a%20b", 300);
     timeline.beginClip();
     timeline.endClip("b", "b", 0);

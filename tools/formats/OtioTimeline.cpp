@@ -12,14 +12,28 @@ namespace formats {
 
 namespace {
 
-// A JSON number with a point or an exponent, as readers of the format write doubles.
-std::string jsonDouble(double number) {
-  std::string text{std::string_view(text::NumberText(number))};
-  if (text.find_first_of(".e") == std::string::npos) text += ".0";
+// Writes a JSON number with a point or an exponent, as readers of the format write doubles.
+void writeDouble(TextSink& out, double number) {
+  const text::NumberText digits(number);
+  const std::string_view written = digits;
+  out.write(written);
+  if (written.find_first_of(".e") == std::string_view::npos) out.write(".0");
+}
+
+std::string beforeValue(double rate) {
+  std::string text;
+  TextSink sink([&text](std::string_view block) { text += block; });
+  sink.write("{\"OTIO_SCHEMA\":\"RationalTime.1\",\"rate\":");
+  writeDouble(sink, rate);
+  sink.write(",\"value\":");
+  sink.flush();
   return text;
 }
 
 }  // namespace
+
+OtioTimeline::OtioTimeline(TextSink& out, double rate)
+    : m_out(out), m_beforeValue(beforeValue(rate)) {}
 
 void OtioTimeline::begin(const std::string& name) {
   m_out.write(
@@ -39,47 +53,67 @@ void OtioTimeline::beginClip() {
       "\"markers\":[");
 }
 
-void OtioTimeline::add(const StreamLabel& stream, double time, double seconds,
-                       const std::string& text) {
-  const std::string value = text::jsonString(text);
-  writeMarker(stream, time, seconds, value, "BLUE", "\"value\":" + value);
+void OtioTimeline::beginStream(const StreamLabel& stream) {
+  m_beforeSeconds = "{\"OTIO_SCHEMA\":\"Marker.2\",\"metadata\":{\"voxa\":{\"stream\":" +
+                    text::jsonString(stream.stream) + ",\"type\":\"" + infoOf(stream.type).name +
+                    "\",\"time\":";
 }
 
-void OtioTimeline::add(const StreamLabel& stream, double time, double seconds,
-                       const ZRKMetaData::KeyStroke& key) {
-  writeMarker(stream, time, seconds, text::jsonString(keyName(key.character)), "GREEN",
-              "\"character\":" + std::to_string(key.character) +
-                  ",\"eventFlags\":" + std::to_string(key.eventFlags));
+void OtioTimeline::add(double time, double seconds, const std::string& text) {
+  beginMarker(seconds);
+  m_out.write(",\"value\":\"");
+  m_out.writeEscaped<text::JsonRule>(text);
+  m_out.write("\"}},\"name\":\"");
+  m_out.writeEscaped<text::JsonRule>(text);
+  m_out.write("\",\"color\":\"BLUE");
+  endMarker(time);
+}
+
+void OtioTimeline::add(double time, double seconds, const ZRKMetaData::KeyStroke& key) {
+  beginMarker(seconds);
+  m_out.write(",\"character\":");
+  m_out.writeNumber(key.character);
+  m_out.write(",\"eventFlags\":");
+  m_out.writeNumber(key.eventFlags);
+  m_out.write("}},\"name\":\"");
+  m_out.writeEscaped<text::JsonRule>(keyName(key.character));
+  m_out.write("\",\"color\":\"GREEN");
+  endMarker(time);
 }
 
 void OtioTimeline::endClip(const std::string& name, const std::string& url, double duration) {
   m_out.write("],\"name\":" + text::jsonString(name) +
               ",\"media_reference\":{\"OTIO_SCHEMA\":\"ExternalReference.1\",\"metadata\":{},"
-              "\"name\":\"\",\"available_range\":{\"OTIO_SCHEMA\":\"TimeRange.1\",\"start_time\":" +
-              rationalTime(0) + ",\"duration\":" + rationalTime(duration) +
-              "},\"target_url\":" + text::jsonString(url) + "}}");
+              "\"name\":\"\",\"available_range\":{\"OTIO_SCHEMA\":\"TimeRange.1\",\"start_time\":");
+  writeTime(0);
+  m_out.write(",\"duration\":");
+  writeTime(duration);
+  m_out.write("},\"target_url\":" + text::jsonString(url) + "}}");
 }
 
 void OtioTimeline::finish() {
   m_out.write("\n]}]}}\n");
 }
 
-std::string OtioTimeline::rationalTime(double value) const {
-  return "{\"OTIO_SCHEMA\":\"RationalTime.1\",\"rate\":" + jsonDouble(m_rate) +
-         ",\"value\":" + jsonDouble(value) + "}";
-}
-
-void OtioTimeline::writeMarker(const StreamLabel& stream, double time, double seconds,
-                               const std::string& name, const char* color,
-                               const std::string& fields) {
+void OtioTimeline::beginMarker(double seconds) {
   m_out.write(m_isFirstMarker ? "\n" : ",\n");
   m_isFirstMarker = false;
-  m_out.write("{\"OTIO_SCHEMA\":\"Marker.2\",\"metadata\":{\"voxa\":{\"stream\":" +
-              text::jsonString(stream.stream) + ",\"type\":\"" + infoOf(stream.type).name +
-              "\",\"time\":" + jsonDouble(seconds) + "," + fields + "}},\"name\":" + name +
-              ",\"color\":\"" + color +
-              "\",\"marked_range\":{\"OTIO_SCHEMA\":\"TimeRange.1\",\"start_time\":" +
-              rationalTime(time) + ",\"duration\":" + rationalTime(0) + "}}");
+  m_out.write(m_beforeSeconds);
+  writeDouble(m_out, seconds);
+}
+
+void OtioTimeline::endMarker(double time) {
+  m_out.write("\",\"marked_range\":{\"OTIO_SCHEMA\":\"TimeRange.1\",\"start_time\":");
+  writeTime(time);
+  m_out.write(",\"duration\":");
+  writeTime(0);
+  m_out.write("}}");
+}
+
+void OtioTimeline::writeTime(double value) {
+  m_out.write(m_beforeValue);
+  writeDouble(m_out, value);
+  m_out.write("}");
 }
 
 std::string mediaUrl(const std::string& file, bool isWindows) {

@@ -5,8 +5,9 @@
 // recording, one after the other. A marker has the time of the recording and no duration, the text
 // or the key as its name, and the stream and the exact record in its metadata under "voxa".
 //
-// Used in this order: `begin`, for each recording `beginClip`, `add` for each record and `endClip`,
-// then `finish`. Memory does not grow with the number of markers. Used by one thread.
+// Used in this order: `begin`, for each recording `beginClip`, for each of its streams
+// `beginStream` and `add` for each record, and `endClip`, then `finish`. Memory does not grow with
+// the number of markers. Used by one thread.
 #pragma once
 
 #include <string>
@@ -19,16 +20,16 @@ namespace formats {
 class OtioTimeline {
  public:
   /// `rate` is that of every time, in units per second. `out` must outlive the writer.
-  OtioTimeline(TextSink& out, double rate) : m_out(out), m_rate(rate) {}
+  OtioTimeline(TextSink& out, double rate);
 
   void begin(const std::string& name);
   void beginClip();
+  void beginStream(const StreamLabel& stream);
 
   /// Adds a marker at `time`, in units of the rate. `seconds` is the time of the record. Requires:
   /// both are finite.
-  void add(const StreamLabel& stream, double time, double seconds, const std::string& text);
-  void add(const StreamLabel& stream, double time, double seconds,
-           const ZRKMetaData::KeyStroke& key);
+  void add(double time, double seconds, const std::string& text);
+  void add(double time, double seconds, const ZRKMetaData::KeyStroke& key);
 
   /// `url` is where the recording is, see `mediaUrl`; `duration` is in units of the rate.
   void endClip(const std::string& name, const std::string& url, double duration);
@@ -36,12 +37,13 @@ class OtioTimeline {
   void finish();
 
  private:
-  std::string rationalTime(double value) const;
-  void writeMarker(const StreamLabel& stream, double time, double seconds, const std::string& name,
-                   const char* color, const std::string& fields);
+  void beginMarker(double seconds);
+  void endMarker(double time);
+  void writeTime(double value);
 
   TextSink& m_out;
-  const double m_rate;
+  const std::string m_beforeValue;  // of a time: all that stands before the number
+  std::string m_beforeSeconds;      // of a marker
   bool m_isFirstClip = true;
   bool m_isFirstMarker = true;
 };

@@ -118,7 +118,7 @@ class ClipWriter {
   // Returns the time of the last marker in seconds.
   template <class Record>
   double writeMarkers(const ChosenStream& stream) {
-    const formats::StreamLabel label{m_source.file, stream.name, stream.type};
+    m_timeline.beginStream({m_source.file, stream.name, stream.type});
     std::uint64_t leftOut = 0;
     double last = 0;
     try {
@@ -130,7 +130,7 @@ class ClipWriter {
                               return;
                             }
                             last = std::max(last, seconds);
-                            m_timeline.add(label, *time, seconds, record);
+                            m_timeline.add(*time, seconds, record);
                           });
     } catch (const series::DamagedStream& damage) {
       m_damages.add(damage.message(m_source.file));
