@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <boost/uuid/uuid_io.hpp>
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
@@ -18,6 +19,7 @@
 #include "tools/series/RecordStream.h"
 #include "tools/voxa/Commands.h"
 #include "tools/voxa/Extension.h"
+#include "tools/voxa/Messages.h"
 #include "tools/voxa/Output.h"
 #include "tools/voxa/Progress.h"
 #include "tools/voxa/Recording.h"
@@ -166,6 +168,14 @@ void writeTable(Output& out, const std::string& file, const Written& written,
   }
 }
 
+// So that a file of an earlier run is not taken for one of this run.
+void sayLeft(const std::string& name, const char* state) {
+  std::error_code absent;
+  if (std::filesystem::exists(std::filesystem::u8path(name), absent)) {
+    say(fmt::format("{}: was there before and is left as it is; no stream is {}", name, state));
+  }
+}
+
 Streams readStreams(const SalvageOptions& options, std::istream& file) {
   const auto kind = options.container.value_or(ZRKMetaData::containerKindOfFileName(options.file));
   if (kind == ZRKMetaData::None) {
@@ -199,13 +209,16 @@ void salvageRecording(const SalvageOptions& options) {
   // Both files are opened before one is written, so that one that exists refuses both.
   struct Part {
     std::string name;
+    SalvageState state;
     Streams streams;
     std::unique_ptr<files::OutputFile> file;
   };
-  Part parts[] = {{options.out, chosen(streams, SalvageState::Certain), nullptr},
-                  {doubtfulOut, chosen(streams, SalvageState::Doubtful), nullptr}};
+  Part parts[] = {
+      {options.out, SalvageState::Certain, chosen(streams, SalvageState::Certain), nullptr},
+      {doubtfulOut, SalvageState::Doubtful, chosen(streams, SalvageState::Doubtful), nullptr}};
   for (Part& part : parts) {
     if (part.streams.empty()) {
+      sayLeft(part.name, nameOf(part.state));
       part.name.clear();
       continue;
     }
