@@ -143,12 +143,13 @@ TEST_P(LongWork, ShowsRisingSharesUnlessQuiet) {
 
 INSTANTIATE_TEST_SUITE_P(
     Commands, LongWork,
-    testing::Values(ProgressCase{"Records", {"records", "F0", "--as=points", "--format=csv"}, true},
-                    ProgressCase{
-                        "Quiet", {"records", "F0", "--as=points", "--format=csv", "-q"}, false},
-                    ProgressCase{"QuietGuess", {"records", "F0", "--format=csv", "--quiet"}, false},
-                    ProgressCase{"Export", {"export", "--as=points"}, true},
-                    ProgressCase{"Frames", {"frames", "--as=points", "--rate=60"}, true}),
+    testing::Values(
+        ProgressCase{"Records", {"records", "F0", "--as=points", "--format=csv"}, true},
+        ProgressCase{"Quiet", {"records", "F0", "--as=points", "--format=csv", "-q"}, false},
+        ProgressCase{"QuietGuess", {"records", "F0", "--format=csv", "--quiet"}, false},
+        ProgressCase{"Export", {"export", "--as=points"}, true},
+        ProgressCase{"Load", {"load", "F0", "--as=points", "--rate=60", "--format=csv"}, true},
+        ProgressCase{"Frames", {"frames", "--as=points", "--rate=60"}, true}),
     [](const testing::TestParamInfo<ProgressCase>& c) { return std::string(c.param.name); });
 
 TEST(ShortWork, ShowsNoShareOfAResultOnTheTerminal) {

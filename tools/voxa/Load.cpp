@@ -25,6 +25,7 @@
 #include "tools/voxa/Masks.h"
 #include "tools/voxa/Messages.h"
 #include "tools/voxa/Output.h"
+#include "tools/voxa/Progress.h"
 #include "tools/voxa/QuietModule.h"
 #include "tools/voxa/Rates.h"
 #include "tools/voxa/Recording.h"
@@ -145,11 +146,19 @@ void printRows(const Request& request, const Parameter<T>& parameter, RowWriter&
   };
   rows.header([&](auto& row) { describeKeyFrame(row, request, RationalTime(), T()); });
   if (!request.at) {
+    // The module reads without a report; printing takes longer.
+    constexpr int kKeyFramesPerReport = 1024;
+    Progress progress(request.options.file, static_cast<double>(parameter.numKeyFrames()));
+    int unreported = 0;
     const Kestova::ReadWriteMutex::ScopedReadLock lock(parameter.mutex());  // once for all rows
     for (Kestova::ParameterIterator<T> at(parameter); !at.atEnd(); at.next()) {
       const bool isInRange =
           (!request.from || at.time() >= *request.from) && (!request.to || at.time() < *request.to);
       if (isInRange) print(at.time(), at.keyFrame()->value());
+      if (++unreported == kKeyFramesPerReport) {
+        progress.add(unreported);
+        unreported = 0;
+      }
     }
   } else if (parameter.numKeyFrames() != 0) {
     print(*request.at, parameter.valueAt(*request.at));

@@ -45,9 +45,9 @@ double bytesOf(MetaDataParser& parser, const std::vector<ChosenStream>& streams)
   return bytesOf(parser, ids);
 }
 
-Progress::Progress(const std::string& file, double byteCount)
+Progress::Progress(const std::string& file, double total)
     : m_name(shownName(file)),
-      m_total(byteCount),
+      m_total(total),
       m_next(Clock::now() + std::chrono::seconds(1)),
       m_before(series::setReadListener(this)) {}
 

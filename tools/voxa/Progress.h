@@ -22,14 +22,15 @@ double bytesOf(ZRKMetaData::MetaDataParser& parser, const std::vector<ChosenStre
 /// the status line (Messages.h). Objects nest; only the innermost counts.
 class Progress final : private series::ReadListener {
  public:
-  /// The work reads about `byteCount` bytes for `file`, of which the line shows the name.
-  Progress(const std::string& file, double byteCount);
+  /// The work reads about `total` bytes for `file`, of which the line shows the name. Work that
+  /// reads no stream may count other units, of which `total` is then the number.
+  Progress(const std::string& file, double total);
   ~Progress();
   Progress(const Progress&) = delete;
   Progress& operator=(const Progress&) = delete;
 
-  /// Counts bytes that are not those of a stream.
-  void add(ZRKMetaData::int64 byteCount) noexcept { onBytesRead(byteCount); }
+  /// Counts bytes that are not those of a stream, or other units. Reads the clock.
+  void add(ZRKMetaData::int64 count) noexcept { onBytesRead(count); }
 
  private:
   using Clock = std::chrono::steady_clock;
