@@ -23,13 +23,13 @@ std::size_t offsetOfChange(const std::string& media, const std::string& out) {
   fuzz::require(out.size() > media.size(), "something is appended");
   const auto difference = std::mismatch(media.begin(), media.end(), out.begin());
   if (difference.first == media.end()) return 0;
-  const auto place = static_cast<std::size_t>(difference.first - media.begin());
-  fuzz::require(media.compare(place, 4, "moov") == 0 && out.compare(place, 4, "free") == 0,
+  const auto offset = static_cast<std::size_t>(difference.first - media.begin());
+  fuzz::require(media.compare(offset, 4, "moov") == 0 && out.compare(offset, 4, "free") == 0,
                 "nothing changes but the type of the movie header");
   fuzz::require(
-      media.compare(place + 4, std::string::npos, out, place + 4, media.size() - place - 4) == 0,
+      media.compare(offset + 4, std::string::npos, out, offset + 4, media.size() - offset - 4) == 0,
       "one movie header becomes free space");
-  return place;
+  return offset;
 }
 
 // Every stream of the sample, at the end of the file. Media that has blocks of its own, or what a
@@ -51,8 +51,8 @@ std::size_t trackCount(const fuzz::TempFile& file) {
 
 std::size_t count(const std::string& text, const char* part) {
   std::size_t found = 0;
-  for (auto place = text.find(part); place != std::string::npos;
-       place = text.find(part, place + 1)) {
+  for (auto offset = text.find(part); offset != std::string::npos;
+       offset = text.find(part, offset + 1)) {
     ++found;
   }
   return found;

@@ -180,8 +180,8 @@ class Recording {
       if (to_string(id) != stream ||
           !isReadableVersion(readHeaderAt(parser->stream(), location.offset)))
         continue;
-      model.outcome.error = errorOf([&, place = location] {
-        testing_support::readPlainly(model, parser->stream(), place.offset, place.size);
+      model.outcome.error = errorOf([&, extent = location] {
+        testing_support::readPlainly(model, parser->stream(), extent.offset, extent.size);
       });
     }
     if (!model.outcome.error.empty()) model.outcome.keyFrames.clear();  // nothing half-loaded

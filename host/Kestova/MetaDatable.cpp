@@ -78,9 +78,9 @@ std::unique_ptr<MetaDataMap> MetaDatable::cloneMetaData(const MetaDataMap* map) 
   if (map == nullptr) return nullptr;
   auto copy = std::make_unique<MetaDataMap>();
   for (const auto& [key, attribute] : *map) {
-    boost::shared_ptr<AttributeInterface>& place = (*copy)[key];
-    place.reset(attribute->clone());
-    attribute->setupSharedClone(place);
+    boost::shared_ptr<AttributeInterface>& copied = (*copy)[key];
+    copied.reset(attribute->clone());
+    attribute->setupSharedClone(copied);
   }
   return copy;
 }

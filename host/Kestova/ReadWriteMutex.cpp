@@ -55,9 +55,9 @@ void ReadWriteMutex::unlockRead(ReadHold& hold) {
     return;
   }
   ReadHold*& holds = t_readHolds;
-  ReadHold** place = &holds;
-  while (*place != &hold) place = &(*place)->next;
-  *place = hold.next;
+  ReadHold** link = &holds;
+  while (*link != &hold) link = &(*link)->next;
+  *link = hold.next;
   if (!isAmong(holds)) leave();
 }
 

@@ -184,9 +184,9 @@ TEST_F(Commands, NameTheRecordAtWhichTheFileEnds) {
     const std::string text = result.error + result.out;
     EXPECT_NE(text.find("the file ends"), std::string::npos) << command.front() << text;
   }
-  const std::string place = std::to_string(whole.size() - 15);
+  const std::string offset = std::to_string(whole.size() - 15);
   EXPECT_NE(voxa({"records", cut, "F9", "--as=strings"})
-                .error.find(": byte " + place +
+                .error.find(": byte " + offset +
                             ": the file ends 10 bytes into a record of 15 bytes; the records "
                             "before are printed\n"),
             std::string::npos);

@@ -52,9 +52,9 @@ unsigned char mixed(unsigned char from, unsigned char to, double share) {
 }
 
 Color interpolated(const std::array<Color, 17>& scale, double position) {
-  const double place = std::clamp(position, 0.0, 1.0) * static_cast<double>(scale.size() - 1);
-  const auto index = std::min(static_cast<std::size_t>(place), scale.size() - 2);
-  const double share = place - static_cast<double>(index);
+  const double scaled = std::clamp(position, 0.0, 1.0) * static_cast<double>(scale.size() - 1);
+  const auto index = std::min(static_cast<std::size_t>(scaled), scale.size() - 2);
+  const double share = scaled - static_cast<double>(index);
   const Color& from = scale[index];
   const Color& to = scale[index + 1];
   return {mixed(from.red, to.red, share), mixed(from.green, to.green, share),

@@ -27,10 +27,10 @@ std::uint32_t ReportRows::indexOf(const std::string& text) {
     shown = text::wellFormedUtf8(leadingCharacters(text, kMaxTextBytes));
     shown += "\xE2\x80\xA6 (" + std::to_string(text.size()) + " bytes)";
   }
-  const auto [place, isNew] =
+  const auto [entry, isNew] =
       m_textIndexes.try_emplace(std::move(shown), static_cast<std::uint32_t>(m_texts.size()));
-  if (isNew) m_texts.push_back(place->first);
-  return place->second;
+  if (isNew) m_texts.push_back(entry->first);
+  return entry->second;
 }
 
 void ReportRows::keepImage(const ZRKMetaData::CursorImage& image) {

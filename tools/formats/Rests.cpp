@@ -41,10 +41,10 @@ void RestFinder::closeRest() {
   Rest rest = m_rest;
   rest.x += m_sumX / rest.duration;
   rest.y += m_sumY / rest.duration;
-  const auto place = std::upper_bound(
+  const auto next = std::upper_bound(
       m_rests.begin(), m_rests.end(), rest,
       [](const Rest& left, const Rest& right) { return left.duration > right.duration; });
-  m_rests.insert(place, rest);
+  m_rests.insert(next, rest);
   if (m_rests.size() > kMaxRests) m_rests.pop_back();
 }
 

@@ -17,7 +17,7 @@
 #include <vector>
 
 #include "tools/keep/RecordBytes.h"
-#include "tools/keep/RecordPlaces.h"
+#include "tools/keep/SegmentExtents.h"
 #include "tools/keep/StoredImages.h"
 #include "tools/recording/Append.h"
 #include "tools/recording/Container.h"
@@ -40,28 +40,28 @@ class CutStream {
   CutStream(ZRKMetaData::MetaDataParser& parser, const boost::uuids::uuid& id,
             const std::vector<Segment>& segments)
       : m_parser(parser), m_offset(parser.locationOf(id).offset), m_segments(segments) {
-    RecordPlaces places(segments);
+    SegmentExtents finder(segments);
     std::uint64_t size = 0;
     try {
       series::forEachRecord<Record>(parser, id, {}, [&](double seconds, const Record& record) {
         if constexpr (kIsImage) m_images.add(size, record);
-        places.add(seconds, series::byteCountOf(record));
+        finder.add(seconds, series::byteCountOf(record));
         size += series::byteCountOf(record);
       });
     } catch (const series::DamagedStream& damage) {
       m_damage = damage;
     }
-    m_places = places.places();
-    if (segments.front().hasStart()) m_leftOutCount = places.timelessCount();
+    m_extents = finder.extents();
+    if (segments.front().hasStart()) m_leftOutCount = finder.timelessCount();
     if constexpr (!series::kIsHeld<Record>) {
-      for (SegmentPlaces& segment : m_places) segment.held.reset();
+      for (SegmentExtent& segment : m_extents) segment.held.reset();
     }
     requireFewReads(size);
     m_byteCount = ZRKMetaData::MetaDataHeader::kByteCount;
     if constexpr (kIsImage) {
       writeRecords([this](std::string_view bytes) { m_byteCount += bytes.size(); });
     } else {
-      for (const SegmentPlaces& segment : m_places) {
+      for (const SegmentExtent& segment : m_extents) {
         m_byteCount += segment.byteCount + (segment.held ? segment.held->size : 0);
       }
     }
@@ -90,28 +90,29 @@ class CutStream {
     constexpr std::uint64_t kMaxReads = 16;
     std::uint64_t read = 0;
     std::uint64_t kept = 0;
-    for (const SegmentPlaces& segment : m_places) {
+    for (const SegmentExtent& segment : m_extents) {
       read += segment.end - segment.begin;
       kept += segment.byteCount;
     }
     if (read > kMaxReads * (size + kept)) {
       throw std::runtime_error("its times are out of order, and " +
-                               std::to_string(m_places.size()) + " parts would read it more than " +
-                               std::to_string(kMaxReads) + " times; use fewer parts");
+                               std::to_string(m_extents.size()) +
+                               " parts would read it more than " + std::to_string(kMaxReads) +
+                               " times; use fewer parts");
     }
   }
 
   void writeRecords(const recording::Write& write) {
     m_images.restart();
-    for (std::size_t index = 0; index < m_places.size(); ++index) {
+    for (std::size_t index = 0; index < m_extents.size(); ++index) {
       const Segment& segment = m_segments[index];
-      const SegmentPlaces& places = m_places[index];
-      if (places.held) {
-        seek(places.held->position);
-        write(recordBytes(segment.start, withImage(places.held->position, read().second)));
+      const SegmentExtent& extent = m_extents[index];
+      if (extent.held) {
+        seek(extent.held->position);
+        write(recordBytes(segment.start, withImage(extent.held->position, read().second)));
       }
-      seek(places.begin);
-      for (std::uint64_t position = places.begin; position < places.end;) {
+      seek(extent.begin);
+      for (std::uint64_t position = extent.begin; position < extent.end;) {
         auto [seconds, record] = read();
         const std::uint64_t next = position + series::byteCountOf(record);
         if (segment.range.contains(seconds)) {
@@ -153,7 +154,7 @@ class CutStream {
   ZRKMetaData::MetaDataParser& m_parser;
   const ZRKMetaData::int64 m_offset;
   const std::vector<Segment>& m_segments;
-  std::vector<SegmentPlaces> m_places;
+  std::vector<SegmentExtent> m_extents;
   std::optional<series::DamagedStream> m_damage;
   StoredImages m_images;
   std::uint64_t m_byteCount = 0;

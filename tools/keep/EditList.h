@@ -1,7 +1,8 @@
 // What an edit did to the timeline of a recording: which parts it kept, and where it put them.
 //
-// Times are exact fractions of seconds until they meet a record, so that the ends of a thousand
-// parts do not drift. Plain values: copy them freely. Every function may be called from any thread.
+// Times are exact fractions of seconds until they are compared with a record's, so that the ends of
+// a thousand parts do not drift. Plain values: copy them freely. Every function may be called from
+// any thread.
 #pragma once
 
 #include <cstddef>
@@ -36,7 +37,7 @@ class TimeShift {
   double m_low = 0;   // the double nearest to the rest
 };
 
-/// A piece as records meet it.
+/// A piece of the original timeline, in times that can be compared with those of records.
 struct Segment {
   series::TimeRange range;  ///< of the original times that are kept
   TimeShift shift;          ///< from original to edited times

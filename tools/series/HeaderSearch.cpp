@@ -89,15 +89,15 @@ class HeaderSearch {
     constexpr std::size_t kKeyBytes = 4;  // up to the key
     const std::string_view tail(reinterpret_cast<const char*>(family.data) + kKeyBytes,
                                 sizeof family.data - kKeyBytes);
-    forEach(piece, tail, [&](std::size_t place) {
-      if (place >= kKeyBytes && isRegistered(piece.substr(place - kKeyBytes))) {
-        add(piece, place - kKeyBytes, start, false);
+    forEach(piece, tail, [&](std::size_t offset) {
+      if (offset >= kKeyBytes && isRegistered(piece.substr(offset - kKeyBytes))) {
+        add(piece, offset - kKeyBytes, start, false);
       }
     });
-    forEach(piece, kEntryType, [&](std::size_t place) {
-      const std::size_t payload = place + (m_isAtoms ? 4 : 8);
+    forEach(piece, kEntryType, [&](std::size_t offset) {
+      const std::size_t payload = offset + (m_isAtoms ? 4 : 8);
       add(piece, payload, start, true);
-      if (m_isAtoms && place >= 4 && isSmallSize(piece.substr(place - 4))) {
+      if (m_isAtoms && offset >= 4 && isSmallSize(piece.substr(offset - 4))) {
         add(piece, payload + 8, start, true);
       }
     });
@@ -105,9 +105,9 @@ class HeaderSearch {
 
   template <class Visit>
   static void forEach(std::string_view piece, std::string_view pattern, Visit visit) {
-    for (auto place = piece.find(pattern); place != std::string_view::npos;
-         place = piece.find(pattern, place + 1)) {
-      visit(place);
+    for (auto offset = piece.find(pattern); offset != std::string_view::npos;
+         offset = piece.find(pattern, offset + 1)) {
+      visit(offset);
     }
   }
 

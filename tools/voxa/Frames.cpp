@@ -245,10 +245,10 @@ class HeldRecords final : public HeldStream {
   using Value = std::decay_t<decltype(frameValue(std::declval<const Record&>()))>;
 
   void add(int64 frame, Value value) {
-    Value& place = m_values[frame];
-    m_byteCount -= textBytes(place);
+    Value& held = m_values[frame];
+    m_byteCount -= textBytes(held);
     m_byteCount += textBytes(value);
-    place = std::move(value);
+    held = std::move(value);
   }
 
   // Removes the last frames where the window takes too much memory. Returns where it ends.

@@ -15,33 +15,33 @@
 namespace keep {
 
 /// Byte positions count from the start of the stream's records.
-struct RecordPlace {
+struct RecordExtent {
   std::uint64_t position = 0;
   std::uint64_t size = 0;
 };
 
-struct SegmentPlaces {
+struct SegmentExtent {
   /// The record whose value holds at the start of the segment: the last one before it, or where
   /// there is none, the first of the stream. Nothing for a segment without a start, where a record
   /// of the segment is at its start, and where the first record that is written has that value
   /// anyway.
-  std::optional<RecordPlace> held;
+  std::optional<RecordExtent> held;
 
   std::uint64_t begin = 0;  ///< all records of the segment are in [begin, end)
   std::uint64_t end = 0;
   std::uint64_t byteCount = 0;  ///< of the segment's records together
 };
 
-class RecordPlaces {
+class SegmentExtents {
  public:
   /// `segments` must outlive the object.
-  explicit RecordPlaces(const std::vector<Segment>& segments);
+  explicit SegmentExtents(const std::vector<Segment>& segments);
 
   /// The next record of the stream.
   void add(double seconds, std::uint64_t byteCount);
 
-  /// The places of each segment, in their order. Call it after the last record.
-  std::vector<SegmentPlaces> places() const;
+  /// The extents of each segment, in their order. Call it after the last record.
+  std::vector<SegmentExtent> extents() const;
 
   /// Of records whose time is NaN. They are in no segment that has a start.
   std::uint64_t timelessCount() const { return m_timelessCount; }
@@ -53,7 +53,7 @@ class RecordPlaces {
     std::uint64_t end = 0;
     std::uint64_t byteCount = 0;
     double latest = 0;
-    std::optional<RecordPlace> last;  // at the latest time, the last in the file
+    std::optional<RecordExtent> last;  // at the latest time, the last in the file
   };
 
   std::size_t intervalOf(double seconds) const;
@@ -64,7 +64,7 @@ class RecordPlaces {
   Interval m_all;                     // NaN times included
   std::uint64_t m_timelessCount = 0;
   double m_earliest = 0;
-  std::optional<RecordPlace> m_first;  // at the earliest time, the last in the file
+  std::optional<RecordExtent> m_first;  // at the earliest time, the last in the file
 };
 
 }  // namespace keep

@@ -1,11 +1,11 @@
-#include "tools/keep/RecordPlaces.h"
+#include "tools/keep/SegmentExtents.h"
 
 #include <algorithm>
 #include <cmath>
 
 namespace keep {
 
-RecordPlaces::RecordPlaces(const std::vector<Segment>& segments) : m_segments(segments) {
+SegmentExtents::SegmentExtents(const std::vector<Segment>& segments) : m_segments(segments) {
   for (const Segment& segment : segments) {
     if (!segment.hasStart()) continue;
     // A record at the start is told from those before and after it.
@@ -18,13 +18,13 @@ RecordPlaces::RecordPlaces(const std::vector<Segment>& segments) : m_segments(se
   m_intervals.resize(m_bounds.size() + 1);
 }
 
-std::size_t RecordPlaces::intervalOf(double seconds) const {
+std::size_t SegmentExtents::intervalOf(double seconds) const {
   return static_cast<std::size_t>(std::upper_bound(m_bounds.begin(), m_bounds.end(), seconds) -
                                   m_bounds.begin());
 }
 
-void RecordPlaces::add(double seconds, std::uint64_t byteCount) {
-  const RecordPlace place{m_all.end, byteCount};
+void SegmentExtents::add(double seconds, std::uint64_t byteCount) {
+  const RecordExtent record{m_all.end, byteCount};
   m_all.begin = 0;
   m_all.end += byteCount;
   m_all.byteCount += byteCount;
@@ -33,35 +33,35 @@ void RecordPlaces::add(double seconds, std::uint64_t byteCount) {
     return;
   }
   if (!m_first || seconds <= m_earliest) {
-    m_first = place;
+    m_first = record;
     m_earliest = seconds;
   }
   Interval& interval = m_intervals[intervalOf(seconds)];
-  interval.begin = std::min(interval.begin, place.position);
+  interval.begin = std::min(interval.begin, record.position);
   interval.end = m_all.end;
   interval.byteCount += byteCount;
   if (!interval.last || seconds >= interval.latest) {
-    interval.last = place;
+    interval.last = record;
     interval.latest = seconds;
   }
 }
 
-std::vector<SegmentPlaces> RecordPlaces::places() const {
+std::vector<SegmentExtent> SegmentExtents::extents() const {
   // Up to each interval, the record at the latest time.
-  std::vector<std::optional<RecordPlace>> heldAfter;
+  std::vector<std::optional<RecordExtent>> heldAfter;
   heldAfter.reserve(m_intervals.size());
   for (const Interval& interval : m_intervals) {
     const bool isNew = interval.last || heldAfter.empty();
     heldAfter.push_back(isNew ? interval.last : heldAfter.back());
   }
-  std::vector<SegmentPlaces> all;
+  std::vector<SegmentExtent> all;
   bool isAnyWritten = false;
   for (const Segment& segment : m_segments) {
-    SegmentPlaces places;
+    SegmentExtent extent;
     if (!segment.hasStart()) {
-      places.end = m_all.end;
-      places.byteCount = m_all.byteCount;
-      all.push_back(places);
+      extent.end = m_all.end;
+      extent.byteCount = m_all.byteCount;
+      all.push_back(extent);
       continue;
     }
     Interval own;
@@ -74,17 +74,17 @@ std::vector<SegmentPlaces> RecordPlaces::places() const {
       own.byteCount += m_intervals[index].byteCount;
     }
     if (own.byteCount != 0) {
-      places.begin = own.begin;
-      places.end = own.end;
-      places.byteCount = own.byteCount;
+      extent.begin = own.begin;
+      extent.end = own.end;
+      extent.byteCount = own.byteCount;
     }
     if (!m_intervals[first].last) {  // no record at the start itself
       const auto before = first == 0 ? std::nullopt : heldAfter[first - 1];
-      places.held = before;
-      if (!before && (isAnyWritten || own.byteCount == 0)) places.held = m_first;
+      extent.held = before;
+      if (!before && (isAnyWritten || own.byteCount == 0)) extent.held = m_first;
     }
-    isAnyWritten = isAnyWritten || places.held || own.byteCount != 0;
-    all.push_back(places);
+    isAnyWritten = isAnyWritten || extent.held || own.byteCount != 0;
+    all.push_back(extent);
   }
   return all;
 }
