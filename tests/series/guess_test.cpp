@@ -140,6 +140,27 @@ TEST_P(MeasuredGuess, MeetsItsRatesOnTenThousandStreams) {
 INSTANTIATE_TEST_SUITE_P(Seed, MeasuredGuess, testing::Values(1U, 20261U, 90210U),
                          testing::PrintToStringParamName());
 
+// Typed text repeats few values, so that its lead over other types hardly grows.
+TEST(Guess, OfTypedTextThatIsCertainOnceStaysSo) {
+  for (const Generator& generator : generators()) {
+    if (std::string(generator.what) != "prose with shift") continue;
+    for (const unsigned seed : {1U, 2U, 3U}) {
+      Random random(seed);
+      const Bytes records = generator.bytes(random, 1 << 14);
+      int certainCount = 0;
+      for (std::size_t count = 32; count <= 1 << 14; count *= 2) {
+        const Guess guess = guessOf(records.substr(0, count * 16), 0);
+        if (guess.isCertain) ++certainCount;
+        if (certainCount > 0) {
+          EXPECT_TRUE(guess.isCertain) << seed << ", " << count << " keys";
+          EXPECT_EQ(nameOf(guess.candidates[0]), "keystrokes");
+        }
+      }
+      EXPECT_GT(certainCount, 5);
+    }
+  }
+}
+
 Bytes randomBytes(Random& random, int size) {
   Bytes bytes;
   while (int(bytes.size()) < size) bytes += recording::littleEndian(random.bits());

@@ -62,16 +62,28 @@ std::string shown(double number) {
   return text;
 }
 
+// How many of the examined bits a type saves.
+struct Evidence {
+  double examinedBits = 0;
+  double savedBits = 0;
+};
+
 // How far a type got.
 struct Measurement {
   int passed = 0;  // tests
   std::vector<std::string> reasons;
-  double examinedBits = 0;
-  double evidenceBits = 0;  // of the examined ones, those that the type saves
+  std::string fault;             // of the first test that the type fails
+  std::vector<Evidence> course;  // after 2^12, 2^13, ... examined bits
+  Evidence all;
 
   void pass(std::string reason) {
     ++passed;
     reasons.push_back(std::move(reason));
+  }
+
+  void fail(const std::string& reason) {
+    if (fault.empty()) fault = reason;
+    reasons.push_back(reason);
   }
 };
 
@@ -240,8 +252,12 @@ class Examiner {
   }
 
   void account(std::size_t bytes) {
-    if (!hasFault()) m_examinedBits += 8.0 * static_cast<double>(bytes);
     ++m_record;
+    if (hasFault()) return;
+    m_examinedBits += 8.0 * static_cast<double>(bytes);
+    if (m_examinedBits < m_nextCourseBits) return;
+    m_course.push_back({m_examinedBits, m_examinedBits - m_costBits});
+    m_nextCourseBits *= 2;
   }
 
   // Of a type with a fault only the faults are of interest.
@@ -266,13 +282,13 @@ class Examiner {
 
   Measurement conclude() const {
     Measurement result;
-    result.examinedBits = m_examinedBits;
-    result.evidenceBits = m_examinedBits - m_costBits;
+    result.course = m_course;
+    result.all = {m_examinedBits, m_examinedBits - m_costBits};
     const auto test = [&result](const std::string& faultText, const char* passText) {
       if (faultText.empty()) {
         result.pass(passText);
       } else {
-        result.reasons.push_back(faultText);
+        result.fail(faultText);
       }
       return faultText.empty();
     };
@@ -282,14 +298,14 @@ class Examiner {
     test(m_timeFault, "times are finite and never fall");
     test(m_valueFault, "every value is possible");
     if (result.passed != kBasicTests - 1) return result;
-    const std::string share = std::to_string(std::llround(result.evidenceBits)) + " of " +
+    const std::string share = std::to_string(std::llround(result.all.savedBits)) + " of " +
                               std::to_string(std::llround(m_examinedBits)) + " bits";
     if (m_sample.byteCount == 0) {
       result.pass("there are no records");
-    } else if (result.evidenceBits >= kMinEvidenceBits) {
+    } else if (result.all.savedBits >= kMinEvidenceBits) {
       result.pass("the values are regular: the type explains " + share);
     } else {
-      result.reasons.push_back("the values are like chance: the type explains " + share);
+      result.fail("the values are like chance: the type explains " + share);
     }
     return result;
   }
@@ -305,6 +321,8 @@ class Examiner {
   detail::ReturnModel m_values;
   double m_costBits = 0;
   double m_examinedBits = 0;
+  double m_nextCourseBits = 4096;
+  std::vector<Evidence> m_course;
 };
 
 struct Ranked {
@@ -322,17 +340,40 @@ std::vector<Ranked> measureAll(const StreamSample& sample, TimeTest timeTest) {
   return types;
 }
 
-// How far a type may be behind another for test 5.
-bool isNear(const Measurement& result, double best) {
-  return best - result.evidenceBits < kDecisiveBits + kDecisiveShare * result.examinedBits;
+double lead(const Evidence& best, const Evidence& other) {
+  return best.savedBits - other.savedBits;
+}
+
+bool isFar(const Evidence& best, const Evidence& other) {
+  return lead(best, other) >= kDecisiveBits + kDecisiveShare * other.examinedBits;
+}
+
+// Whether a type is so little behind the best that it passes test 5. What was far behind once is
+// not near again because the stream goes on with values that all types store alike.
+bool isNear(const Measurement& result, const Measurement& best) {
+  if (lead(best.all, result.all) < kDecisiveBits) return true;
+  for (std::size_t index = 0; index < std::min(best.course.size(), result.course.size()); ++index) {
+    if (isFar(best.course[index], result.course[index])) return false;
+  }
+  return !isFar(best.all, result.all);
+}
+
+std::string bitsText(double bits) {
+  return std::to_string(std::llround(bits)) + " bits";
+}
+
+// Of a type that passes every test.
+std::string standing(double bitsBehind) {
+  return bitsBehind < kTieBits ? "no other type explains the values better"
+                               : "explains " + bitsText(bitsBehind) + " less";
 }
 
 // Test 5 for those that passed the others, then the order.
 Guess rank(std::vector<Ranked> types, bool isEmpty) {
-  double best = 0;
+  Measurement best;
   for (const Ranked& entry : types) {
-    if (entry.measurement.passed == kBasicTests)
-      best = std::max(best, entry.measurement.evidenceBits);
+    const Measurement& result = entry.measurement;
+    if (result.passed == kBasicTests && lead(result.all, best.all) > 0) best = result;
   }
   for (Ranked& entry : types) {
     Measurement& result = entry.measurement;
@@ -340,15 +381,13 @@ Guess rank(std::vector<Ranked> types, bool isEmpty) {
     if (isNear(result, best)) {
       result.pass("no other type explains the values far better");
     } else {
-      result.reasons.push_back("another type explains " +
-                               std::to_string(std::llround(best - result.evidenceBits)) +
-                               " bits more");
+      result.fail("another type explains " + bitsText(lead(best.all, result.all)) + " more");
     }
   }
   std::stable_sort(types.begin(), types.end(), [](const Ranked& left, const Ranked& right) {
     const Measurement& a = left.measurement;
     const Measurement& b = right.measurement;
-    return a.passed != b.passed ? a.passed > b.passed : a.evidenceBits > b.evidenceBits;
+    return a.passed != b.passed ? a.passed > b.passed : lead(a.all, b.all) > 0;
   });
   Guess guess;
   guess.isEmpty = isEmpty;
@@ -358,9 +397,11 @@ Guess rank(std::vector<Ranked> types, bool isEmpty) {
     const Measurement& result = entry.measurement;
     const bool passes = result.passed == kAllTests;
     if (passes) ++passing;
-    if (passes && best - result.evidenceBits < kTieBits) ++tied;
-    const double share = result.examinedBits > 0 ? result.evidenceBits / result.examinedBits : 0;
-    guess.candidates.push_back({entry.type, std::clamp(share, 0.0, 1.0), passes, result.reasons});
+    if (passes && lead(best.all, result.all) < kTieBits) ++tied;
+    const bool isExplained = result.passed >= kBasicTests - 1 && result.all.examinedBits > 0;
+    const double share = isExplained ? result.all.savedBits / result.all.examinedBits : 0;
+    guess.candidates.push_back({entry.type, std::clamp(share, 0.0, 1.0), passes, result.reasons,
+                                passes ? standing(lead(best.all, result.all)) : result.fault});
   }
   guess.tieCount = std::max<std::size_t>(tied, 1);
   guess.isCertain = passing == 1;
@@ -397,10 +438,10 @@ PossibleTypes possibleRecordTypes(const StreamSample& sample) {
     if (entry.measurement.passed >= kBasicTests - 1) fitting.push_back(std::move(entry));
   }
   std::stable_sort(fitting.begin(), fitting.end(), [](const Ranked& left, const Ranked& right) {
-    return left.measurement.evidenceBits > right.measurement.evidenceBits;
+    return left.measurement.all.savedBits > right.measurement.all.savedBits;
   });
   for (const Ranked& entry : fitting) {
-    if (isNear(entry.measurement, fitting.front().measurement.evidenceBits)) {
+    if (isNear(entry.measurement, fitting.front().measurement)) {
       possible.types.push_back(entry.type);
     }
   }

@@ -8,7 +8,8 @@
 //   2. times are finite, of a magnitude that a clock has, and never fall;
 //   3. every value is possible for the type;
 //   4. the type explains the bytes better than chance does, by at least 16 bits;
-//   5. no other type that passes the tests before explains them far better.
+//   5. no other type that passes the tests before explains them far better, at the end or earlier
+//      in the stream.
 //
 // "Explains" is a code length: a simple model of each type states in how many bits it would store
 // the records; the bits that this saves against the raw bytes are the type's evidence.
@@ -41,9 +42,19 @@ struct StreamSample {
 /// One type, measured against a stream.
 struct GuessCandidate {
   RecordType type{};
-  double score = 0;     ///< share of the examined bits that the type explains: 1 all, 0 none
+  /// The share of the examined bits that the type explains: 1 all, 0 none. 0 for a type that fails
+  /// test 1, 2 or 3.
+  double score = 0;
+
   bool passes = false;  ///< every one of the five tests
-  std::vector<std::string> reasons;  ///< for people: a sentence per test, up to the one that fails
+
+  /// For people: what came of each test. Test 5 is made of types that pass the others, and test 4
+  /// of those that pass the first three.
+  std::vector<std::string> reasons;
+
+  /// The reason that decides: of the first test that fails, or, for a type that passes, how it
+  /// compares with the others.
+  std::string decisive;
 };
 
 struct Guess {

@@ -27,12 +27,11 @@ namespace {
 std::string candidatesOf(const series::Guess& guess) {
   constexpr std::size_t kMinListed = 2;
   constexpr std::size_t kMaxListed = 3;
-  std::string text;
+  std::string text = guess.isUnknown ? "; no type fits" : "";
   const std::size_t count = std::clamp(guess.tieCount, kMinListed, kMaxListed);
   for (std::size_t index = 0; index < std::min(count, guess.candidates.size()); ++index) {
     const auto& candidate = guess.candidates[index];
-    text += std::string("; ") + series::infoOf(candidate.type).name;
-    if (!candidate.reasons.empty()) text += " (" + candidate.reasons.back() + ")";
+    text += fmt::format("; {} ({})", series::infoOf(candidate.type).name, candidate.decisive);
   }
   return text;
 }
