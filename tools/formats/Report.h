@@ -28,7 +28,7 @@ struct ReportSource {
   /// several times per stream; damage ends the stream without an exception.
   std::function<void(std::size_t index, ReportRows& rows)> addRecords;
 
-  /// The program that writes the page, for people: "voxa 1.0.0".
+  /// The program that writes the page, for people: "voxa 1.1.0".
   std::string generator;
 };
 
