@@ -1,6 +1,7 @@
 #include "bench/Frames.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "tools/recording/Dice.h"
 

@@ -6,6 +6,8 @@
 #include <map>
 #include <memory>
 #include <stdexcept>
+#include <utility>
+#include <vector>
 
 #include "ZRKMetaData/src/MetaDataUUID.h"
 #include "ZRKMetaData/src/ZRKMAssert.h"

@@ -1,5 +1,6 @@
 // Fuzzes the reader of each record type. The first byte selects the type, the next four are the
 // size of the entry; the rest are its records.
+#include <type_traits>
 #include <vector>
 
 #include "ZRKMetaData/src/ZRKMAssert.h"

@@ -6,6 +6,7 @@
 #include <sstream>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 #include "ZRKMetaData/src/ZRKMAssert.h"
 #include "ZRKMetaData/src/ZRKMMetaDataParser.h"

@@ -4,6 +4,7 @@
 
 #include <atomic>
 #include <boost/smart_ptr/weak_ptr.hpp>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>

@@ -10,6 +10,8 @@
 #include <list>
 #include <optional>
 #include <sstream>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 #include "loader/VOXAScreenMetaDataLoader.h"

@@ -4,6 +4,8 @@
 
 #include <boost/uuid/string_generator.hpp>
 #include <boost/uuid/uuid_io.hpp>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 #include "ZRKMetaData/src/MetaDataUUID.h"

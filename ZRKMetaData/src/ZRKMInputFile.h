@@ -7,6 +7,7 @@
 #include <memory>
 #include <streambuf>
 #include <string>
+#include <utility>
 
 #include "ZRKMetaData/src/ZRKMIntegers.h"
 #include "ZRKMetaData/src/ZRKMPlatform.h"

@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <iostream>
+#include <limits>
 #include <stdexcept>
 #include <type_traits>
+#include <utility>
 
 #include "ZRKMetaData/src/MetaDataUUID.h"
 #include "ZRKMetaData/src/ZRKMAnnouncedLength.h"

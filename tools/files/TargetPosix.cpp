@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <system_error>
+#include <utility>
 
 #include "tools/files/Target.h"
 

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "tools/formats/ScreenPanel.h"
 #include "tools/formats/Ticks.h"

@@ -1,6 +1,7 @@
 #include <fmt/format.h>
 
 #include <map>
+#include <vector>
 
 #include "tools/formats/HeatMap.h"
 #include "tools/formats/HeatScale.h"

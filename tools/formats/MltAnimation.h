@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <string>
 #include <type_traits>
+#include <utility>
 
 #include "text/XmlText.h"
 #include "tools/formats/TextSink.h"

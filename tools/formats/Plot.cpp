@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <type_traits>
+#include <utility>
 
 #include "text/Counted.h"
 #include "tools/formats/Colors.h"

@@ -1,5 +1,7 @@
 #include "tools/formats/ReportRows.h"
 
+#include <utility>
+
 #include "text/Utf8.h"
 
 namespace formats {

@@ -1,6 +1,7 @@
 #include "tools/formats/SummaryJson.h"
 
 #include <boost/uuid/uuid_io.hpp>
+#include <utility>
 
 namespace formats {
 

@@ -3,6 +3,7 @@
 #include <stdexcept>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "tools/keep/EditListFile.h"
 

@@ -1,6 +1,7 @@
 #include <cmath>
 #include <nlohmann/json.hpp>
 #include <stdexcept>
+#include <vector>
 
 #include "tools/keep/EditListFile.h"
 

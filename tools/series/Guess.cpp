@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <istream>
 #include <optional>
+#include <type_traits>
 #include <utility>
 
 #include "ZRKMetaData/src/MetaDataUUID.h"

@@ -6,6 +6,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "tools/series/ReadListener.h"
 #include "tools/series/Structures.h"

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "ZRKMetaData/src/MetaDataUUID.h"
 #include "text/Counted.h"

@@ -1,6 +1,7 @@
 #include "tools/series/WholeRecords.h"
 
 #include <algorithm>
+#include <limits>
 #include <type_traits>
 
 #include "ZRKMetaData/src/ZRKMLittleEndian.h"

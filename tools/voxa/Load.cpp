@@ -1,3 +1,5 @@
+#include <fmt/format.h>
+
 #include <boost/lexical_cast.hpp>
 #include <boost/smart_ptr/make_shared.hpp>
 #include <boost/system/system_error.hpp>

@@ -1,5 +1,7 @@
 #include <sys/resource.h>
 
+#include <vector>
+
 #include "tools/voxa/Program.h"
 
 namespace {

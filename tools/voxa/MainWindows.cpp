@@ -6,6 +6,7 @@
 
 #include <cstdio>
 #include <filesystem>
+#include <vector>
 
 #include "tools/voxa/Program.h"
 

@@ -1,6 +1,8 @@
 #include <algorithm>
 #include <cmath>
 #include <optional>
+#include <utility>
+#include <vector>
 
 #include "tools/formats/AssScript.h"
 #include "tools/formats/Captions.h"

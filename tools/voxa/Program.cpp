@@ -6,6 +6,7 @@
 #include <iostream>
 #include <map>
 #include <new>
+#include <utility>
 
 #include "tools/host/ParameterTypes.h"
 #include "tools/series/Containers.h"

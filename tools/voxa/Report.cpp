@@ -1,5 +1,7 @@
 #include "tools/formats/Report.h"
 
+#include <vector>
+
 #include "tools/series/RecordStream.h"
 #include "tools/voxa/Commands.h"
 #include "tools/voxa/Masks.h"

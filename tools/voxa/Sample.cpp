@@ -1,6 +1,7 @@
 #include "tools/recording/Sample.h"
 
 #include <filesystem>
+#include <vector>
 
 #include "tools/files/OutputFile.h"
 #include "tools/recording/Append.h"

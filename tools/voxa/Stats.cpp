@@ -1,5 +1,7 @@
 #include "stats/VOXAStatsLoader.h"
 
+#include <fmt/format.h>
+
 #include <filesystem>
 #include <fstream>
 

@@ -1,3 +1,5 @@
+#include <fmt/format.h>
+
 #include <boost/uuid/uuid_io.hpp>
 
 #include "ZRKMetaData/src/MetaDataUUID.h"
