@@ -148,7 +148,7 @@ def _density(seconds: _Floats, first: float, last: float) -> str:
 
 
 def _scaled(seconds: _Floats, first: float, last: float, width: int) -> _Floats:
-    """Places from 0 to `width`. Requires: the times are finite and from `first` to `last`."""
+    """Pixels from 0 to `width`. Requires: the times are finite and from `first` to `last`."""
     # Halves, because the difference of two times can exceed the largest float.
     span = (last / 2 - first / 2) or 1.0
     return np.clip((seconds / 2 - first / 2) / span * width, 0, width)

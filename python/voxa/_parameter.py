@@ -117,8 +117,8 @@ class Parameter:
     def _held(self, frames: npt.NDArray[np.int64]) -> npt.NDArray[Any]:
         if len(self) == 0:
             raise ValueError(f"{self._name}: there are no keyframes")
-        places = np.searchsorted(self.frames, frames, side="right") - 1
-        return np.asarray(self._values[np.maximum(places, 0)])
+        indexes = np.searchsorted(self.frames, frames, side="right") - 1
+        return np.asarray(self._values[np.maximum(indexes, 0)])
 
     def to_json(self, *, host: bool = False) -> str:
         """The document that `voxa load --format json` prints. With `host`, the text that the host

@@ -81,9 +81,9 @@ def test_plots_stay_small_and_names_are_escaped(tmp_path):
                                    [0.0, 5e-324], [7.0, 7.0]])
 def test_extreme_times_stay_within_the_plot(times):
     with np.errstate(all="raise", under="ignore"):
-        places = _html._scaled(np.array(times), times[0], times[-1], 600)
-        assert places.min() == 0 and places.max() <= 600 and (np.diff(places) >= 0).all()
-        assert _html._density(np.array(times), times[0], times[-1]).count("M") == len(set(places))
+        offsets = _html._scaled(np.array(times), times[0], times[-1], 600)
+        assert offsets.min() == 0 and offsets.max() <= 600 and (np.diff(offsets) >= 0).all()
+        assert _html._density(np.array(times), times[0], times[-1]).count("M") == len(set(offsets))
 
 
 def test_recordings_show_finite_times_of_any_size(tmp_path):

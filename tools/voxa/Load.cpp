@@ -63,9 +63,9 @@ struct Loaded {
   boost::shared_ptr<const Parameter<T>> parameter;
 };
 
-// Where the damage is that the module reports without a place: "byte 40: ", or nothing where it
-// cannot be found.
-std::string placeOfDamage(const Request& request) {
+// The offset of damage, which the module does not report: "byte 40: ", or nothing where it cannot
+// be found.
+std::string offsetOfDamage(const Request& request) {
   const auto type = series::recordTypeNamed(request.type);
   if (!type) return {};
   const SilentScan silent;
@@ -82,7 +82,7 @@ std::string placeOfDamage(const Request& request) {
 
 Failure damaged(const Request& request, const std::exception& error) {
   return {Status::DamagedData, request.options.file + ": stream " + request.identifier + ": " +
-                                   placeOfDamage(request) + error.what() +
+                                   offsetOfDamage(request) + error.what() +
                                    "; voxa records prints the records before"};
 }
 

@@ -11,9 +11,9 @@ function dwellTimes(stream, area, cell) {
   let outside = 0;
   let total = 0;
   const [xs, ys] = stream.fields.map((field) => field.values);
-  for (let place = 0; place + 1 < stream.times.length; ++place) {
-    const row = stream.row(place);
-    const stay = stream.times[place + 1] - stream.times[place];
+  for (let index = 0; index + 1 < stream.times.length; ++index) {
+    const row = stream.row(index);
+    const stay = stream.times[index + 1] - stream.times[index];
     const column = Math.floor((xs[row] - area.x) / cell);
     const line = Math.floor((ys[row] - area.y) / cell);
     total += stay;

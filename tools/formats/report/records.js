@@ -88,7 +88,7 @@ class Records {
   follow() {
     const {stream} = this;
     if (stream.times.length === 0) return;
-    const current = stream.row(Math.max(0, stream.placeAt(this.clock.time)));
+    const current = stream.row(Math.max(0, stream.indexAt(this.clock.time)));
     if (byId("follow").checked) {
       const index = this.found ? this.found.indexOf(current) : current;
       const page = Math.floor(index / kPageRows);
@@ -124,7 +124,7 @@ class Records {
     byId("page-count").textContent = `of ${this.pageCount.toLocaleString("en-US")}`;
     byId("page-first").disabled = byId("page-previous").disabled = this.page === 0;
     byId("page-next").disabled = byId("page-last").disabled = this.page + 1 >= this.pageCount;
-    if (stream.times.length > 0) this.markCurrent(stream.row(Math.max(0, stream.placeAt(this.clock.time))));
+    if (stream.times.length > 0) this.markCurrent(stream.row(Math.max(0, stream.indexAt(this.clock.time))));
   }
 
   element(row) {

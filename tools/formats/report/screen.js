@@ -80,7 +80,7 @@ class Screen {
     context.lineJoin = "round";
     context.globalAlpha = 0.5;
     for (const stream of this.points) {
-      const [kept, keptCount] = this.keptPlaces(stream);
+      const [kept, keptCount] = this.keptIndexes(stream);
       const stride = Math.max(1, Math.ceil(keptCount / kMaxPathPoints));
       const kColors = 32;
       const count = Math.ceil(keptCount / stride);
@@ -98,8 +98,8 @@ class Screen {
     }
   }
 
-  // The places of the path that are at least half a pixel from the last one, and how many they are.
-  keptPlaces(stream) {
+  // The indexes of the points that are at least half a pixel from the last one, and how many they are.
+  keptIndexes(stream) {
     const kept = new Uint32Array(stream.times.length);
     let count = 0;
     const {rowAt, times: {length}} = stream;
@@ -107,12 +107,12 @@ class Screen {
     const least = 0.5 / this.scale;
     let lastX = NaN;
     let lastY = NaN;
-    for (let place = 0; place < length; ++place) {
-      const row = rowAt ? rowAt[place] : place;
+    for (let index = 0; index < length; ++index) {
+      const row = rowAt ? rowAt[index] : index;
       const x = xs[row];
       const y = ys[row];
       if (Math.abs(x - lastX) + Math.abs(y - lastY) < least) continue;
-      kept[count++] = place;
+      kept[count++] = index;
       lastX = x;
       lastY = y;
     }
@@ -135,7 +135,7 @@ class Screen {
     const spoken = [];
     for (const stream of this.points) {
       this.drawTrail(stream, time);
-      const row = stream.row(Math.max(0, stream.placeAt(time)));
+      const row = stream.row(Math.max(0, stream.indexAt(time)));
       this.drawCursor(this.x(stream.value(0, row)), this.y(stream.value(1, row)));
       spoken.push(`cursor at ${stream.value(0, row)}, ${stream.value(1, row)}`);
     }
@@ -144,7 +144,7 @@ class Screen {
   }
 
   drawRect(stream, time) {
-    const row = stream.row(Math.max(0, stream.placeAt(time)));
+    const row = stream.row(Math.max(0, stream.indexAt(time)));
     const [x, y, width, height] = [0, 1, 2, 3].map((field) => stream.value(field, row));
     const {context} = this;
     context.strokeStyle = context.fillStyle = stream.paint;
@@ -157,15 +157,15 @@ class Screen {
 
   drawTrail(stream, time) {
     const {context} = this;
-    const last = stream.placeAt(time);
+    const last = stream.indexAt(time);
     const kMaxSegments = 400;
-    const first = Math.max(0, stream.placeAt(time - kTrailSeconds), last - kMaxSegments);
+    const first = Math.max(0, stream.indexAt(time - kTrailSeconds), last - kMaxSegments);
     context.strokeStyle = this.colors["--accent"];
     context.lineWidth = 3;
-    for (let place = first + 1; place <= last; ++place) {
-      const from = stream.row(place - 1);
-      const to = stream.row(place);
-      context.globalAlpha = 0.75 * (place - first) / (last - first);
+    for (let index = first + 1; index <= last; ++index) {
+      const from = stream.row(index - 1);
+      const to = stream.row(index);
+      context.globalAlpha = 0.75 * (index - first) / (last - first);
       context.beginPath();
       context.moveTo(this.x(stream.value(0, from)), this.y(stream.value(1, from)));
       context.lineTo(this.x(stream.value(0, to)), this.y(stream.value(1, to)));
@@ -197,12 +197,12 @@ class Screen {
   }
 
   drawTexts(time) {
-    const place = this.texts ? this.texts.placeAt(time) : -1;
-    setText(byId("screen-text"), place < 0 ? "" : visible(this.texts.text(this.texts.row(place))).slice(0, 200));
+    const index = this.texts ? this.texts.indexAt(time) : -1;
+    setText(byId("screen-text"), index < 0 ? "" : visible(this.texts.text(this.texts.row(index))).slice(0, 200));
     let typed = "";
     if (this.keys) {
-      const last = this.keys.placeAt(time);
-      const first = Math.max(this.keys.placeAt(time - kKeysSeconds) + 1, last - kMaxKeys + 1);
+      const last = this.keys.indexAt(time);
+      const first = Math.max(this.keys.indexAt(time - kKeysSeconds) + 1, last - kMaxKeys + 1);
       for (let at = first; at <= last; ++at) {
         const name = keyText(this.keys.value(0, this.keys.row(at)));
         typed += name === "Space" ? " " : [...name].length === 1 ? name : ` ${name} `;

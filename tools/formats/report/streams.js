@@ -52,10 +52,10 @@ class Stream {
     this.times = Float64Array.from(this.rowAt, (row) => times[row]);
   }
 
-  row(place) { return this.rowAt ? this.rowAt[place] : place; }
+  row(index) { return this.rowAt ? this.rowAt[index] : index; }
 
-  // The place of the last record at or before `time`, -1 for none.
-  placeAt(time) {
+  // The index of the last record at or before `time`, -1 for none.
+  indexAt(time) {
     let low = 0;
     let high = this.times.length;
     while (low < high) {

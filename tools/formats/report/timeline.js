@@ -3,37 +3,37 @@
 
 const kMaxCharts = 256;
 
-// The rows of `stream` to draw between `from` and `to` in `width` columns, in order of time.
-function thinnedPlaces(stream, from, to, width) {
-  const first = Math.max(0, stream.placeAt(from));
-  const last = Math.min(stream.times.length - 1, stream.placeAt(to) + 1);
-  const places = [];
+// The indexes of the records to draw between `from` and `to` in `width` columns, in order of time.
+function thinnedIndexes(stream, from, to, width) {
+  const first = Math.max(0, stream.indexAt(from));
+  const last = Math.min(stream.times.length - 1, stream.indexAt(to) + 1);
+  const indexes = [];
   if (last - first < 4 * width) {
-    for (let place = first; place <= last; ++place) places.push(place);
-    return places;
+    for (let index = first; index <= last; ++index) indexes.push(index);
+    return indexes;
   }
   const fields = stream.look === "lines" ? stream.fields.map((field) => field.values) : [];
-  const columnOf = (place) => Math.floor((stream.times[place] - from) / (to - from) * width);
-  let place = first;
-  while (place <= last) {
-    const column = columnOf(place);
-    const start = place;
-    const kept = new Set([place]);
-    const extremes = fields.map(() => ({low: Infinity, high: -Infinity, lowPlace: start, highPlace: start}));
-    for (; place <= last && columnOf(place) === column; ++place) {
-      const row = stream.row(place);
+  const columnOf = (index) => Math.floor((stream.times[index] - from) / (to - from) * width);
+  let index = first;
+  while (index <= last) {
+    const column = columnOf(index);
+    const start = index;
+    const kept = new Set([index]);
+    const extremes = fields.map(() => ({low: Infinity, high: -Infinity, lowIndex: start, highIndex: start}));
+    for (; index <= last && columnOf(index) === column; ++index) {
+      const row = stream.row(index);
       for (let field = 0; field < fields.length; ++field) {
         const value = Number(fields[field][row]);
         const extreme = extremes[field];
-        if (value < extreme.low) [extreme.low, extreme.lowPlace] = [value, place];
-        if (value > extreme.high) [extreme.high, extreme.highPlace] = [value, place];
+        if (value < extreme.low) [extreme.low, extreme.lowIndex] = [value, index];
+        if (value > extreme.high) [extreme.high, extreme.highIndex] = [value, index];
       }
     }
-    for (const {lowPlace, highPlace} of extremes) kept.add(lowPlace).add(highPlace);
-    kept.add(place - 1);
-    places.push(...[...kept].sort((a, b) => a - b));
+    for (const {lowIndex, highIndex} of extremes) kept.add(lowIndex).add(highIndex);
+    kept.add(index - 1);
+    indexes.push(...[...kept].sort((a, b) => a - b));
   }
-  return places;
+  return indexes;
 }
 
 class Chart {
@@ -92,12 +92,12 @@ class Chart {
 
   rowsBetween(from, to, width) {
     const {stream} = this;
-    this.places = thinnedPlaces(stream, from, to, width);
-    if (this.places.length === 0) return [[from, null], [to, null]];
-    if (stream.look !== "lines") return this.places.map((place) => [stream.times[place], 0.5]);
-    const rows = this.places.map((place) => {
-      const row = stream.row(place);
-      return [stream.times[place], ...stream.fields.map((_, field) => finiteOrNull(stream.number(field, row)))];
+    this.indexes = thinnedIndexes(stream, from, to, width);
+    if (this.indexes.length === 0) return [[from, null], [to, null]];
+    if (stream.look !== "lines") return this.indexes.map((index) => [stream.times[index], 0.5]);
+    const rows = this.indexes.map((index) => {
+      const row = stream.row(index);
+      return [stream.times[index], ...stream.fields.map((_, field) => finiteOrNull(stream.number(field, row)))];
     });
     const end = rows[rows.length - 1];
     if (end[0] < to) rows.push([to, ...end.slice(1)]);  // the last value holds
@@ -132,7 +132,7 @@ class Chart {
       context.rect(left, top, width - 3, height);
       context.clip();
       context.fillStyle = this.ink;
-      context.fillText(this.stream.summary(this.stream.row(this.places[i])).slice(0, 200), left + 7, top + height / 2 + 1);
+      context.fillText(this.stream.summary(this.stream.row(this.indexes[i])).slice(0, 200), left + 7, top + height / 2 + 1);
       context.restore();
     });
     context.restore();
@@ -146,7 +146,7 @@ class Chart {
     context.textAlign = "center";
     points.forEach((point, i) => {
       if (point.yval === null || Number.isNaN(point.yval)) return;
-      const name = keyText(stream.value(0, stream.row(this.places[i])));
+      const name = keyText(stream.value(0, stream.row(this.indexes[i])));
       const label = name === "Space" ? "␣" : name;
       const room = Math.min(i > 0 ? point.canvasx - points[i - 1].canvasx : Infinity,
                             i + 1 < points.length ? points[i + 1].canvasx - point.canvasx : Infinity);

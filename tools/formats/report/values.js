@@ -28,9 +28,9 @@ class Values {
     setText(byId("values-time"), clockText(time));
     for (const entry of this.rows) {
       const {stream} = entry;
-      const place = stream.times?.length ? stream.placeAt(time) : null;
-      const row = place === null ? null : stream.row(Math.max(0, place));
-      const key = place === null ? null : Math.max(-1, place);
+      const index = stream.times?.length ? stream.indexAt(time) : null;
+      const row = index === null ? null : stream.row(Math.max(0, index));
+      const key = index === null ? null : Math.max(-1, index);
       if (key === entry.row) continue;
       entry.row = key;
       if (row === null) {
@@ -39,8 +39,8 @@ class Values {
         continue;
       }
       setText(entry.value, stream.summary(row));
-      setText(entry.since, place < 0 ? `first record, at ${clockText(stream.times[0])}`
-                                     : `since ${clockText(stream.times[place])}`);
+      setText(entry.since, index < 0 ? `first record, at ${clockText(stream.times[0])}`
+                                     : `since ${clockText(stream.times[index])}`);
       if (entry.picture) {
         const address = stream.image(row);
         entry.picture.hidden = !address;
