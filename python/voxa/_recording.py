@@ -77,7 +77,7 @@ class Recording:
 
     @property
     def stats(self) -> Stats:
-        """The tracks of a `.voxa`, `.mp4` or `.mov` recording, read anew each time. Raises
+        """The tracks of a `.voxa`, `.mp4` or `.mov` recording, read again each time. Raises
         `VoxaError` for a file without them."""
         return stats_of(self.path)
 

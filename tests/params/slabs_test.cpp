@@ -66,7 +66,7 @@ TEST(Slabs, OutliveObjectsOfEverySize) {
     for (const std::size_t second : {std::size_t{1}, kSize, 2 * kHugePageSize}) {
       auto owner = Slabs::create();
       Slabs& slabs = *owner;
-      slabs.deallocate(slabs.allocate(first), first);  // the slabs start anew
+      slabs.deallocate(slabs.allocate(first), first);  // the slabs are empty again
       void* const one = slabs.allocate(first);
       void* const other = slabs.allocate(second);
       std::memset(one, 1, first);
