@@ -1,4 +1,4 @@
-// What differs between the value types of parameters, a table row each.
+// The differences between the value types of parameters: one table row per type.
 #pragma once
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// What the module tells a host of a recording: its tracks, and the slots of its streams.
+// The facts that the module tells a host of a recording: its tracks, and the slots of its streams.
 #pragma once
 
 #include <pybind11/pybind11.h>

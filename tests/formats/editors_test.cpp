@@ -1,4 +1,4 @@
-// What video editors read: MLT animations, chapters and OpenTimelineIO.
+// Formats that video editors read: MLT animations, chapters and OpenTimelineIO.
 #include <gtest/gtest.h>
 
 #include <nlohmann/json.hpp>

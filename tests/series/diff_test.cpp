@@ -1,4 +1,4 @@
-// Which records two sequences do not share.
+// The records that two sequences do not share.
 #include <gtest/gtest.h>
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// What typed text and strings are recognised as, and what is not.
+// Recognition of secrets in typed text and strings.
 #include <gtest/gtest.h>
 
 #include <algorithm>

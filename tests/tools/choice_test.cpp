@@ -1,4 +1,4 @@
-// Which streams voxa chooses, and what it does with those of no certain type.
+// The streams that voxa chooses, and its treatment of those of no certain type.
 #include <gtest/gtest.h>
 
 #include <nlohmann/json.hpp>

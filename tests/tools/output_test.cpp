@@ -1,4 +1,4 @@
-// What commands write, and what they leave alone.
+// The files that commands write, and those that they leave alone.
 #include <gtest/gtest.h>
 
 #include <filesystem>

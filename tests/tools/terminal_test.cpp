@@ -1,4 +1,5 @@
-// What voxa shows on a terminal, and nowhere else. Runs on POSIX, where a test can be the terminal.
+// Output that voxa shows on a terminal and nowhere else. Runs on POSIX, where a test can be the
+// terminal.
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <pty.h>

@@ -1,4 +1,4 @@
-// How long a cursor was in each cell of a grid over the screen.
+// The seconds that a cursor was in each cell of a grid over the screen.
 //
 // A position holds until the next record; the last one holds no time. Memory depends on the number
 // of cells alone, which is bounded.

@@ -1,4 +1,4 @@
-// What a key is called in pictures and captions.
+// The names of keys in pictures and captions.
 #pragma once
 
 #include <string>

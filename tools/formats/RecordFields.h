@@ -1,4 +1,4 @@
-// What the writers of records as CSV, JSON and XML have in common (docs/export.md).
+// The common base of the writers of records as CSV, JSON and XML (docs/export.md).
 //
 // A writer is used in this order: `begin`, any number of streams, each `beginStream` and `add` for
 // each record, and `finish`. In the long layout, one document has the records of all streams, and

@@ -1,4 +1,4 @@
-// Where a cursor rested, and how long. A position holds until the next record.
+// The points where a cursor rested longest. A position holds until the next record.
 #pragma once
 
 #include <cstddef>

@@ -1,4 +1,4 @@
-// What every drawn stream keeps: its name, how many records it has and when they are.
+// The base of every drawn stream: its name, the number of its records and their times.
 #pragma once
 
 #include <cstdint>

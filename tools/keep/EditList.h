@@ -1,4 +1,5 @@
-// What an edit did to the timeline of a recording: which parts it kept, and where it put them.
+// The effect of an edit on the timeline of a recording: the parts that it kept, and their new
+// times.
 //
 // Times are exact fractions of seconds until they are compared with a record's, so that the ends of
 // a thousand parts do not drift. Plain values: copy them freely. Every function may be called from

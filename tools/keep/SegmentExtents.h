@@ -1,4 +1,4 @@
-// Where the records of each segment are in a stream, found in one pass over it.
+// The byte range of the records of each segment in a stream, found in one pass over it.
 //
 // A stream need not be sorted by time. The records of a segment lie between two bytes, which in a
 // sorted stream holds no others. Memory grows with the number of segments, not with the stream.

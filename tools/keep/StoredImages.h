@@ -1,4 +1,4 @@
-// Where a stream of cursor images stores the bytes of each image.
+// The positions at which a stream of cursor images stores the bytes of each image.
 //
 // Recorders store an image once and then refer to it by its identifier, so that a part which is cut
 // out of a stream may refer to bytes that were left out. A reference means the bytes that were

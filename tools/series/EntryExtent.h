@@ -1,4 +1,4 @@
-// Where the bytes of an entry are, to copy or to measure them.
+// The byte range of an entry, to copy or to measure it.
 //
 // The index states where records end for the reader, which is 8 bytes before the end of an atom
 // with an ordinary header (docs/format.md). Whoever needs the bytes themselves asks here.

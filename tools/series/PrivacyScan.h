@@ -1,5 +1,5 @@
-// What one stream of keystrokes or strings says of the person who was recorded: how much text it
-// holds, and what in it looks like a secret. Used by one thread.
+// Scans one stream of keystrokes or strings for text of the person who was recorded: counts it, and
+// finds what in it looks like a secret. Used by one thread.
 #pragma once
 
 #include <array>

@@ -1,4 +1,5 @@
-// What a recording holds, stream by stream: the facts that `voxa info` prints and a report shows.
+// The content of a recording, stream by stream: the facts that `voxa info` prints and a report
+// shows.
 #pragma once
 
 #include <boost/uuid/uuid.hpp>

@@ -1,4 +1,4 @@
-// What the commands that show keystrokes as text have in common.
+// Functions that the commands which show keystrokes as text share.
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-// Where --redact can hide nothing.
+// Refuses --redact for streams whose text it cannot mask.
 #pragma once
 
 #include <string>

@@ -1,4 +1,4 @@
-// What the commands that draw have in common: the screen's size.
+// The size of the screen, for the commands that draw.
 #pragma once
 
 #include <optional>

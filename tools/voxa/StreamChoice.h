@@ -1,4 +1,4 @@
-// Which streams of a recording a command reads, and as which record types.
+// Chooses the streams of a recording that a command reads, and their record types.
 #pragma once
 
 #include <boost/uuid/uuid.hpp>

@@ -1,4 +1,4 @@
-// What the standard streams of the program are connected to. The part that differs between
+// Reports what the standard streams of the program are connected to. The part that differs between
 // platforms: TerminalPosix.cpp, TerminalWindows.cpp.
 #pragma once
 
