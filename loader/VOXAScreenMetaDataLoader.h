@@ -1,4 +1,10 @@
 // Loads one stream of a recording as a keyframed parameter.
+//
+// Thread rule of the module: loading it sets the path locale of Boost.Filesystem, and unloading it
+// puts the previous one back. Boost.Filesystem does not guard its path locale. No other thread may
+// convert a boost::filesystem::path between narrow and wide text, or imbue a path locale, while the
+// module is being loaded or unloaded. On Windows the rule does not apply, because the module
+// contains a copy of Boost.Filesystem of its own.
 #pragma once
 
 #include <boost/smart_ptr/shared_ptr.hpp>
