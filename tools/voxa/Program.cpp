@@ -202,9 +202,11 @@ class CommandLine {
     return names;
   }
 
-  CLI::App* add(const char* name, const char* description, const char* example) {
+  // `cost` says what memory holds, of a command whose memory grows with the streams.
+  CLI::App* add(const char* name, const char* description, const char* example,
+                const std::string& cost = {}) {
     CLI::App* const command = m_app.add_subcommand(name, description);
-    command->footer(std::string("Example: ") + example);
+    command->footer((cost.empty() ? cost : cost + "\n") + "Example: " + example);
     return command;
   }
 
@@ -397,9 +399,9 @@ class CommandLine {
   }
 
   void addLoad() {
-    CLI::App* const command =
-        add("load", "Load a stream as keyframes on the frames of a project.",
-            "voxa load take1.voxa F0 --as points --rate 30000/1001 --at 2.5s");
+    CLI::App* const command = add("load", "Load a stream as keyframes on the frames of a project.",
+                                  "voxa load take1.voxa F0 --as points --rate 30000/1001 --at 2.5s",
+                                  "Memory holds the keyframes of the stream.");
     command->add_option("FILE", m_load.file, "The recording")->required();
     command->add_option("STREAM", m_load.stream, "Identifier, or its two-digit key")->required();
     command->add_option("--as", m_load.type, "Type of the values (default: guess)")
@@ -666,7 +668,8 @@ class CommandLine {
   void addImages() {
     CLI::App* const command =
         add("images", "Write the cursor images of a stream to files, and when each is shown.",
-            "voxa images take1.voxa F1 -o cursors");
+            "voxa images take1.voxa F1 -o cursors",
+            "Memory holds the name and the digest of each distinct image.");
     command->add_option("FILE", m_images.file, "The recording")->required();
     command->add_option("STREAM", m_images.stream,
                         "Identifier, or its two-digit key (default: the only one of cursor "
@@ -718,7 +721,7 @@ class CommandLine {
   void addReport() {
     CLI::App* const command =
         add("report", "Write a recording as one page for a browser, which works offline.",
-            "voxa report take1.voxa -o take1.html");
+            "voxa report take1.voxa -o take1.html", "Memory holds the records of one stream.");
     command->add_option("FILE", m_report.file, "The recording")->required();
     command->add_option("STREAM", m_report.streams,
                         "Identifiers, or their two-digit keys (default: all)");
@@ -738,7 +741,8 @@ class CommandLine {
 
   void addDiff() {
     CLI::App* const command =
-        add("diff", "Compare the records of two recordings.", "voxa diff take1.voxa take2.voxa");
+        add("diff", "Compare the records of two recordings.", "voxa diff take1.voxa take2.voxa",
+            "Memory holds the records of one stream of both files.");
     command->add_option("BEFORE", m_diff.before, "The first recording")->required();
     command->add_option("AFTER", m_diff.after, "The second recording")->required();
     addTypes(command, m_diff.types);
