@@ -6,6 +6,7 @@
 #include "host/Kestova/MediaFileStats.h"
 #include "names/StreamFileName.h"
 #include "stats/VOXAStatsLoader.h"
+#include "text/Utf8.h"
 #include "tools/host/SlotFinder.h"
 #include "tools/voxa/QuietModule.h"
 
@@ -64,16 +65,26 @@ void addTracks(RecordingSummary& recording) {
   for (const auto& track : stats.trackStats()) recording.tracks.push_back(summaryOf(track));
 }
 
+// The host refuses the stream names of a file whose own name is not UTF-8.
+void addSlots(RecordingSummary& recording) {
+  if (!text::isWellFormedUtf8(recording.file)) {
+    recording.warnings.push_back(
+        "the file name is not valid UTF-8: the host opens no stream of it; rename the file");
+    return;
+  }
+  const hosting::SlotFinder slots;
+  for (auto& stream : recording.streams) {
+    stream.slot = slots.slotOf(names::streamFileName(recording.file, stream.id));
+  }
+}
+
 }  // namespace
 
 RecordingSummary summarise(ZRKMetaData::MetaDataParser& parser, const std::string& file,
                            const series::SummaryScope& scope) {
   const QuietModule quiet;
   RecordingSummary recording = series::summariseStreams(parser, file, scope);
-  const hosting::SlotFinder slots;
-  for (auto& stream : recording.streams) {
-    stream.slot = slots.slotOf(names::streamFileName(file, stream.id));
-  }
+  addSlots(recording);
   if (parser.containerKind() == ZRKMetaData::Atoms) addTracks(recording);
   return recording;
 }
