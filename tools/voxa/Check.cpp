@@ -114,9 +114,7 @@ void writeJson(Output& out, const CheckedStream& checked) {
 
 void checkCopy(const CheckOptions& options) {
   const StreamSource original(options.original);
-  requireOpens(options.edited);
-  requireContainer(options.edited);
-  const auto edited = openRecording(options.edited, std::nullopt);
+  const auto edited = openScanned(options.edited, ContainerRemedy::Rename);
   const auto named = original.namedTypes(options.types);
   Output out;
   const bool isJson = options.format == Format::Json;

@@ -63,6 +63,7 @@ struct DiffOptions {
   double tolerance = 0;            ///< seconds by which the times of one record may differ
   series::Redaction redaction = series::Redaction::None;
   Format format = Format::Table;
+  std::optional<ZRKMetaData::ContainerKind> container;  ///< of both recordings
 };
 
 /// Prints the records that were added, removed or changed from one recording to another. Memory

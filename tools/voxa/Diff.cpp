@@ -44,10 +44,10 @@ using ZRKMetaData::MetaDataHeader;
 namespace {
 
 struct DiffFile {
-  DiffFile(const std::string& name, const std::vector<std::string>& types)
+  DiffFile(const std::string& name, const DiffOptions& options)
       : file(name),
-        parser(openRecording(file, std::nullopt)),
-        named(namedTypes(*parser, file, types)) {}
+        parser(openScanned(file, ContainerRemedy::Option, options.container)),
+        named(namedTypes(*parser, file, options.types)) {}
 
   bool has(const uuid& id) const { return parser->locations().count(id) != 0; }
 
@@ -129,9 +129,7 @@ Counts countsOf(const std::vector<DiffEdit>& edits) {
 class RecordingDiff {
  public:
   explicit RecordingDiff(const DiffOptions& options)
-      : m_options(options),
-        m_before(options.before, options.types),
-        m_after(options.after, options.types) {}
+      : m_options(options), m_before(options.before, options), m_after(options.after, options) {}
 
   // Returns the exit status.
   Status print() {

@@ -754,6 +754,7 @@ class CommandLine {
         ->check(CLI::Validator(checkLength, "NUMBER"));
     addRedact(command);
     addFormat(command, m_diff, {"table", "json"});
+    addContainer(command, m_diff);
     command->callback([this] {
       m_diff.redaction = redaction();
       showDiff(m_diff);

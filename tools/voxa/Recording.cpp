@@ -72,13 +72,18 @@ std::optional<boost::uuids::uuid> parseIdentifier(const std::string& text) {
   return std::nullopt;
 }
 
+const char* textOf(ContainerRemedy remedy) {
+  return remedy == ContainerRemedy::Option ? "use --container"
+                                           : "rename it to .voxa, .mp4, .mov, .avi, .wav or .dat";
+}
+
 std::unique_ptr<MetaDataParser> open(const std::string& file,
                                      std::optional<ZRKMetaData::ContainerKind> kind,
-                                     ScanMessages messages, const char* remedy) {
+                                     ScanMessages messages, ContainerRemedy remedy) {
   requireOpens(file);
   const auto used = kind.value_or(ZRKMetaData::containerKindOfFileName(file));
   if (used == ZRKMetaData::None) {
-    say(file + ": unknown extension, nothing was scanned; " + remedy);
+    say(file + ": unknown extension, nothing was scanned; " + textOf(remedy));
   }
   const QuietModule quiet;
   std::optional<SilentScan> silent;
@@ -95,11 +100,9 @@ void requireOpens(const std::string& file) {
   }
 }
 
-void requireContainer(const std::string& file) {
+void requireContainer(const std::string& file, ContainerRemedy remedy) {
   if (ZRKMetaData::containerKindOfFileName(file) == ZRKMetaData::None) {
-    throw Failure(Status::WrongUse, file +
-                                        ": the extension names no container; use .voxa, .mp4, "
-                                        ".mov, .avi, .wav or .dat");
+    throw Failure(Status::WrongUse, file + ": unknown extension; " + textOf(remedy));
   }
 }
 
@@ -113,7 +116,14 @@ void requireOtherFile(const std::string& out, const std::string& source) {
 
 std::unique_ptr<MetaDataParser> openRecording(const std::string& file,
                                               std::optional<ZRKMetaData::ContainerKind> kind) {
-  return open(file, kind, ScanMessages::Printed, "use --container");
+  return open(file, kind, ScanMessages::Printed, ContainerRemedy::Option);
+}
+
+std::unique_ptr<MetaDataParser> openScanned(const std::string& file, ContainerRemedy remedy,
+                                            std::optional<ZRKMetaData::ContainerKind> kind) {
+  requireOpens(file);
+  if (!kind) requireContainer(file, remedy);
+  return openRecording(file, kind);
 }
 
 std::unique_ptr<MetaDataParser> openForModule(const std::string& file, ScanMessages messages) {
@@ -121,7 +131,7 @@ std::unique_ptr<MetaDataParser> openForModule(const std::string& file, ScanMessa
   if (!text::isWellFormedUtf8(file)) {
     throw Failure(Status::Failed, file + ": the file name is not valid UTF-8; rename the file");
   }
-  return open(file, std::nullopt, messages, "rename it to .voxa, .mp4, .mov, .avi, .wav or .dat");
+  return open(file, std::nullopt, messages, ContainerRemedy::Rename);
 }
 
 void printDroppedMessages(const std::string& file) {

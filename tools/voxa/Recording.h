@@ -20,15 +20,23 @@ void requireOpens(const std::string& file);
 /// Neither needs to exist.
 void requireOtherFile(const std::string& out, const std::string& source);
 
-/// Throws Failure (WrongUse) when the extension of `file` names no container, for a command that
-/// has no --container.
-void requireContainer(const std::string& file);
+/// What a message about an unknown extension advises. `Option` is for a command with --container.
+enum class ContainerRemedy { Option, Rename };
+
+/// Throws Failure (WrongUse) when the extension of `file` names no container.
+void requireContainer(const std::string& file, ContainerRemedy remedy);
 
 /// Opens and indexes the recording with this UTF-8 name, as `kind` where that is given. When the
 /// extension is unknown, nothing is scanned and a message on standard error says so. Throws as
 /// `requireOpens` does.
 std::unique_ptr<ZRKMetaData::MetaDataParser> openRecording(
     const std::string& file, std::optional<ZRKMetaData::ContainerKind> kind);
+
+/// The same for a command to which a file that is not scanned must not look empty: without `kind`
+/// it throws as `requireContainer` does.
+std::unique_ptr<ZRKMetaData::MetaDataParser> openScanned(
+    const std::string& file, ContainerRemedy remedy,
+    std::optional<ZRKMetaData::ContainerKind> kind = std::nullopt);
 
 /// What happens to the parser's own messages about a file. They are dropped where the module scans
 /// the file again, because it prints the same ones.

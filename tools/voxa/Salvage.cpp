@@ -177,10 +177,8 @@ void sayLeft(const std::string& name, const char* state) {
 }
 
 Streams readStreams(const SalvageOptions& options, std::istream& file) {
+  if (!options.container) requireContainer(options.file, ContainerRemedy::Option);
   const auto kind = options.container.value_or(ZRKMetaData::containerKindOfFileName(options.file));
-  if (kind == ZRKMetaData::None) {
-    throw Failure(Status::WrongUse, options.file + ": unknown extension; use --container");
-  }
   try {
     return series::salvageStreams(file, kind);
   } catch (const std::runtime_error& error) {

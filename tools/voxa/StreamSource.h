@@ -12,6 +12,7 @@
 #include "tools/series/EntryExtent.h"
 #include "tools/series/Summary.h"
 #include "tools/voxa/Damages.h"
+#include "tools/voxa/Recording.h"
 
 namespace voxa {
 
@@ -28,10 +29,10 @@ class StreamSource {
  public:
   /// Opens the recording with this UTF-8 name, as `kind` where that is given, or the ".dat" files
   /// of the folder. An entry that is cut is a damage; one that is shorter than its header is left
-  /// out besides. Throws Failure: as `openRecording` does; NoSuchStream when there are no streams;
+  /// out besides. Throws Failure: as `openScanned` does; NoSuchStream when there are no streams;
   /// Failed when two files of a folder hold one identifier, or when entries overlap so that their
   /// copies need over 64 MiB more than the file has.
-  explicit StreamSource(const std::string& name,
+  explicit StreamSource(const std::string& name, ContainerRemedy remedy = ContainerRemedy::Rename,
                         std::optional<ZRKMetaData::ContainerKind> kind = std::nullopt);
 
   /// In the order of their identifiers.
@@ -56,7 +57,8 @@ class StreamSource {
     std::unique_ptr<ZRKMetaData::MetaDataParser> parser;
   };
 
-  void add(const std::string& file, std::optional<ZRKMetaData::ContainerKind> kind);
+  void add(const std::string& file, ContainerRemedy remedy,
+           std::optional<ZRKMetaData::ContainerKind> kind);
   void name();
 
   std::vector<File> m_files;
