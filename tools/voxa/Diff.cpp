@@ -23,6 +23,7 @@
 #include "tools/voxa/Masks.h"
 #include "tools/voxa/Messages.h"
 #include "tools/voxa/NamedTypes.h"
+#include "tools/voxa/Numbers.h"
 #include "tools/voxa/Output.h"
 #include "tools/voxa/Progress.h"
 #include "tools/voxa/QuietModule.h"
@@ -63,7 +64,7 @@ class FieldsText {
   template <class Value>
   void field(const char* name, const Value& value) {
     if constexpr (std::is_arithmetic_v<Value>) {
-      add(name, fmt::format("{}", value));
+      add(name, exactText(value));
     } else {
       add(name, '"' + text::printable(withEscapedQuotes(value)) + '"');
     }
@@ -324,7 +325,8 @@ class RecordingDiff {
   void writeLine(const char* sign, const series::DiffRecords<Record>& records, std::size_t index) {
     FieldsText fields;
     series::describe(fields, series::redacted(records.record(index), m_options.redaction));
-    m_out.write(fmt::format("  {} {:>12}  {}\n", sign, records.seconds(index), fields.text()));
+    m_out.write(
+        fmt::format("  {} {:>12}  {}\n", sign, exactText(records.seconds(index)), fields.text()));
   }
 
   template <class WriteEdit>
@@ -348,7 +350,7 @@ class RecordingDiff {
     if (edits.empty() && isInBoth && offset.value_or(0) == 0) return;
     m_out.write(fmt::format("{} {}: {} added, {} removed, {} changed", m_name, type, counts.added,
                             counts.removed, counts.changed));
-    if (offset && *offset != 0) m_out.write(fmt::format(", {} s later", *offset));
+    if (offset && *offset != 0) m_out.write(fmt::format(", {} s later", exactText(*offset)));
     writeOnlyIn(id, ", only in ");
     m_out.write("\n");
     for (const DiffEdit& edit : edits) writeEdit(edit);
