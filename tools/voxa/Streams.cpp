@@ -1,5 +1,6 @@
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <boost/uuid/uuid_io.hpp>
 
 #include "ZRKMetaData/src/MetaDataUUID.h"
@@ -14,12 +15,11 @@
 
 namespace voxa {
 
+using ZRKMetaData::int64;
 using ZRKMetaData::MetaDataUUID;
+using ZRKMetaData::uint64;
 
 namespace {
-
-// No file is larger, and sums with a larger size could overflow.
-constexpr ZRKMetaData::int64 kMaxSize = ZRKMetaData::int64{1} << 62U;
 
 template <class Row>
 void describeStream(Row& row, ZRKMetaData::MetaDataParser& parser, const boost::uuids::uuid& id,
@@ -58,27 +58,34 @@ void writeTable(Output& out, const std::string& file, ZRKMetaData::MetaDataParse
 }
 
 // Returns the number of bytes of the entry at `location` that are beyond the end of the file.
-ZRKMetaData::int64 missingBytes(ZRKMetaData::MetaDataParser& parser,
-                                const ZRKMetaData::MetaDataLocation& location,
-                                ZRKMetaData::int64 fileSize) {
-  constexpr int kMaxShort = 8;  // that the indexed size of an atom is short
-  const bool isMeasured = location.size >= 0 && location.size <= kMaxSize;
+uint64 missingBytes(ZRKMetaData::MetaDataParser& parser,
+                    const ZRKMetaData::MetaDataLocation& location, int64 fileSize) {
+  constexpr uint64 kMaxShort = 8;  // that the indexed size of an atom is short
+  // An atom may announce 2^63 bytes or more, and then has a negative size in the index. One that is
+  // too small for its header has a negative size of this at least.
+  constexpr int64 kSmallest = -16;
+  constexpr uint64 kMaxExtent = uint64{1} << 61U;  // far below what `entryExtent` measures
+  const auto size = static_cast<uint64>(
+      location.size < kSmallest ? location.size : std::max<int64>(location.size, 0));
+  const auto available = static_cast<uint64>(std::max<int64>(fileSize - location.offset, 0));
   // Only entries near the end are examined: a file may have a million.
-  if (!isMeasured || location.offset + location.size + kMaxShort <= fileSize) return 0;
+  if (size + kMaxShort <= available) return 0;
+  if (size > kMaxExtent) return size - available;
   const series::EntryExtent extent = series::entryExtent(parser, location);
-  return extent.announced - extent.present;
+  return static_cast<uint64>(extent.announced - extent.present);
 }
 
 // Reports entries that run beyond the end of the file, as in a truncated file.
 void reportMissingBytes(const std::string& file, ZRKMetaData::MetaDataParser& parser) {
-  const ZRKMetaData::int64 fileSize = series::sizeOfSource(parser.stream());
+  const int64 fileSize = series::sizeOfSource(parser.stream());
   int count = 0;
   std::string first;
   for (const auto& [id, location] : parser.locations()) {
     const auto missing = missingBytes(parser, location, fileSize);
-    if (missing <= 0) continue;
+    if (missing == 0) continue;
     if (++count == 1) {
-      first = fmt::format("stream {} by {} bytes", boost::uuids::to_string(id), missing);
+      first = fmt::format("stream {} by {}", boost::uuids::to_string(id),
+                          text::counted(missing, "byte"));
     }
   }
   if (count == 1) say(fmt::format("{}: 1 entry runs beyond the end of the file: {}", file, first));
