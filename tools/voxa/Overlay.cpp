@@ -45,8 +45,10 @@ class OverlayChoice {
     OverlayStreams streams;
     streams.cursor = stream(m_options.cursor, series::recordTypeOf<Point>());
     streams.keys = stream(m_options.keysStream, series::recordTypeOf<KeyStroke>());
+    const bool isAnyMissing = isMissing(m_options.cursor, streams.cursor) ||
+                              isMissing(m_options.keysStream, streams.keys);
+    if (isAnyMissing) m_all->sayDoubts();
     if (!streams.cursor && !streams.keys) {
-      if (m_all) m_all->sayDoubts();
       throw Failure(Status::WrongUse, m_options.file +
                                           ": no stream of points or keystrokes; name one with "
                                           "--cursor or --keys and use --as");
@@ -67,6 +69,11 @@ class OverlayChoice {
     if (!m_all)
       m_all.emplace(m_parser, m_options.file, std::vector<std::string>{}, m_options.types);
     return m_all->only(type);
+  }
+
+  // Whether a stream was looked for among all, and none with records was found.
+  static bool isMissing(const std::string& name, const std::optional<ChosenStream>& stream) {
+    return name.empty() && (!stream || stream->isEmpty);
   }
 
   ZRKMetaData::MetaDataParser& m_parser;

@@ -170,8 +170,9 @@ ChosenStream chooseOfType(MetaDataParser& parser, const std::string& file, const
   std::vector<std::string> names;
   if (!name.empty()) names.push_back(name);
   const StreamChoice choice(parser, file, names, types);
-  if (const auto found = choice.only(type)) return *found;
-  choice.sayDoubts();
+  const auto found = choice.only(type);
+  if (!found || found->isEmpty) choice.sayDoubts();
+  if (found) return *found;
   const char* const typeName = series::infoOf(type).name;
   throw Failure(Status::WrongUse,
                 fmt::format("{}: {} holds no {}; name a stream and use --as {}", file,

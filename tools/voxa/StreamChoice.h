@@ -39,7 +39,7 @@ class StreamChoice {
   /// there is none either. Throws Failure (WrongUse) when several have the type, and names them.
   std::optional<ChosenStream> only(series::RecordType type) const;
 
-  /// Says which streams have no certain type, for a command that found none to read.
+  /// Says which streams have no certain type, for a command that found none with records to read.
   void sayDoubts() const;
 
  private:
