@@ -70,6 +70,19 @@ TEST_F(Choice, OfPrivacyHasEveryStreamThatMayBeText) {
   }
 }
 
+TEST_F(Choice, OfPrivacyIsNeverSilentOfATextThatIsCut) {
+  for (const std::string& title : {std::string(300, 'a'), std::string("Sign in - bob@acme.org")}) {
+    const std::string whole =
+        recording::atomBlock({{streamId(0xF9), recording::stringRecord(1.25, title)}});
+    constexpr std::size_t kFrameBytes = 8 + 8 + 24;  // of the block, the entry and its header
+    for (std::size_t size = kFrameBytes; size < whole.size(); size += 37) {
+      const Result result = voxa({"privacy", m_folder.file("a.voxa", whole.substr(0, size))});
+      EXPECT_TRUE(result.status == 1 || result.status == 3) << size << ": " << result.out;
+      EXPECT_NE(result.error.find("the file ends "), std::string::npos) << result.error;
+    }
+  }
+}
+
 TEST_F(Choice, OfDiffGoesOnAfterEveryStream) {
   const std::vector<recording::Entry> entries = {
       {streamId(0xF0), Bytes(33, 'a')},        // no type fits

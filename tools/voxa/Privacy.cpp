@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "ZRKMetaData/src/MetaDataUUID.h"
+#include "tools/series/EntryExtent.h"
 #include "tools/series/Guess.h"
 #include "tools/series/RecordStream.h"
 #include "tools/voxa/Commands.h"
@@ -94,8 +95,9 @@ class TextStreams {
   }
 
   void addGuessed(const ChosenStream& stream) {
+    const auto extent = series::entryExtent(m_source.parser, m_source.parser.locationOf(stream.id));
     const series::Guess guess = series::guessRecordType(m_source.parser, stream.id);
-    if (guess.isEmpty) {
+    if (guess.isEmpty && !extent.isCut()) {
       note(fmt::format("{}: {} has no records", m_source.file, stream.name));
       return;
     }
@@ -113,10 +115,18 @@ class TextStreams {
       add(stream, type, false);
       isSearched = true;
     }
-    if (isSearched || possible.isExplained) return;
-    m_privacy.fail(Status::Failed, fmt::format("{}: no record type fits {}, which was not "
-                                               "searched; use --as {}=TYPE",
-                                               m_source.file, stream.name, stream.name));
+    if (isSearched) return;
+    if (extent.isCut()) {
+      // A text that is longer than what is left of it explains nothing: any other type may win.
+      m_privacy.fail(Status::Failed,
+                     fmt::format("{0}: {1}: {2} and its type is not certain; the stream was not "
+                                 "searched; use --as {1}=TYPE",
+                                 m_source.file, stream.name, extent.cutText()));
+    } else if (!possible.isExplained) {
+      m_privacy.fail(Status::Failed, fmt::format("{0}: no record type fits {1}, which was not "
+                                                 "searched; use --as {1}=TYPE",
+                                                 m_source.file, stream.name));
+    }
   }
 
   void add(ChosenStream stream, series::RecordType type, bool isCertain) {
