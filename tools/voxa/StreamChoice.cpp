@@ -174,9 +174,10 @@ ChosenStream chooseOfType(MetaDataParser& parser, const std::string& file, const
   if (!found || found->isEmpty) choice.sayDoubts();
   if (found) return *found;
   const char* const typeName = series::infoOf(type).name;
-  throw Failure(Status::WrongUse,
-                fmt::format("{}: {} holds no {}; name a stream and use --as {}", file,
-                            name.empty() ? "no stream" : name, typeName, typeName));
+  throw Failure(
+      Status::WrongUse,
+      fmt::format("{0}: {1} {2}; name a stream and use --as {2}", file,
+                  name.empty() ? "no stream is certain to hold" : name + " holds no", typeName));
 }
 
 bool sayRefusedVersion(MetaDataParser& parser, const std::string& file,
