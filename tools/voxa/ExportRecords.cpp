@@ -137,9 +137,7 @@ class WideNames {
 
 void exportWide(const ExportOptions& options, const ReadOptions& read) {
   const std::string& folder = options.out.file;
-  if (folder == "-") {
-    throw Failure(Status::WrongUse, "--layout wide writes several files; name a folder with -o");
-  }
+  requireFolderName(folder, "--layout wide");
   WideNames names;
   bool isPrepared = false;
   endWith(forEachSource(options.sources, [&](const Source& source) {

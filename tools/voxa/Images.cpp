@@ -92,6 +92,7 @@ class ImageFiles {
 }  // namespace
 
 void extractImages(const ImagesOptions& options) {
+  requireFolderName(options.folder, "voxa images");
   const auto parser = openRecording(options.file, options.container);
   const ChosenStream stream = chooseOfType(*parser, options.file, options.stream, options.types,
                                            series::recordTypeOf<CursorImage>());

@@ -4,7 +4,15 @@
 #include <stdexcept>
 #include <system_error>
 
+#include "tools/voxa/Failure.h"
+
 namespace voxa {
+
+void requireFolderName(const std::string& folder, const std::string& writer) {
+  if (folder == "-") {
+    throw Failure(Status::WrongUse, writer + " writes several files; name a folder with -o");
+  }
+}
 
 void prepareFolder(const std::string& folder, bool force) {
   const auto path = std::filesystem::u8path(folder);

@@ -5,6 +5,10 @@
 
 namespace voxa {
 
+/// Throws Failure (WrongUse) for "-", which is standard output: `writer`, a command or an option,
+/// writes several files.
+void requireFolderName(const std::string& folder, const std::string& writer);
+
 /// Creates the folder with this UTF-8 name, or checks that the one that exists is empty; with
 /// `force` it may have files. Throws std::runtime_error with the name and what to do, which ends
 /// the command and is no Failure of the recording that is read.
