@@ -112,6 +112,7 @@ class CommandLine {
     for (CLI::App* const command : m_app.get_subcommands({})) {
       command->add_flag_callback("-q,--quiet", beQuiet,
                                  "Print neither progress nor notes on standard error");
+      refuseEmptyValues(*command);
     }
   }
 
@@ -347,6 +348,18 @@ class CommandLine {
       throw CLI::ValidationError("--seed", text + " is not a whole number from 0 to 2^64 - 1");
     }
     return seed;
+  }
+
+  // To a command an empty text means that the option was not given. Scripts pass one for a variable
+  // that is not set.
+  static void refuseEmptyValues(CLI::App& command) {
+    const CLI::Validator isGiven(
+        [](const std::string& value) {
+          return value.empty() ? std::string("the value is empty") : std::string();
+        },
+        "");
+    // As a transformation it comes before the other checks, whose messages would show no value.
+    for (CLI::Option* const option : command.get_options()) option->transform(isGiven);
   }
 
   void addInfo() {
