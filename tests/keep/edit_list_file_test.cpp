@@ -65,9 +65,8 @@ TEST(ConcatList, KeepsTheFilesFromInpointToOutpoint) {
       {"no file", "ffconcat version 1.0\ninpoint 2\n",
        "line 2: inpoint stands in front of the first file"},
       {"no time", "file a\noutpoint x\n",
-       "line 2: x: a time is seconds (12.5 or 12.5s), HH:MM:SS.mmm, a fraction of seconds "
-       "(1001/30) "
-       "or frames (75f)"},
+       "line 2: x: a time is seconds (12.5 or 12.5s), [HH:]MM:SS[.mmm], a fraction of seconds "
+       "(1001/30) or frames (75f)"},
       {"nothing", "ffconcat version 1.0\n", "no part of a recording is listed"},
   });
 }

@@ -42,9 +42,8 @@ class TimeText {
 
   [[noreturn]] void failForm() const {
     fail(
-        "a time is seconds (12.5 or 12.5s), HH:MM:SS.mmm, a fraction of seconds (1001/30) or "
-        "frames "
-        "(75f)");
+        "a time is seconds (12.5 or 12.5s), [HH:]MM:SS[.mmm], a fraction of seconds (1001/30) or "
+        "frames (75f)");
   }
 
   int64 whole(std::string_view digits) const {

@@ -293,7 +293,7 @@ class CommandLine {
         ->type_name("TIME");
     command
         ->add_option("--to", times.to,
-                     "Leave out records from this time on: 12.5, HH:MM:SS.mmm, 1001/30 or 75f")
+                     std::string("Leave out records from this time on: ") + kTimeForms)
         ->type_name("TIME");
     command->add_option("--rate", times.rate, "Frames per second, for times in frames: N or N/D");
   }
@@ -425,7 +425,9 @@ class CommandLine {
     command->add_option("--at", m_load.at, "Print only the value at a frame (75) or a time (2.5s)");
     command->add_option("--from", m_load.from, "Leave out keyframes before this time")
         ->type_name("TIME");
-    command->add_option("--to", m_load.to, "Leave out keyframes from this time on")
+    command
+        ->add_option("--to", m_load.to,
+                     std::string("Leave out keyframes from this time on: ") + kTimeForms)
         ->type_name("TIME");
     addFormat(command, m_load, {"table", "csv", "json", "host-xml", "host-json"});
     addDestination(command, m_load.out);
@@ -526,7 +528,8 @@ class CommandLine {
         ->type_name("TIME");
     command
         ->add_option("--to", m_frames.times.to,
-                     "Leave out frames from this time on (default: after the last record)")
+                     "Leave out frames from this time on (default: after the last record): " +
+                         std::string(kTimeForms))
         ->type_name("TIME");
     addTypes(command, m_frames.types);
     addSimplify(command, m_frames.tolerance,
@@ -661,7 +664,9 @@ class CommandLine {
     addTypes(command, m_overlay.types);
     command->add_option("--from", m_overlay.times.from, "Leave out records before this time")
         ->type_name("TIME");
-    command->add_option("--to", m_overlay.times.to, "Leave out records from this time on")
+    command
+        ->add_option("--to", m_overlay.times.to,
+                     std::string("Leave out records from this time on: ") + kTimeForms)
         ->type_name("TIME");
     command->add_option("--rate", m_overlay.times.rate,
                         "Frames per second of the video, N or N/D: show each record on the frame "
@@ -832,6 +837,8 @@ class CommandLine {
     command->callback([this] { graftStreams(m_graft); });
   }
 
+  static constexpr const char* kTimeForms =
+      "12.5, [HH:]MM:SS[.mmm] (12:30 is 12 minutes 30 seconds), 1001/30 or 75f";
   CLI::App m_app;
   static constexpr const char* kNoValue = "true";  // CLI11's word for a flag alone
   std::string m_redact;                            // the value of --redact, empty without it
