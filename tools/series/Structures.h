@@ -1,4 +1,4 @@
-// Reads atoms or chunks anywhere in a file that may be damaged. Internal to the search for entries.
+// Reads atoms or chunks anywhere in a file that may be damaged. Internal to this room.
 #pragma once
 
 #include <istream>

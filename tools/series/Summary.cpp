@@ -9,6 +9,7 @@
 #include "tools/series/Containers.h"
 #include "tools/series/EntryExtent.h"
 #include "tools/series/Guess.h"
+#include "tools/series/Overrun.h"
 #include "tools/series/RecordStream.h"
 
 namespace series {
@@ -117,8 +118,8 @@ std::optional<double> RecordingSummary::duration() const {
 }
 
 bool RecordingSummary::isDamaged() const {
-  return std::any_of(streams.begin(), streams.end(),
-                     [](const StreamSummary& stream) { return !stream.damage.empty(); });
+  return isCut || std::any_of(streams.begin(), streams.end(),
+                              [](const StreamSummary& stream) { return !stream.damage.empty(); });
 }
 
 const TrackSummary* RecordingSummary::screen() const {
@@ -134,6 +135,10 @@ RecordingSummary summariseStreams(MetaDataParser& parser, const std::string& fil
   recording.file = file;
   recording.container = containerName(parser.containerKind());
   recording.byteCount = static_cast<std::uint64_t>(sizeOfSource(parser.stream()));
+  if (const auto overrun = findOverrun(parser.stream(), parser.containerKind())) {
+    recording.isCut = true;
+    recording.warnings.push_back(overrun->text());
+  }
   recording.streams.reserve(scope.streams.size());
   for (const auto& id : scope.streams) {
     const ZRKMetaData::MetaDataLocation location = parser.locations().at(id);

@@ -78,7 +78,9 @@ struct RecordingSummary {
   /// Of the longest track, or without tracks from 0 to the last record, in seconds.
   std::optional<double> duration() const;
 
-  /// Some stream ends in damage.
+  bool isCut = false;  ///< its last structure ends beyond the file (Overrun.h)
+
+  /// The file is cut, or some stream ends in damage.
   bool isDamaged() const;
 
   /// The first screen track with a picture, or null.

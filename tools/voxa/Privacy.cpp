@@ -11,6 +11,7 @@
 #include "ZRKMetaData/src/MetaDataUUID.h"
 #include "tools/series/EntryExtent.h"
 #include "tools/series/Guess.h"
+#include "tools/series/Overrun.h"
 #include "tools/series/RecordStream.h"
 #include "tools/voxa/Commands.h"
 #include "tools/voxa/Failure.h"
@@ -258,7 +259,10 @@ void showPrivacy(const PrivacyOptions& options) {
   const bool isJson = options.format == Format::Json;
   const char* before = isJson ? "{\"files\":[" : "";
   const Status worst = forEachIndexedSource(options.sources, [&](const IndexedSource& source) {
-    const FilePrivacy privacy = privacyOf(source);
+    const auto overrun = series::findOverrun(source.parser.stream(), source.parser.containerKind());
+    if (overrun) sayError(source.file + ": " + overrun->text());
+    FilePrivacy privacy = privacyOf(source);
+    if (overrun) privacy.status = worse(privacy.status, Status::DamagedData);
     out.write(before);
     if (isJson) {
       writeJson(out, source.file, privacy);

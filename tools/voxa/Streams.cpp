@@ -7,6 +7,7 @@
 #include "text/Counted.h"
 #include "tools/series/Containers.h"
 #include "tools/series/EntryExtent.h"
+#include "tools/series/Overrun.h"
 #include "tools/voxa/Commands.h"
 #include "tools/voxa/Messages.h"
 #include "tools/voxa/Output.h"
@@ -107,6 +108,9 @@ void listStreams(const StreamsOptions& options) {
   }
   out.flush();
   reportMissingBytes(options.file, *parser);
+  if (const auto overrun = series::findOverrun(parser->stream(), parser->containerKind())) {
+    say(options.file + ": " + overrun->text());
+  }
 }
 
 }  // namespace voxa
