@@ -3,6 +3,7 @@
 #include "tools/series/RecordStream.h"
 #include "tools/series/Summary.h"
 #include "tools/voxa/Commands.h"
+#include "tools/voxa/Extension.h"
 #include "tools/voxa/Masks.h"
 #include "tools/voxa/Output.h"
 #include "tools/voxa/Picture.h"
@@ -12,7 +13,20 @@
 
 namespace voxa {
 
+namespace {
+
+// Another picture format would be a file that no viewer opens by its name.
+void requireSvg(const std::string& out) {
+  for (const char* const other : {".png", ".jpg", ".jpeg", ".gif", ".webp", ".pdf"}) {
+    if (extensionOf(out) != other) continue;
+    throw Failure(Status::WrongUse, out + ": a plot is SVG; name it .svg, and convert that");
+  }
+}
+
+}  // namespace
+
 void drawPlot(const PlotOptions& options) {
+  requireSvg(options.out);
   const series::TimeRange range = timeRangeOf(options.times);
   const auto parser = openRecording(options.file, options.container);
   requireOtherFile(options.out, options.file);

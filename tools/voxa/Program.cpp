@@ -12,6 +12,7 @@
 #include "tools/series/Containers.h"
 #include "tools/series/RecordTypes.h"
 #include "tools/voxa/Commands.h"
+#include "tools/voxa/Extension.h"
 #include "tools/voxa/Messages.h"
 #include "tools/voxa/Output.h"
 #include "tools/voxa/Recording.h"
@@ -56,6 +57,14 @@ const std::map<std::string, ExportFormat>& exportFormats() {
       {"mlt", ExportFormat::Mlt},   {"ffmetadata", ExportFormat::FfMetadata},
       {"otio", ExportFormat::Otio}};
   return names;
+}
+
+// The format whose name is the extension of the file, CSV where there is none.
+ExportFormat exportFormatOf(const std::string& file) {
+  const std::string extension = extensionOf(file);
+  const auto found =
+      extension.empty() ? exportFormats().end() : exportFormats().find(extension.substr(1));
+  return found == exportFormats().end() ? ExportFormat::Csv : found->second;
 }
 
 const std::map<std::string, formats::Layout>& layouts() {
@@ -557,8 +566,8 @@ class CommandLine {
     addStreamList(command, sources);
     addTypes(command, sources.types);
     addTimes(command, m_export.times);
-    addChoice(command, "--format", exportFormats(), m_export.format,
-              "Output format (default: csv)");
+    addChoice(command, "--format", exportFormats(), m_exportFormat,
+              "Output format (default: by the extension of the file, or csv)");
     addChoice(command, "--layout", layouts(), m_export.layout,
               "One table for all streams, or a file per stream in the folder OUT (default: long)");
     command->add_flag("--spreadsheet-safe", m_export.isSpreadsheetSafe,
@@ -586,6 +595,7 @@ class CommandLine {
     addRedact(command);
     command->callback([this] {
       m_export.sources.redaction = redaction();
+      m_export.format = m_exportFormat.value_or(exportFormatOf(m_export.out.file));
       exportRecordings(m_export);
     });
   }
@@ -854,6 +864,7 @@ class CommandLine {
   std::vector<std::string> m_guessRest;  // streams or files
   FramesOptions m_frames;
   ExportOptions m_export;
+  std::optional<ExportFormat> m_exportFormat;
   std::string m_simplify;  // the value of --simplify, which its option reads
   CaptionsOptions m_captions;
   OverlayOptions m_overlay;
