@@ -18,8 +18,9 @@ class OpenFile {
   OpenFile(const OpenFile&) = delete;
   OpenFile& operator=(const OpenFile&) = delete;
 
-  /// Opens the file with this UTF-8 name for reading. Returns null for a directory, a pipe or a
-  /// name without a file, because a recording must be seekable.
+  /// Opens the file with this UTF-8 name for reading. Returns null for a directory or a pipe,
+  /// because a recording must be seekable, for a name without a file, and on Windows for a name
+  /// that is not UTF-8. POSIX systems look up the bytes of a name as they are.
   static std::unique_ptr<OpenFile> open(const std::string& name);
 
   /// Reads up to `count` bytes from byte `position` on, in one call of the system, and returns how

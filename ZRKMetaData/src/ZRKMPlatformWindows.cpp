@@ -12,11 +12,13 @@ namespace ZRKMetaData {
 
 namespace {
 
-// Invalid UTF-8 becomes U+FFFD. Such a name matches no file.
+// Empty for invalid UTF-8. Without the flag U+FFFD would replace it, and a file whose name has that
+// character would be opened.
 std::wstring utf16Name(const std::string& name) {
   const int size = static_cast<int>(name.size());
   std::wstring wide(name.size(), L'\0');  // UTF-16 never has more units than UTF-8 has bytes
-  const int units = MultiByteToWideChar(CP_UTF8, 0, name.data(), size, wide.data(), size);
+  const int units =
+      MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, name.data(), size, wide.data(), size);
   wide.resize(static_cast<std::size_t>(units));
   return wide;
 }

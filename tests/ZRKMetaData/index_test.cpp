@@ -2,6 +2,7 @@
 
 #include <boost/uuid/uuid_io.hpp>
 #include <filesystem>
+#include <fstream>
 #include <sstream>
 
 #include "ZRKMetaData/src/ZRKMMetaDataParser.h"
@@ -353,6 +354,36 @@ TEST(Files, ThatCannotBeOpenedAreReportedAndHaveNoIndex) {
     EXPECT_EQ(log.text(), "ZRKMMetaDataParser:216 m_infile.is_open()\n") << row.leaf;
   }
 }
+
+// Not UTF-8: a stray byte, an encoded surrogate, an overlong form, a character above U+10FFFF.
+constexpr const char* kInvalidNames[] = {"\xFF.voxa", "\xED\xA0\x80.voxa", "\xC0\xAF.voxa",
+                                         "\xF4\x90\x80\x80.voxa"};
+
+#ifdef _WIN32
+TEST(Files, WithInvalidNamesAreNotOpenedAsTheirReplacement) {
+  const TempFolder folder;
+  for (const char* const replaced : {"\uFFFD.voxa", "\uFFFD\uFFFD.voxa", "\uFFFD\uFFFD\uFFFD.voxa",
+                                     "\uFFFD\uFFFD\uFFFD\uFFFD.voxa"}) {
+    const std::string name = folder.file(replaced, atomBlock({kEntryF0}));
+    ASSERT_EQ(shown(*Parser(MetaDataParser::createForFile(name))), "F0@16+29 ");
+  }
+  for (const char* const leaf : kInvalidNames) {
+    const AssertionLog log;
+    const Parser parser(MetaDataParser::createForFile(folder.name("") + leaf));
+    EXPECT_EQ(shown(*parser), "") << leaf;
+    EXPECT_EQ(log.text(), "ZRKMMetaDataParser:216 m_infile.is_open()\n") << leaf;
+  }
+}
+#else
+TEST(Files, AreOpenedByTheBytesOfInvalidNames) {
+  const TempFolder folder;
+  for (const char* const leaf : kInvalidNames) {
+    const std::string name = folder.name("") + leaf;
+    std::ofstream(name, std::ios::binary) << atomBlock({kEntryF0});
+    EXPECT_EQ(shown(*Parser(MetaDataParser::createForFile(name))), "F0@16+29 ") << leaf;
+  }
+}
+#endif
 
 TEST(Parser, RescansFromByteZero) {
   std::stringstream in(atomBlock({kEntryF0}));

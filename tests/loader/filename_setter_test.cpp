@@ -59,7 +59,8 @@ TEST_F(Filing, IgnoresOtherNames) {
 }
 
 TEST_F(Filing, PropagatesExceptions) {
-  for (const std::string bad : {"\xFF", "\xED\xA0\x80", "\xED\xBF\xBF", "\xE0\x80\xAF"}) {
+  for (const std::string bad :
+       {"\xFF", "\xED\xA0\x80", "\xED\xBF\xBF", "\xE0\x80\xAF", "\xF4\x90\x80\x80"}) {
     EXPECT_THROW(filed(bad + "/2b7b6af0-7a1f-11e2-83d0-0017f200be7f"), boost::system::system_error);
   }
   EXPECT_TRUE(slots.isEmpty());

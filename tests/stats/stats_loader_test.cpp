@@ -47,7 +47,7 @@ TEST_F(Stats, AreLoadedForTheExtensionVoxaOnly) {
         Row{"a.voxa.bak", false}, Row{"a.mp4", false}, Row{"avoxa", false}, Row{"", false},
         Row{"dir.voxa/", false}, Row{"dir.voxa\\", false}, Row{"dir.voxa/a", false},
         Row{"a.voxa:stream", false}, Row{"\xFF.voxa", false}, Row{"\xED\xA0\x80.voxa", false},
-        Row{"\xC0\xAF.voxa", false}}) {
+        Row{"\xC0\xAF.voxa", false}, Row{"\xF4\x90\x80\x80.voxa", false}}) {
     EXPECT_EQ(loader.canOpenFile(row.name), row.canOpen) << row.name;
   }
 }
