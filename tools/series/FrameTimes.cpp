@@ -4,13 +4,13 @@
 #include <cmath>
 #include <limits>
 
+#include "tools/series/ExactFraction.h"
+
 namespace series {
 
 using ZRKMetaData::int64;
 
 namespace {
-
-__extension__ using int128 = __int128;
 
 int128 flooredQuotient(int128 numerator, int128 denominator) {
   const int128 quotient = numerator / denominator;

@@ -2,7 +2,6 @@
 
 #include <charconv>
 #include <cmath>
-#include <numeric>
 #include <stdexcept>
 #include <string_view>
 #include <vector>
@@ -11,26 +10,9 @@ namespace series {
 
 namespace {
 
-__extension__ using int128 = __int128;
 using ZRKMetaData::int64;
 
 constexpr int64 kMaxInt64 = std::numeric_limits<int64>::max();
-
-// Nothing where a part does not fit into 64 bits. Requires: the denominator is positive.
-std::optional<ExactSeconds> reducedFraction(int128 numerator, int128 denominator) {
-  int128 divisor = denominator;  // Euclid; std::gcd refuses 128 bits in strict modes
-  for (int128 rest = numerator < 0 ? -numerator : numerator; rest != 0;) {
-    const int128 next = divisor % rest;
-    divisor = rest;
-    rest = next;
-  }
-  numerator /= divisor;
-  denominator /= divisor;
-  if (numerator > kMaxInt64 || numerator < -kMaxInt64 || denominator > kMaxInt64) {
-    return std::nullopt;
-  }
-  return ExactSeconds{static_cast<int64>(numerator), static_cast<int64>(denominator)};
-}
 
 class TimeText {
  public:

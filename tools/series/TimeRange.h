@@ -12,15 +12,11 @@
 #include <optional>
 #include <string>
 
-#include "ZRKMetaData/src/ZRKMIntegers.h"
+#include "tools/series/ExactFraction.h"
 
 namespace series {
 
-/// Seconds as a reduced fraction; the denominator is positive.
-struct ExactSeconds {
-  ZRKMetaData::int64 numerator = 0;
-  ZRKMetaData::int64 denominator = 1;
-};
+using ExactSeconds = ExactFraction;
 
 /// Frames per second; neither part is zero.
 using FrameRate = boost::rational<unsigned int>;

@@ -13,8 +13,8 @@
 #include <utility>
 #include <vector>
 
-#include "host/Kestova/Ratio.h"
 #include "loader/FrameNumber.h"
+#include "tools/series/ExactFraction.h"
 #include "tools/series/RecordStream.h"
 #include "tools/series/RecordTypes.h"
 #include "tools/series/Redact.h"
@@ -428,12 +428,17 @@ class FrameWriter {
  private:
   template <class Row>
   void describe(Row& row, int64 frame, const HeldStreams& streams) {
-    const auto time = Kestova::reduced(Kestova::int128{frame} * m_rate.denominator(),
-                                       Kestova::int128{m_rate.numerator()});
+    const auto time = series::reducedFraction(series::int128{frame} * m_rate.denominator(),
+                                              series::int128{m_rate.numerator()});
+    if (!time) {
+      throw Failure(
+          Status::Failed,
+          fmt::format("frame {} has no time of 64 bits; use --to, or another --rate", frame));
+    }
     row.field("frame", frame);
-    row.field("time", fmt::format("{}/{}", time.numerator, time.denominator));
+    row.field("time", fmt::format("{}/{}", time->numerator, time->denominator));
     row.field("seconds",
-              static_cast<double>(time.numerator) / static_cast<double>(time.denominator));
+              static_cast<double>(time->numerator) / static_cast<double>(time->denominator));
     for (const auto& stream : streams) stream->write(row, frame);
   }
 

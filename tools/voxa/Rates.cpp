@@ -29,8 +29,13 @@ std::optional<Number> parseWhole(std::string_view text) {
   throw Failure(Status::WrongUse, message);
 }
 
-// "12.345" as 12345 thousandths.
-std::optional<Kestova::Ratio> parseDecimal(std::string_view text) {
+// A decimal as a number of units, "12.345" as 12345 of 1000 units each.
+struct Decimal {
+  Kestova::int64 number;
+  Kestova::int64 unit;
+};
+
+std::optional<Decimal> parseDecimal(std::string_view text) {
   const auto point = text.find('.');
   std::string digits(text.substr(0, point));
   Kestova::int64 unit = 1;
@@ -43,22 +48,21 @@ std::optional<Kestova::Ratio> parseDecimal(std::string_view text) {
   }
   const auto number = parseWhole<Kestova::int64>(digits);
   if (!number) return std::nullopt;
-  return Kestova::Ratio{*number, unit};
+  return Decimal{*number, unit};
 }
 
 // Returns "; use 30000/1001" for 29.97, empty where `text` is not close to a rate.
 std::string rateSuggestion(std::string_view text) {
   const auto decimal = parseDecimal(text);
-  if (!decimal || decimal->numerator <= 0) return {};
-  const double rate =
-      static_cast<double>(decimal->numerator) / static_cast<double>(decimal->denominator);
+  if (!decimal || decimal->number <= 0) return {};
+  const double rate = static_cast<double>(decimal->number) / static_cast<double>(decimal->unit);
   for (const int whole : {24, 30, 48, 60, 120}) {  // NTSC rates, often written with two decimals
     const bool isNear = std::abs(rate - whole * 1000 / 1001.0) < 0.006;
     if (isNear) return "; use " + std::to_string(whole) + "000/1001";
   }
-  const Kestova::Ratio exact = Kestova::reduced(decimal->numerator, decimal->denominator);
-  if (exact.numerator > kMaxRatePart || exact.denominator > kMaxRatePart) return {};
-  return "; use " + std::to_string(exact.numerator) + "/" + std::to_string(exact.denominator);
+  const auto exact = series::reducedFraction(decimal->number, decimal->unit);
+  if (!exact || exact->numerator > kMaxRatePart || exact->denominator > kMaxRatePart) return {};
+  return "; use " + std::to_string(exact->numerator) + "/" + std::to_string(exact->denominator);
 }
 
 }  // namespace
@@ -79,23 +83,22 @@ boost::rational<unsigned int> parseRate(const std::string& text) {
 CommandTime parseTime(const std::string& text) {
   const std::string_view view = text;
   if (!view.empty() && view.back() == 's') {
-    if (const auto seconds = parseDecimal(view.substr(0, view.size() - 1))) return {*seconds, true};
+    if (const auto seconds = parseDecimal(view.substr(0, view.size() - 1))) {
+      return {seconds->number, seconds->unit, true};
+    }
   } else if (const auto frame = parseWhole<Kestova::int64>(view)) {
-    return {{*frame, 1}, false};
+    return {*frame, 1, false};
   }
   wrongUse("--at takes a frame number or decimal seconds with an s: " + text);
 }
 
 Kestova::RationalTime frameOf(const CommandTime& time, const boost::rational<unsigned int>& rate) {
-  if (!time.isSeconds) return Kestova::RationalTime(time.number.numerator);
-  try {
-    const auto frame =
-        Kestova::reduced(Kestova::int128{time.number.numerator} * rate.numerator(),
-                         Kestova::int128{time.number.denominator} * rate.denominator());
-    return {frame.numerator, frame.denominator};
-  } catch (const std::overflow_error&) {
-    wrongUse("--at is out of range at this rate");
-  }
+  if (!time.isSeconds) return Kestova::RationalTime(time.numerator);
+  const auto frame =
+      series::reducedFraction(Kestova::int128{time.numerator} * rate.numerator(),
+                              Kestova::int128{time.denominator} * rate.denominator());
+  if (!frame) wrongUse("--at is out of range at this rate");
+  return {frame->numerator, frame->denominator};
 }
 
 Kestova::int64 firstFrameFrom(const series::ExactSeconds& seconds,

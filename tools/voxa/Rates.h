@@ -6,8 +6,8 @@
 #include <string>
 
 #include "host/Kestova/Integers.h"
-#include "host/Kestova/Ratio.h"
 #include "host/Kestova/RationalTime.h"
+#include "tools/series/ExactFraction.h"
 #include "tools/series/TimeRange.h"
 
 namespace voxa {
@@ -16,9 +16,10 @@ namespace voxa {
 /// for a part that is 0 or above 32 bits. For a decimal, the message suggests the fraction to use.
 boost::rational<unsigned int> parseRate(const std::string& text);
 
-/// A time of --at: a number of frames, or of seconds as an exact fraction.
+/// A time of --at: a number of frames, or of seconds as a fraction that is not reduced.
 struct CommandTime {
-  Kestova::Ratio number{};
+  Kestova::int64 numerator = 0;
+  Kestova::int64 denominator = 1;
   bool isSeconds = false;
 };
 
