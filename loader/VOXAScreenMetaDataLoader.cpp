@@ -85,7 +85,7 @@ class ParamSetter<Src, Parameter<Dst>> final : public ZRKMetaData::DataStreamObs
     } else if (m_parameter->keyFrameExists(time)) {
       m_parameter->removeKeyFrame(time);
     }
-    m_parameter->addKeyFrame(time, keyFrameValue(record, m_filename), RationalTime(0, 1));
+    m_parameter->addKeyFrame(time, keyFrameValue(record, m_filename), RationalTime(0));
     return true;
   }
 

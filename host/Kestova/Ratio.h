@@ -1,7 +1,6 @@
-// A fraction of 64-bit numbers.
+// A fraction of 64-bit numbers. Private to the library: no other header includes it.
 #pragma once
 
-#include "host/Kestova/Export.h"
 #include "host/Kestova/Integers.h"
 
 namespace Kestova {
@@ -14,6 +13,6 @@ struct Ratio {
 
 /// Returns the reduced form of `numerator` / `denominator`. Throws boost::bad_rational for a zero
 /// denominator and std::overflow_error if the reduced form does not fit.
-KESTOVA_API Ratio reduced(int128 numerator, int128 denominator);
+Ratio reduced(int128 numerator, int128 denominator);
 
 }  // namespace Kestova

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "host/Kestova/Ratio.h"
 #include "text/NumberText.h"
 
 namespace Kestova {
@@ -15,6 +16,12 @@ Ratio sum(const RationalTime& left, int128 numerator, int128 denominator) {
 }
 
 }  // namespace
+
+RationalTime::RationalTime(const Ratio& ratio)
+    : m_numerator(ratio.numerator), m_denominator(ratio.denominator) {}
+
+RationalTime::RationalTime(int64 numerator, int64 denominator)
+    : RationalTime(reduced(numerator, denominator)) {}
 
 RationalTime operator+(const RationalTime& left, const RationalTime& right) {
   int64 whole = 0;

@@ -7,35 +7,36 @@
 
 #include "host/Kestova/Export.h"
 #include "host/Kestova/Integers.h"
-#include "host/Kestova/Ratio.h"
 
 namespace Kestova {
 
+struct Ratio;
+
 class KESTOVA_API RationalTime {
  public:
-  RationalTime() noexcept : m_ratio{0, 1} {}
-  explicit RationalTime(const int64& whole) : m_ratio{whole, 1} {}
+  RationalTime() noexcept = default;
+  explicit RationalTime(const int64& whole) : m_numerator(whole) {}
 
   /// Throws boost::bad_rational for a zero denominator, std::overflow_error if the reduced form
   /// does not fit.
-  RationalTime(int64 numerator, int64 denominator)
-      : m_ratio(denominator == 1 ? Ratio{numerator, 1} : reduced(numerator, denominator)) {}
+  RationalTime(int64 numerator, int64 denominator);
 
-  int64 numerator() const { return m_ratio.numerator; }
-  int64 denominator() const { return m_ratio.denominator; }
-  bool isWhole() const { return m_ratio.denominator == 1; }
+  int64 numerator() const { return m_numerator; }
+  int64 denominator() const { return m_denominator; }
+  bool isWhole() const { return m_denominator == 1; }
 
   double toDouble() const {
-    return static_cast<double>(m_ratio.numerator) / static_cast<double>(m_ratio.denominator);
+    return static_cast<double>(m_numerator) / static_cast<double>(m_denominator);
   }
 
  private:
-  explicit RationalTime(const Ratio& ratio) : m_ratio(ratio) {}
+  explicit RationalTime(const Ratio& ratio);
 
   friend KESTOVA_API RationalTime operator+(const RationalTime& left, const RationalTime& right);
   friend KESTOVA_API RationalTime operator-(const RationalTime& left, const RationalTime& right);
 
-  Ratio m_ratio;
+  int64 m_numerator = 0;
+  int64 m_denominator = 1;
 };
 
 inline bool operator==(const RationalTime& left, const RationalTime& right) {

@@ -3,8 +3,8 @@
 
 #include <boost/rational.hpp>
 
+#include "host/Kestova/Export.h"
 #include "host/Kestova/Integers.h"
-#include "host/Kestova/Ratio.h"
 
 namespace Kestova {
 
@@ -12,15 +12,16 @@ class SafeRational {
  public:
   /// Throws boost::bad_rational for a zero denominator, std::overflow_error if the reduced form
   /// does not fit.
-  SafeRational(int64 numerator, int64 denominator) : m_ratio(reduced(numerator, denominator)) {}
+  KESTOVA_API SafeRational(int64 numerator, int64 denominator);
   explicit SafeRational(const boost::rational<unsigned int>& rate)
-      : m_ratio{rate.numerator(), rate.denominator()} {}
+      : m_numerator(rate.numerator()), m_denominator(rate.denominator()) {}
 
-  int64 numerator() const { return m_ratio.numerator; }
-  int64 denominator() const { return m_ratio.denominator; }
+  int64 numerator() const { return m_numerator; }
+  int64 denominator() const { return m_denominator; }
 
  private:
-  Ratio m_ratio;
+  int64 m_numerator;
+  int64 m_denominator;
 };
 
 }  // namespace Kestova
