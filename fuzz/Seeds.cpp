@@ -25,9 +25,10 @@ class Folder {
   int m_count = 0;
 };
 
-// Blocks whose entries lead back to a row of small atoms, which the scan then visits again.
+// Blocks whose entries lead back to a row of small atoms, which the scan then visits again. So many
+// that a scan which does not count small steps reads more than the bound of the index target.
 Bytes repeatedScan() {
-  constexpr int kCount = 64;
+  constexpr int kCount = 256;
   Bytes bytes;
   for (int n = 0; n < kCount; ++n) bytes += recording::atom("free", "");
   for (int n = 0; n < kCount; ++n) {
