@@ -78,8 +78,8 @@ class Recording:
     @property
     def stats(self) -> Stats:
         """The tracks of a `.voxa`, `.mp4` or `.mov` recording, read again each time. Raises
-        `VoxaError` for a file without them."""
-        return stats_of(self.path)
+        `VoxaError` for a file without them, and for one that was moved, removed or replaced."""
+        return stats_of(self._source)
 
     @property
     def slots(self) -> Dict[str, Optional[str]]:
@@ -88,7 +88,8 @@ class Recording:
         return {id: _voxa.slot(os.fsencode(f"{path}/{id}")) for id in self._streams}
 
     def close(self) -> None:
-        """Closes the file. Reading then raises ValueError."""
+        """Closes the file. Everything that reads it then raises ValueError, `load`, `stats` and `slots`
+        included."""
         self._source.index.close()
 
     def __enter__(self) -> Recording:

@@ -9,6 +9,7 @@ from typing import Optional, Tuple
 
 from . import _voxa
 from ._errors import VoxaError
+from ._source import Source
 
 Rect = Tuple[int, int, int, int]
 
@@ -47,11 +48,12 @@ class Stats:
     tracks: Tuple[Track, ...]
 
 
-def stats_of(path: str) -> Stats:
+def stats_of(source: Source) -> Stats:
+    path = source.module_path()
     try:
         rect, rows = _voxa.stats(os.fsencode(path))
     except RuntimeError as error:
-        raise VoxaError(f"{path}: the tracks cannot be read; they are in .voxa, .mp4 and .mov files: "
+        raise VoxaError(f"{source.path}: the tracks cannot be read; they are in .voxa, .mp4 and .mov files: "
                         f"{str(error).strip()}") from None
     tracks = []
     for (index, kind, tag, numerator, denominator, length, box, sample_rate, channels, bits,

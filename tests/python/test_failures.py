@@ -1,7 +1,9 @@
 """What is raised for files, streams and arguments that cannot be used."""
 
 import os
+import pathlib
 import pickle
+import shutil
 import struct
 import warnings
 
@@ -82,8 +84,34 @@ def test_closed_recordings_read_nothing(sample):
     with voxa.open(sample) as recording:
         stream = recording.streams["F0"]
     recording.close()  # a second time
-    for read in (stream.guess, lambda: stream.records("points")):
+    for read in (stream.guess, lambda: stream.records("points"), lambda: stream.load("points"),
+                 lambda: stream.load("rect-collections"), lambda: recording.stats,
+                 lambda: recording.slots):
         with pytest.raises(ValueError, match="the recording is closed"):
+            read()
+
+
+def test_relative_names_hold_in_another_working_folder(sample, tmp_path, monkeypatch):
+    monkeypatch.chdir(sample.parent)
+    recording = voxa.open(sample.name)
+    monkeypatch.chdir(tmp_path)
+    assert recording.path == sample.name and recording.stats.tracks
+    assert "F0" in recording.slots.values()
+    assert len(recording.streams["F0"].load("points", 60)) > 1000
+
+
+@pytest.mark.parametrize("lose", [
+    lambda path, copy: path.unlink(),
+    lambda path, copy: path.rename(path.with_name("b.voxa")),
+    lambda path, copy: copy.replace(path)], ids=["removed", "moved", "replaced"])
+def test_files_that_the_name_no_longer_means_are_not_loaded(sample, tmp_path, lose):
+    path = pathlib.Path(shutil.copy(sample, tmp_path / "a.voxa"))
+    recording = voxa.open(path)
+    stream = recording.streams["F0"]
+    lose(path, pathlib.Path(shutil.copy(sample, tmp_path / "c.voxa")))
+    assert len(stream.records("points")) > 1000  # the file that is open
+    for read in (lambda: stream.load("points"), lambda: recording.stats, lambda: recording.slots):
+        with pytest.raises(voxa.VoxaError, match="a.voxa: .*open the recording again"):
             read()
 
 
