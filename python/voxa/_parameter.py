@@ -4,6 +4,8 @@ from __future__ import annotations
 
 import json
 import math
+import numbers
+from decimal import Decimal
 from functools import cached_property
 from fractions import Fraction
 from typing import TYPE_CHECKING, Any, Dict, Union
@@ -21,6 +23,8 @@ if TYPE_CHECKING:
 Time = Union[Fraction, float, int]
 
 _RATE_LIMIT = 2**32
+_FIRST_FRAME = -2**63
+_LAST_FRAME = 2**63 - 1
 
 
 def rate_of(rate: Union[Fraction, int, str]) -> Fraction:
@@ -34,10 +38,17 @@ def rate_of(rate: Union[Fraction, int, str]) -> Fraction:
     return exact
 
 
-def exact_time(time: Time) -> Fraction:
-    if isinstance(time, (Fraction, int, float)):
-        return Fraction(time)  # a float is an exact fraction
-    return Fraction(float(time))
+def exact_time(time: Time) -> Union[Fraction, float]:
+    """The time as a fraction; an infinite one stays a float. Numbers that are neither floats nor
+    fractions are taken as floats. Raises ValueError for NaN and TypeError for what is no number."""
+    if isinstance(time, numbers.Rational):
+        return Fraction(int(time.numerator), int(time.denominator))  # NumPy's have 64 bits
+    if not isinstance(time, (numbers.Real, Decimal)):
+        raise TypeError(f"{time!r} is no time; pass seconds as a Fraction, an int or a float")
+    number = float(time)
+    if math.isnan(number):
+        raise ValueError("a time is not a number")
+    return Fraction(number) if math.isfinite(number) else number
 
 
 class Parameter:
@@ -100,19 +111,32 @@ class Parameter:
     def value_at(self, time: Time) -> Any:
         """The value at `time`, in seconds, compared exactly. Before the first keyframe it is the
         value of the first. Raises ValueError without keyframes or where `time` is NaN."""
-        if isinstance(time, (float, np.floating)) and not math.isfinite(time):
-            return self.values_at(np.array(time, np.float64))[()]
-        frame = math.floor(exact_time(time) * self._rate)
-        limits = np.iinfo(np.int64)
-        return self._held(np.array(min(max(frame, int(limits.min)), int(limits.max))))[()]
+        return self._held(np.array(self._frame_at(time)))[()]
 
     def values_at(self, times: npt.ArrayLike) -> npt.NDArray[Any]:
-        """The values at floats of seconds, as `value_at` of each, in an array of the same shape."""
-        seconds = np.asarray(times, np.float64)
+        """The values at an array of times, as `value_at` of each, in an array of the same shape.
+        Arrays of floats are fast, those of `Fraction`s exact. Raises TypeError for arrays of
+        anything but numbers, and for masked arrays."""
+        if isinstance(times, np.ma.MaskedArray):
+            raise TypeError("masked times have no value; pass times.compressed()")
+        array = np.asarray(times)
+        if array.dtype.kind not in "biufO":
+            raise TypeError(f"an array of {array.dtype} holds no times; pass seconds as numbers")
+        if array.dtype.kind == "O" or _has_inexact_integers(array):
+            frames = [self._frame_at(time) for time in array.ravel().tolist()]
+            return self._held(np.array(frames, np.int64).reshape(array.shape))
+        seconds = array.astype(np.float64)
         if np.isnan(seconds).any():
             raise ValueError("a time is not a number")
         shown = _voxa.frames_shown_at(seconds, *self._rate.as_integer_ratio())
         return self._held(np.asarray(shown, np.int64))
+
+    def _frame_at(self, time: Time) -> int:
+        """The frame that is shown at `time`, or the nearest that 64 bits hold."""
+        frame = exact_time(time) * self._rate
+        if frame < _FIRST_FRAME:
+            return _FIRST_FRAME
+        return _LAST_FRAME if frame > _LAST_FRAME else math.floor(frame)
 
     def _held(self, frames: npt.NDArray[np.int64]) -> npt.NDArray[Any]:
         if len(self) == 0:
@@ -157,6 +181,12 @@ class Parameter:
 
     def _repr_html_(self) -> str:
         return parameter_html(self)
+
+
+def _has_inexact_integers(array: npt.NDArray[Any]) -> bool:
+    """Whether the array has integers that float64 rounds."""
+    limit = 2**53
+    return array.dtype.kind in "iu" and bool(((array > limit) | (array < -limit)).any())
 
 
 def _json_value(value: Any) -> Any:

@@ -4,6 +4,7 @@ from __future__ import annotations
 
 import math
 import os
+import sys
 from fractions import Fraction
 from typing import Any, Optional, Tuple, Union
 
@@ -94,10 +95,7 @@ def _bound(time: Optional[Time]) -> float:
     """The least float that is not below `time`: no record lies between the two. NaN is no bound."""
     if time is None:
         return math.nan
-    if isinstance(time, (float, np.floating)):
-        if math.isnan(time):
-            raise ValueError("a time is not a number")
-        return float(time)
     exact = exact_time(time)
-    nearest = float(exact)
-    return math.nextafter(nearest, math.inf) if Fraction(nearest) < exact else nearest
+    limit = Fraction(sys.float_info.max)
+    nearest = float(min(max(exact, -limit), limit)) if isinstance(exact, Fraction) else exact
+    return math.nextafter(nearest, math.inf) if nearest < exact else nearest

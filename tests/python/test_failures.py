@@ -66,6 +66,7 @@ def test_wrong_arguments_are_explained(sample):
             (lambda: stream.records("opacity"), ValueError, "none of ints"),
             (lambda: stream.records(start=2, stop=1), ValueError, "stop=1 is before start=2"),
             (lambda: stream.records(start=float("nan")), ValueError, "not a number"),
+            (lambda: stream.records(start="1"), TypeError, "'1' is no time"),
             (lambda: stream.load(rate=29.97), TypeError, "30000/1001"),
             (lambda: stream.load(rate=0), ValueError, "from 1"),
             (lambda: stream.load(rate=2**32), ValueError, "from 1"),

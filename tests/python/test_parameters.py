@@ -63,6 +63,10 @@ def test_values_hold_from_their_exact_times(tmp_path, rate):
     assert [parameter.value_at(time) for time in times] == expected
     for exact, value in zip(parameter.times, parameter.values):
         assert parameter.value_at(exact) == value
+    assert (parameter.values_at(parameter.times) == parameter.values).all()
+    mixed = [*parameter.times, *times]
+    dice.shuffle(mixed)
+    assert parameter.values_at(mixed).tolist() == [reference(parameter, time) for time in mixed]
     for second, exact in zip(parameter.seconds.tolist(), parameter.times):
         assert Fraction(second) >= exact > Fraction(math.nextafter(second, -math.inf))
 
@@ -77,9 +81,32 @@ def test_times_beyond_every_keyframe(tmp_path):
     held = parameter.values_at(np.array([[-math.inf, 0.5], [5e-324, math.inf]]))
     assert held.shape == (2, 2) and held["x"].tolist() == [[0, 30], [0, 89]]
     assert parameter.values_at([]).shape == (0,)
-    for ask in (parameter.value_at, lambda time: parameter.values_at([0, time])):
+    exact = parameter.values_at(np.array([[Fraction(-10**40), Fraction(1, 2)], [0, math.inf]], object))
+    assert exact.shape == (2, 2) and exact["x"].tolist() == [[0, 30], [0, 89]]
+    for ask in (parameter.value_at, lambda time: parameter.values_at([0, time]),
+                lambda time: parameter.values_at([Fraction(0), time])):
         with pytest.raises(ValueError, match="not a number"):
             ask(math.nan)
+
+
+@pytest.mark.parametrize("dtype", [np.int64, np.uint64])
+def test_integers_that_floats_round_are_compared_exactly(tmp_path, dtype):
+    records = struct.pack("<di", 0, 1) + struct.pack("<di", 2.0**53 + 2, 2)
+    parameter = voxa.open(raw_recording(tmp_path / "a.dat", records)).streams["F0"].load("ints", 1)
+    times = np.array([2**53 + 1, 2**53 + 2, 2**63 - 1], dtype)  # the first has no float
+    assert parameter.values_at(times).tolist() == [1, 2, 2]
+
+
+@pytest.mark.parametrize("times", [
+    np.array([1], "m8[s]"), np.array([1], "M8[s]"), ["1"], [b"1"], [1j], np.zeros(1, "f8,f8"),
+    [Fraction(1), "1"], np.ma.masked_array([1.0, 2.0], [False, True])],
+    ids=["durations", "dates", "texts", "bytes", "complex", "structured", "mixed", "masked"])
+def test_times_are_numbers(tmp_path, times):
+    parameter = voxa.open(raw_recording(tmp_path / "a.dat", points(9))).streams["F0"].load("points")
+    with pytest.raises(TypeError, match="time"):
+        parameter.values_at(times)
+    with pytest.raises(TypeError):
+        parameter.value_at(times[0] if len(times) == 1 else times)
 
 
 def test_numbers_that_json_cannot_state_are_texts(tmp_path):

@@ -97,7 +97,8 @@ def test_stats_are_those_of_the_command_line(sample):
     (Fraction(1, 10), 0.25, 1, 2),        # 1/10 is below the double 0.1
     (Fraction(3, 10), None, 4, 9),        # 3/10 is above the double 0.3
     (Decimal("0.3"), np.float32(0.5), 3, 4),  # other numbers are taken as floats
-    (np.float64(-math.inf), math.inf, 0, 9)])
+    (np.float64(-math.inf), math.inf, 0, 9),
+    (-10**400, Fraction(10**400), 0, 9)])    # beyond every float
 def test_ranges_are_half_open_and_exact(tmp_path, start, stop, first, last):
     times = [n / 10 for n in range(10)]
     path = raw_recording(tmp_path / "a.dat",
