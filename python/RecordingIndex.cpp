@@ -79,6 +79,11 @@ py::object damageOf(const std::optional<series::DamagedStream>& damage) {
   return py::make_tuple(damage->byteOffset(), textOf(damage->reason()));
 }
 
+series::RecordType typeNamed(const std::string& name) {
+  if (const auto type = series::recordTypeNamed(name)) return *type;
+  throw py::value_error("not a record type: " + name);
+}
+
 }  // namespace
 
 boost::uuids::uuid identifierOf(const std::string& text) {
@@ -92,14 +97,18 @@ boost::uuids::uuid identifierOf(const std::string& text) {
 // Calls `operation` with the parser, without the GIL. The mutex is locked after the GIL is
 // released, so that a thread that waits for the recording does not stop the one that reads it.
 template <class Operation>
+auto RecordingIndex::withParser(Operation operation) {
+  const py::gil_scoped_release unlocked;
+  const std::lock_guard<std::mutex> lock(m_mutex);
+  if (m_parser == nullptr) throw py::value_error("the recording is closed");
+  return operation(*m_parser);
+}
+
+// The same; the messages become warnings.
+template <class Operation>
 auto RecordingIndex::read(Operation operation) {
   CollectedMessages messages;
-  auto result = [&] {
-    const py::gil_scoped_release unlocked;
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    if (m_parser == nullptr) throw py::value_error("the recording is closed");
-    return operation(*m_parser);
-  }();
+  auto result = withParser(operation);
   messages.warn();
   return result;
 }
@@ -155,14 +164,27 @@ py::tuple RecordingIndex::guess(const std::string& id) {
 py::tuple RecordingIndex::records(const std::string& id, const std::string& type, double from,
                                   double to) {
   const boost::uuids::uuid stream = identifierOf(id);
-  const auto recordType = series::recordTypeNamed(type);
-  if (!recordType) throw py::value_error("not a record type: " + type);
+  const auto recordType = typeNamed(type);
   const auto range = series::TimeRange::between(from, to);
-  return series::visitRecordType(*recordType, [&](const auto& row) -> py::tuple {
+  return series::visitRecordType(recordType, [&](const auto& row) -> py::tuple {
     using Record = typename std::decay_t<decltype(row)>::type;
     auto table = read(
         [&](MetaDataParser& parser) { return series::readRows<Record>(parser, stream, range); });
     return py::make_tuple(columnsOf<Record>(std::move(table.rows)), damageOf(table.damage));
+  });
+}
+
+bool RecordingIndex::isWhole(const std::string& id, const std::string& type) {
+  const boost::uuids::uuid stream = identifierOf(id);
+  const auto recordType = typeNamed(type);
+  const CollectedMessages dropped;
+  return withParser([&](MetaDataParser& parser) {
+    try {
+      series::forEachRecord(parser, stream, recordType, {}, [](double, const auto&) {});
+      return true;
+    } catch (const series::DamagedStream&) {
+      return false;
+    }
   });
 }
 
@@ -181,6 +203,7 @@ void defineRecordingIndex(py::module_& module) {
       .def("guess", &RecordingIndex::guess, py::arg("id"))
       .def("records", &RecordingIndex::records, py::arg("id"), py::arg("type"), py::arg("start"),
            py::arg("stop"))
+      .def("is_whole", &RecordingIndex::isWhole, py::arg("id"), py::arg("type"))
       .def("close", &RecordingIndex::close);
   module.def("container_kinds", [] {
     py::list names;

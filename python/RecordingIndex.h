@@ -38,10 +38,16 @@ class RecordingIndex {
   /// `damage` is None or (byte offset, reason).
   pybind11::tuple records(const std::string& id, const std::string& type, double from, double to);
 
+  /// Whether every record of type `type` can be read. Messages are dropped: what reads the records
+  /// afterwards has the same ones.
+  bool isWhole(const std::string& id, const std::string& type);
+
   /// Closes the file. The operations above then raise ValueError.
   void close();
 
  private:
+  template <class Operation>
+  auto withParser(Operation operation);
   template <class Operation>
   auto read(Operation operation);
 

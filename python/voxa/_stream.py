@@ -68,12 +68,14 @@ class Stream:
         exact = rate_of(rate)
         path = self._source.host_path()
         name = f"{path}/{self.id}"
+        if parameter_type != "rect-collections":  # of which no records are read
+            record_type = "doubles" if parameter_type == "opacity" else parameter_type
+            if not self._source.index.is_whole(self.id, record_type):  # the module would fill it up
+                self.records(record_type)  # raises DamagedStream with the records
         try:
             loaded = _voxa.load(os.fsencode(name), self.id, parameter_type,
                                 exact.numerator, exact.denominator)
-        except (RuntimeError, ValueError) as error:  # the module loads nothing of a damaged stream
-            record_type = parameter_type if parameter_type in _RECORD_TYPES else "doubles"
-            self.records(record_type)  # raises DamagedStream with the records
+        except (RuntimeError, ValueError) as error:
             raise VoxaError(f"{path}: stream {self.id}: {error}") from None
         return Parameter(loaded, self.id, parameter_type, exact)
 

@@ -38,6 +38,17 @@ def test_damage_carries_what_was_read(tmp_path):
         assert str(copy) == str(damage) and (copy.records == damage.records).all()
 
 
+@pytest.mark.parametrize("present", range(16))
+def test_streams_cut_inside_their_last_record_are_damaged(tmp_path, present):
+    path = recording_of(tmp_path / "a.voxa", (stream_id(0xF0), 1, points(5)))
+    path.write_bytes(path.read_bytes()[:present - 16])
+    stream = voxa.open(path).streams["F0"]
+    for read in (stream.records, stream.load):
+        with pytest.raises(voxa.DamagedStream) as raised:
+            read("points")
+        assert raised.value.records["x"].tolist() == [0, 1, 2, 3]
+
+
 def test_announced_sizes_reserve_no_memory(tmp_path):
     path = raw_recording(tmp_path / "a.dat", struct.pack("<Id", 0xFFFFFFF0, 0.0) + b"text")
     with pytest.raises(voxa.DamagedStream, match="announce") as raised:
