@@ -5,10 +5,11 @@ from __future__ import annotations
 import json
 import math
 import numbers
+import re
 from decimal import Decimal
 from functools import cached_property
 from fractions import Fraction
-from typing import TYPE_CHECKING, Any, Dict, Union
+from typing import TYPE_CHECKING, Any, Dict, NoReturn, Union
 
 import numpy as np
 import numpy.typing as npt
@@ -28,11 +29,12 @@ _LAST_FRAME = 2**63 - 1
 
 
 def rate_of(rate: Union[Fraction, int, str]) -> Fraction:
-    """Frames per second as a fraction. Floats are refused, because 29.97 is not 30000/1001."""
-    if isinstance(rate, float):
-        raise TypeError(f"rate={rate!r} is not exact; use Fraction(30000, 1001) for 29.97, an int "
-                        "or a text such as '30000/1001'")
-    exact = Fraction(rate)
+    """Frames per second as a fraction. Decimals are refused, because 29.97 is not 30000/1001."""
+    is_text = isinstance(rate, str) and re.fullmatch(r"[0-9]+(/[0-9]*[1-9][0-9]*)?", rate)
+    if not is_text and not isinstance(rate, numbers.Rational):
+        raise TypeError(f"rate={rate!r} is no exact rate; use Fraction(30000, 1001) for 29.97, an "
+                        "int or a text such as '30000/1001'")
+    exact = Fraction(rate) if isinstance(rate, str) else _fraction_of(rate)
     if not (0 < exact.numerator < _RATE_LIMIT and exact.denominator < _RATE_LIMIT):
         raise ValueError(f"rate={rate!r}: numerator and denominator are from 1 to 2**32 - 1")
     return exact
@@ -42,13 +44,17 @@ def exact_time(time: Time) -> Union[Fraction, float]:
     """The time as a fraction; an infinite one stays a float. Numbers that are neither floats nor
     fractions are taken as floats. Raises ValueError for NaN and TypeError for what is no number."""
     if isinstance(time, numbers.Rational):
-        return Fraction(int(time.numerator), int(time.denominator))  # NumPy's have 64 bits
+        return _fraction_of(time)
     if not isinstance(time, (numbers.Real, Decimal)):
         raise TypeError(f"{time!r} is no time; pass seconds as a Fraction, an int or a float")
     number = float(time)
     if math.isnan(number):
         raise ValueError("a time is not a number")
     return Fraction(number) if math.isfinite(number) else number
+
+
+def _fraction_of(number: Union[Fraction, int]) -> Fraction:
+    return Fraction(int(number.numerator), int(number.denominator))  # NumPy's have 64 bits
 
 
 class Parameter:
@@ -171,6 +177,15 @@ class Parameter:
         for name in self._values.dtype.names or ("value",):
             columns[name] = self._values[name] if self._values.dtype.names else self._values
         return pandas.DataFrame(columns, index=pandas.Index(self.seconds, name="seconds"))
+
+    def __copy__(self) -> Parameter:
+        return self  # immutable
+
+    def __deepcopy__(self, memo: Dict[int, Any]) -> Parameter:
+        return self
+
+    def __reduce__(self) -> NoReturn:
+        raise TypeError("a parameter cannot be pickled; pickle its frames and values")
 
     def __len__(self) -> int:
         return len(self._loaded.frames)

@@ -5,7 +5,7 @@ from __future__ import annotations
 import os
 from collections.abc import Iterator, Mapping
 from types import TracebackType
-from typing import Dict, List, Optional, Type, Union
+from typing import Dict, List, NoReturn, Optional, Type, Union
 
 from . import _voxa
 from ._html import recording_html
@@ -98,6 +98,9 @@ class Recording:
     def __exit__(self, kind: Optional[Type[BaseException]], error: Optional[BaseException],
                  trace: Optional[TracebackType]) -> None:
         self.close()
+
+    def __reduce__(self) -> NoReturn:
+        raise TypeError("a recording cannot be pickled or copied; pickle its path and open it again")
 
     def __repr__(self) -> str:
         return f"<voxa.Recording {self.path}: {self.container}, {len(self._streams)} streams>"

@@ -15,6 +15,8 @@ class Source:
     """Streams refer to this and not to the recording, so that no cycle keeps a file open."""
 
     def __init__(self, path: str, container: Optional[str]) -> None:
+        if not isinstance(container, (str, type(None))):
+            raise TypeError(f"container={container!r} is no text; use {', '.join(_CONTAINERS)}")
         name = None if container is None else _CONTAINERS.get(container.lower())
         if container is not None and name is None:
             raise ValueError(f"container={container!r} is none of {', '.join(_CONTAINERS)}")

@@ -6,7 +6,7 @@ import math
 import os
 import sys
 from fractions import Fraction
-from typing import Any, Optional, Tuple, Union
+from typing import Any, NoReturn, Optional, Tuple, Union
 
 import numpy as np
 import numpy.typing as npt
@@ -88,6 +88,10 @@ class Stream:
         if guess.type is None:
             raise UnknownType(self._source.path, self.id, guess.likely)
         return guess.type
+
+    def __reduce__(self) -> NoReturn:
+        raise TypeError("a stream cannot be pickled or copied; pickle the path of the recording and "
+                        "its id")
 
     def __repr__(self) -> str:
         return f"<voxa.Stream {self.key} {self.id}: {self.size} bytes>"

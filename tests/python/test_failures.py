@@ -6,6 +6,7 @@ import pickle
 import shutil
 import struct
 import warnings
+from decimal import Decimal
 
 import numpy as np
 import pytest
@@ -79,6 +80,11 @@ def test_wrong_arguments_are_explained(sample):
             (lambda: stream.records(start=float("nan")), ValueError, "not a number"),
             (lambda: stream.records(start="1"), TypeError, "'1' is no time"),
             (lambda: stream.load(rate=29.97), TypeError, "30000/1001"),
+            (lambda: stream.load(rate="29.97"), TypeError, "rate='29.97' .*30000/1001"),
+            (lambda: stream.load(rate=Decimal("29.97")), TypeError, "rate=Decimal"),
+            (lambda: stream.load(rate="30/0"), TypeError, "rate='30/0'"),
+            (lambda: stream.load(rate=None), TypeError, "rate=None"),
+            (lambda: voxa.open(sample, container=3), TypeError, "container=3 is no text"),
             (lambda: stream.load(rate=0), ValueError, "from 1"),
             (lambda: stream.load(rate=2**32), ValueError, "from 1"),
             (lambda: stream.load(rate=-25), ValueError, "from 1")):

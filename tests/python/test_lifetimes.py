@@ -1,7 +1,9 @@
 """Who owns what, for how long, and from which threads."""
 
+import copy
 import gc
 import os
+import pickle
 import struct
 import sys
 import threading
@@ -35,6 +37,22 @@ def test_arrays_outlive_their_recording(sample):
     for key in TYPES:
         assert (arrays[key] == copies[key]).all() and (views[key] == values[key]).all()
     assert len(junk) == 64
+
+
+def test_parameters_are_their_own_copies(sample):
+    parameter = voxa.open(sample).streams["F0"].load()
+    assert copy.copy(parameter) is copy.deepcopy([parameter])[0] is parameter
+
+
+def test_open_files_are_not_pickled(sample):
+    recording = voxa.open(sample)
+    stream = recording.streams["F0"]
+    for kept, advice in ((recording, "open it again"), (stream, "its id"),
+                         (stream.load(), "its frames and values")):
+        with pytest.raises(TypeError, match=advice):
+            pickle.dumps(kept)
+    with pytest.raises(TypeError, match="open it again"):
+        copy.copy(recording)
 
 
 def test_nothing_keeps_a_recording_open(sample):
