@@ -61,13 +61,20 @@ TEST(ConcatList, KeepsTheFilesFromInpointToOutpoint) {
       {"no recording", "file a.mp4\noutpoint 1\nfile b.mp4\noutpoint 1\n",
        "several recordings are listed, but none is called take1: a b"},
       {"no end", "file a.mp4\nfile a.mp4\n",
-       "the end of a.mp4 is not listed; add an outpoint or a duration"},
+       "line 1: the end of a.mp4 is not listed; add an outpoint or a duration"},
       {"no file", "ffconcat version 1.0\ninpoint 2\n",
        "line 2: inpoint stands in front of the first file"},
       {"no time", "file a\noutpoint x\n",
        "line 2: x: a time is seconds (12.5 or 12.5s), [HH:]MM:SS[.mmm], a fraction of seconds "
        "(1001/30) or frames (75f)"},
       {"nothing", "ffconcat version 1.0\n", "no part of a recording is listed"},
+      {"tabs", "file\ta.mp4\noutpoint\t2\n", "0-2@0"},
+      {"no name", "file a\noutpoint 1\nfile\n", "line 3: file has no name behind it"},
+      {"backwards", "# c\nfile a\ninpoint 5\noutpoint 3\n",
+       "line 2: a has its outpoint before its inpoint"},
+      {"negative", "file a\nduration -3\n", "line 1: a has a negative duration"},
+      {"overlap", "file a\nduration 1\noutpoint 3\nfile a\noutpoint 1\n",
+       "line 4: the part of a begins before that of line 1 ends"},
   });
 }
 
@@ -109,6 +116,14 @@ TEST(Cmx3600, KeepsVideoEventsByTheirTimecodes) {
           {"drop frame", "1 A V C 00:01:00;02 00:01:01;02 01:00:00;00 01:00:01;00\n",
            "line 1: drop-frame timecode needs --rate 30000/1001 or 60000/1001"},
           {"nothing", "TITLE: x\n", "no part of a recording is listed"},
+          {"backwards", "1 A V C 00:00:03:00 00:00:01:00 01:00:02:00 01:00:00:00\n",
+           "line 1: the source ends before it begins"},
+          {"overlap", first + "002  TAKE1 V C 00:00:05:00 00:00:06:00 01:00:01:00 01:00:02:00\n",
+           "line 2: the part of TAKE1 begins before that of line 1 ends"},
+          {"out of order",
+           "1 T V C 00:00:05:00 00:00:06:00 00:00:01:00 00:00:02:00\n"
+           "2 T V C 00:00:08:00 00:00:09:00 00:00:00:00 00:00:01:00\n",
+           "8-9@0 5-6@1"},
       },
       series::FrameRate(25));
   EXPECT_EQ(read(first), "an edit decision list needs the rate of its timecodes (--rate)");
@@ -140,11 +155,19 @@ TEST(Otio, KeepsTheClipsOfTheVideoTrack) {
            R"(,"media_reference":{"OTIO_SCHEMA":"ExternalReference.1","target_url":")" + url +
            R"(","available_range":)" + available + "}" + more + "}";
   };
-  const auto timeline = [](const std::string& children, const std::string& others = "") {
-    return R"({"OTIO_SCHEMA":"Timeline.1","tracks":{"OTIO_SCHEMA":"Stack.1","children":[)"
-           R"({"OTIO_SCHEMA":"Track.1","kind":"Video","children":[)" +
-           children + "]}" + others + "]}}";
+  const auto timeline = [](const std::string& children, const std::string& others = "",
+                           const std::string& trackMembers = "",
+                           const std::string& stackMembers = "") {
+    return R"({"OTIO_SCHEMA":"Timeline.1","tracks":{"OTIO_SCHEMA":"Stack.1",)" + stackMembers +
+           R"("children":[{"OTIO_SCHEMA":"Track.1","name":"V1","kind":"Video",)" + trackMembers +
+           R"("children":[)" + children + "]}" + others + "]}}";
   };
+  const auto warped = [&](const std::string& scalar) {
+    return clip("take1.mp4", range(0, 24, 24), "null",
+                R"(,"effects":[{"OTIO_SCHEMA":"LinearTimeWarp.1")" + scalar + "}]");
+  };
+  const std::string trim = R"("source_range":)" + range(0, 12, 24) + ",";
+  const std::string freeze = R"("effects":[{"OTIO_SCHEMA":"FreezeFrame.1"}],)";
   const std::string gap = R"({"OTIO_SCHEMA":"Gap.1","source_range":)" + range(0, 12, 24) + "}";
   const std::string one = clip("take1.mp4", range(48, 24, 24), "null");
   check({
@@ -172,21 +195,71 @@ TEST(Otio, KeepsTheClipsOfTheVideoTrack) {
        "2-3@0"},
       {"two tracks",
        timeline(one, R"(,{"OTIO_SCHEMA":"Track.1","kind":"Video","children":[)" + one + "]}"),
-       "2 tracks have clips; one can be followed"},
-      {"speed",
-       timeline(clip("take1.mp4", range(0, 24, 24), "null",
-                     R"(,"effects":[{"OTIO_SCHEMA":"LinearTimeWarp.1"}])")),
-       "clip c: changes of speed are not read"},
-      {"no range", timeline(clip("take1.mp4", "null", "null")), "clip c: no range is stated"},
+       "2 tracks have clips; one can be followed, so disable the others"},
+      {"a disabled track",
+       timeline(one, R"(,{"OTIO_SCHEMA":"Track.1","kind":"Video","enabled":false,"children":[)" +
+                         one + "]}"),
+       "2-3@0"},
+      {"no track", timeline(one, "", R"("enabled":false,)"), "no track that is enabled has clips"},
+      {"trimmed track", timeline(one, "", trim),
+       "Track V1 has a source_range, which is not read; trim its clips"},
+      {"trimmed stack", timeline(one, "", "", trim),
+       "Stack has a source_range, which is not read; trim its clips"},
+      {"slow track", timeline(one, "", freeze), "Track V1: changes of speed are not read"},
+      {"slow stack", timeline(one, "", "", freeze), "Stack: changes of speed are not read"},
+      {"speed", timeline(warped("")), "Clip c: changes of speed are not read"},
+      {"double speed", timeline(warped(R"(,"time_scalar":2.0)")),
+       "Clip c: changes of speed are not read"},
+      {"normal speed", timeline(warped(R"(,"time_scalar":1.0)")), "0-1@0"},
+      {"no range", timeline(clip("take1.mp4", "null", "null")),
+       "Clip c has neither source_range nor available_range"},
+      {"negative", timeline(clip("take1.mp4", range(0, -1, 24), "null")),
+       "Clip c: the source_range has a negative duration"},
+      {"half a range", timeline(clip("take1.mp4", R"({"start_time":0})", "null")),
+       "Clip c: the source_range: the start_time has no rate"},
+      {"a text", timeline(clip("take1.mp4", R"({"start_time":{"rate":"24"}})", "null")),
+       "Clip c: the source_range: the start_time has a rate that is no number"},
       {"nested", timeline(R"({"OTIO_SCHEMA":"Stack.1","children":[]})"),
-       "a Stack in the track cannot be followed"},
+       "Track V1 has a Stack, which cannot be followed"},
       {"rate", timeline(clip("take1.mp4", range(0, 24, 0), "null")),
-       "a time has the rate 0.000000"},
-      {"clip", R"({"OTIO_SCHEMA":"Clip.1"})", "is no Timeline"},
+       "Clip c: the source_range: the start_time has the rate 0.000000"},
+      {"far", timeline(clip("take1.mp4", range(1e300, 24, 24), "null")),
+       "Clip c: the source_range: the start_time is out of range"},
+      {"clip", R"({"OTIO_SCHEMA":"Clip.1"})",
+       "the outermost object is a Clip; a Timeline of OpenTimelineIO is read"},
+      {"no schema", "{}",
+       "the outermost object has no OTIO_SCHEMA; a Timeline of OpenTimelineIO is read"},
+      {"no tracks", R"({"OTIO_SCHEMA":"Timeline.1","name":"cut"})", "Timeline cut has no tracks"},
+      {"no children", R"({"OTIO_SCHEMA":"Timeline.1","tracks":{"OTIO_SCHEMA":"Stack.1"}})",
+       "Stack has no children"},
+      {"no list", R"({"OTIO_SCHEMA":"Timeline.1","tracks":{"OTIO_SCHEMA":"Stack.1","children":1}})",
+       "Stack has children that are no list"},
+      {"a child of no kind", timeline("7"), "Track V1 has a child without an OTIO_SCHEMA"},
+      {"half a text", "{\n \"OTIO_SCHEMA\":\n", "line 3: the text is no JSON from here on"},
+      {"huge", R"({"a":1e999})", "a number in the JSON text is out of range"},
   });
-  EXPECT_NE(read("{").find("parse error"), std::string::npos);
-  EXPECT_NE(read("{}").find("OTIO_SCHEMA"), std::string::npos);
   EXPECT_EQ(read(timeline(one), "x/take1.voxa.streams/"), "2-3@0") << "a sidecar";
+}
+
+TEST(EditLists, AreToldByTheirText) {
+  const std::string refusal =
+      "is no list of cuts; a concat script of FFmpeg begins with ffconcat or file, CMX 3600 with "
+      "TITLE:, OpenTimelineIO with {";
+  check({{"empty", "", refusal},
+         {"blank", " \r\n\n", refusal},
+         {"comments", "# file a\n", refusal},
+         {"another format", "<?xml version=\"1.0\"?>\n<xmeml/>", refusal}});
+}
+
+TEST(EditLists, MatchSourcesWithDotsInTheirNames) {
+  const auto list = [](const std::string& first, const std::string& second) {
+    return "file " + first + "\noutpoint 1\nfile " + second + "\noutpoint 2\n";
+  };
+  EXPECT_EQ(read(list("take.1", "take.2"), "take.1.mp4"), "0-1@0");
+  EXPECT_EQ(read(list("take.1.mov", "Take.2"), "x/take.2.mp4"), "0-2@1");
+  EXPECT_EQ(read(list("take.v1", "take.v2.mxf"), "take.v1.mp4"), "0-1@0");
+  EXPECT_EQ(read(list("take.1", "take.2"), "other.mp4"),
+            "several recordings are listed, but none is called other: take.1 take.2");
 }
 
 }  // namespace

@@ -99,8 +99,9 @@ class CmxReader {
     std::vector<EditEvent> events;
     for (const Event& event : m_events) {
       if (event.source == "BL" || (hasVideo && !event.isVideo)) continue;  // BL is black
-      events.push_back(
-          {event.source, {secondsOf(event.in), secondsOf(event.out), secondsOf(event.at - start)}});
+      events.push_back({event.source,
+                        {secondsOf(event.in), secondsOf(event.out), secondsOf(event.at - start)},
+                        event.line});
     }
     return events;
   }
@@ -123,6 +124,7 @@ class CmxReader {
     const Event event{m_line,   reel,     channels.find_first_of("VvBb") != std::string::npos,
                       frame(0), frame(1), frame(2)};
     const std::int64_t length = frame(3) - event.at;
+    if (event.out < event.in) throw failure(m_line, "the source ends before it begins");
     if (event.out - event.in != length) {
       throw failure(m_line, std::to_string(event.out - event.in) + " frames of the source last " +
                                 std::to_string(length) + " frames; changes of speed are not read");

@@ -16,6 +16,7 @@ namespace {
 // What a file of the list states; times are nothing where they are not given.
 struct ListedFile {
   std::string name;
+  int line;
   ExactSeconds in;
   std::optional<ExactSeconds> out;
   std::optional<ExactSeconds> duration;
@@ -54,45 +55,52 @@ ExactSeconds timeOf(const std::string& text) {
 }  // namespace
 
 std::vector<EditEvent> readConcatList(const std::string& text) {
+  const auto failure = [](int number, const std::string& why) {
+    return std::invalid_argument("line " + std::to_string(number) + ": " + why);
+  };
   std::vector<ListedFile> files;
   std::istringstream lines(text);
   std::string line;
   for (int number = 1; std::getline(lines, line); ++number) {
     std::string_view rest = line;
     const std::string directive = nextWord(rest);
-    const auto fail = [number](const std::string& why) -> std::invalid_argument {
-      return std::invalid_argument("line " + std::to_string(number) + ": " + why);
-    };
     if (directive == "file") {
-      files.push_back({nextWord(rest), {}, {}, {}});
+      files.push_back({nextWord(rest), number, {}, {}, {}});
+      if (files.back().name.empty()) throw failure(number, "file has no name behind it");
       continue;
     }
     const bool isTime =
         directive == "inpoint" || directive == "outpoint" || directive == "duration";
     if (!isTime) continue;  // what the others set moves no file
-    if (files.empty()) throw fail(directive + " stands in front of the first file");
+    if (files.empty()) throw failure(number, directive + " stands in front of the first file");
     try {
       const ExactSeconds time = timeOf(nextWord(rest));
       if (directive == "inpoint") files.back().in = time;
       if (directive == "outpoint") files.back().out = time;
       if (directive == "duration") files.back().duration = time;
     } catch (const std::invalid_argument& error) {
-      throw fail(error.what());
+      throw failure(number, error.what());
     }
   }
   std::vector<EditEvent> events;
   ExactSeconds at;
   for (const ListedFile& file : files) {
     if (!events.empty() && !events.back().piece.to) {
-      throw std::invalid_argument("the end of " + events.back().source +
-                                  " is not listed; add an outpoint or a duration");
+      throw failure(events.back().line, "the end of " + events.back().source +
+                                            " is not listed; add an outpoint or a duration");
+    }
+    if (file.out && series::minus(*file.out, file.in).numerator < 0) {
+      throw failure(file.line, file.name + " has its outpoint before its inpoint");
     }
     Piece piece{file.in, file.out, at};
     // With both, the duration says where the next file begins, and the outpoint where packets end.
     std::optional<ExactSeconds> length = file.duration;
     if (!length && file.out) length = series::minus(*file.out, file.in);
     if (!piece.to && length) piece.to = series::plus(file.in, *length);
-    events.push_back({file.name, piece});
+    if (length && length->numerator < 0) {
+      throw failure(file.line, file.name + " has a negative duration");
+    }
+    events.push_back({file.name, piece, file.line});
     if (length) at = series::plus(at, *length);
   }
   return events;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 #include <set>
+#include <sstream>
 #include <stdexcept>
 #include <string_view>
 
@@ -29,8 +30,8 @@ std::string decoded(std::string_view url) {
   return text;
 }
 
-// The file name without folder and extension, in lower case where it is ASCII.
-std::string stemOf(const std::string& source) {
+// The file name without folder, in lower case where it is ASCII.
+std::string leafOf(const std::string& source) {
   const bool isUrl = source.find("://") != std::string::npos;
   std::string name = isUrl ? decoded(source) : source;
   while (!name.empty() && (name.back() == '/' || name.back() == '\\')) name.pop_back();
@@ -40,12 +41,25 @@ std::string stemOf(const std::string& source) {
   if (name.size() > kSidecar.size() && name.substr(name.size() - kSidecar.size()) == kSidecar) {
     name.resize(name.size() - kSidecar.size());
   }
-  const std::size_t dot = name.rfind('.');
-  if (dot != std::string::npos && dot != 0) name.resize(dot);
   std::transform(name.begin(), name.end(), name.begin(), [](unsigned char character) {
     return static_cast<char>(std::tolower(character));
   });
   return name;
+}
+
+// What stands behind the last dot is the extension, unless it is a number ("take.1").
+std::string stemOf(const std::string& leaf) {
+  const std::size_t dot = leaf.rfind('.');
+  if (dot == std::string::npos || dot == 0) return leaf;
+  const bool isNumber = leaf.find_first_not_of("0123456789", dot + 1) == std::string::npos;
+  return isNumber ? leaf : leaf.substr(0, dot);
+}
+
+// The stem of a source; the whole file name where that is the stem of the recording, because lists
+// name clips without an extension too.
+std::string stemFor(const std::string& source, const std::string& recording) {
+  const std::string leaf = leafOf(source);
+  return leaf == recording ? leaf : stemOf(leaf);
 }
 
 bool isConcatList(const std::string& text) {
@@ -55,11 +69,47 @@ bool isConcatList(const std::string& text) {
     std::string_view line = std::string_view(text).substr(start, end - start);
     line.remove_prefix(std::min(line.find_first_not_of(" \t\r"), line.size()));
     if (!line.empty() && line.front() != '#') {
-      return line.substr(0, 8) == "ffconcat" || line.substr(0, 5) == "file ";
+      return line.substr(0, 8) == "ffconcat" || line.substr(0, 5) == "file " ||
+             line.substr(0, 5) == "file\t";
     }
     start = end + 1;
   }
   return false;
+}
+
+// Whether a line is an event or one of those that stand in front of them.
+bool isCmx3600(const std::string& text) {
+  std::istringstream lines(text);
+  for (std::string line; std::getline(lines, line);) {
+    std::istringstream words(line);
+    std::string first;
+    if (!(words >> first)) continue;
+    if (first == "TITLE:" || first == "FCM:" ||
+        first.find_first_not_of("0123456789") == std::string::npos) {
+      return true;
+    }
+  }
+  return false;
+}
+
+// Sorts by the edited timeline. Only formats with lines can have parts that overlap.
+void requireNoOverlap(std::vector<EditEvent>& events) {
+  const auto isBefore = [](const series::ExactSeconds& left, const series::ExactSeconds& right) {
+    return series::minus(left, right).numerator < 0;
+  };
+  std::stable_sort(events.begin(), events.end(), [&](const auto& left, const auto& right) {
+    return isBefore(left.piece.at, right.piece.at);
+  });
+  for (std::size_t index = 1; index < events.size(); ++index) {
+    const EditEvent& front = events[index - 1];
+    const Piece& piece = front.piece;
+    const auto end = series::plus(piece.at, series::minus(*piece.to, piece.from));
+    if (isBefore(events[index].piece.at, end)) {
+      throw std::invalid_argument("line " + std::to_string(events[index].line) + ": the part of " +
+                                  events[index].source + " begins before that of line " +
+                                  std::to_string(front.line) + " ends");
+    }
+  }
 }
 
 std::vector<EditEvent> readEvents(const std::string& text,
@@ -67,6 +117,11 @@ std::vector<EditEvent> readEvents(const std::string& text,
   const std::size_t start = text.find_first_not_of(" \t\r\n");
   if (start != std::string::npos && text[start] == '{') return readOtio(text);
   if (isConcatList(text)) return readConcatList(text);
+  if (!isCmx3600(text)) {
+    throw std::invalid_argument(
+        "is no list of cuts; a concat script of FFmpeg begins with ffconcat or file, CMX 3600 with "
+        "TITLE:, OpenTimelineIO with {");
+  }
   if (!rate) {
     throw std::invalid_argument("an edit decision list needs the rate of its timecodes (--rate)");
   }
@@ -79,21 +134,28 @@ std::vector<Piece> readEditList(const std::string& text, const std::string& reco
                                 const std::optional<series::FrameRate>& rate) {
   constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
   const bool isMarked = text.compare(0, kByteOrderMark.size(), kByteOrderMark) == 0;
-  const auto events = readEvents(isMarked ? text.substr(kByteOrderMark.size()) : text, rate);
+  auto events = readEvents(isMarked ? text.substr(kByteOrderMark.size()) : text, rate);
   if (events.empty()) throw std::invalid_argument("no part of a recording is listed");
-  const std::string wanted = stemOf(recording);
+  const std::string wanted = stemOf(leafOf(recording));
   std::set<std::string> stems;
-  for (const EditEvent& event : events) stems.insert(stemOf(event.source));
+  for (const EditEvent& event : events) stems.insert(stemFor(event.source, wanted));
   if (stems.size() > 1 && stems.count(wanted) == 0) {
     std::string names;
     for (const std::string& stem : stems) names += " " + stem;
     throw std::invalid_argument("several recordings are listed, but none is called " + wanted +
                                 ":" + names);
   }
-  std::vector<Piece> pieces;
-  for (const EditEvent& event : events) {
-    if (stems.size() == 1 || stemOf(event.source) == wanted) pieces.push_back(event.piece);
+  if (stems.size() > 1) {
+    events.erase(std::remove_if(events.begin(), events.end(),
+                                [&wanted](const EditEvent& event) {
+                                  return stemFor(event.source, wanted) != wanted;
+                                }),
+                 events.end());
   }
+  requireNoOverlap(events);
+  std::vector<Piece> pieces;
+  pieces.reserve(events.size());
+  for (const EditEvent& event : events) pieces.push_back(event.piece);
   return pieces;
 }
 

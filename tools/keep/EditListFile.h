@@ -21,10 +21,11 @@ namespace keep {
 struct EditEvent {
   std::string source;  ///< a path, a URL or a name
   Piece piece;
+  int line;  ///< of the list, 0 where the format has no lines
 };
 
 // The readers of the three formats. They throw std::invalid_argument, whose text names the line or
-// the clip, for what they cannot follow.
+// the object, for what they cannot follow.
 
 /// Files without an end (no outpoint or duration) can only be the last.
 std::vector<EditEvent> readConcatList(const std::string& text);
@@ -34,15 +35,17 @@ std::vector<EditEvent> readConcatList(const std::string& text);
 /// timecodes.
 std::vector<EditEvent> readCmx3600(const std::string& text, const series::FrameRate& rate);
 
-/// The clips of the only track of video that has clips, or of the only track. Transitions keep the
-/// cut between their clips. Source times count from the start of the available range.
+/// The clips of the only enabled track of video that has clips, or of the only track. Transitions
+/// keep the cut between their clips. Source times count from the start of the available range.
 std::vector<EditEvent> readOtio(const std::string& text);
 
 /// Reads a list of any of the formats, which its text tells, and returns the parts of the recording
 /// with the UTF-8 name `recording`: those whose source has its file name, letter case and extension
 /// aside, or all parts of a list with a single source. A folder of `voxa sidecar` counts as its
-/// recording. Throws as the readers do, and std::invalid_argument when a rate is needed, and when
-/// several sources are listed, none of them the recording.
+/// recording. The parts are in the order of the edited timeline, and none overlaps the next one.
+/// Throws as the readers do, and std::invalid_argument for a text of none of the formats, when a
+/// rate is needed, when several sources are listed, none of them the recording, and when parts
+/// overlap.
 std::vector<Piece> readEditList(const std::string& text, const std::string& recording,
                                 const std::optional<series::FrameRate>& rate);
 

@@ -88,6 +88,16 @@ Pieces piecesOfList(const GraftOptions& options, const std::optional<series::Fra
   }
 }
 
+// `editList` is empty where the pieces are from the command line.
+std::vector<keep::Segment> segmentsOf(const std::string& editList, const Pieces& pieces,
+                                      const ExactSeconds& shift) {
+  try {
+    return keep::segmentsOf(pieces, shift);
+  } catch (const std::invalid_argument& error) {
+    throw std::invalid_argument((editList.empty() ? "" : editList + ": ") + error.what());
+  }
+}
+
 // None where nothing moves, so that bytes can be copied.
 std::optional<std::vector<keep::Segment>> segmentsOf(const GraftOptions& options) {
   try {
@@ -97,7 +107,7 @@ std::optional<std::vector<keep::Segment>> segmentsOf(const GraftOptions& options
     const ExactSeconds shift =
         options.shift.empty() ? ExactSeconds() : series::parseTime(options.shift, rate);
     if (pieces.empty() && shift.numerator == 0) return std::nullopt;
-    auto segments = keep::segmentsOf(pieces, shift);
+    auto segments = segmentsOf(options.editList, pieces, shift);
     if (segments.empty()) {
       throw std::invalid_argument(options.editList + ": keeps nothing of the recording");
     }
