@@ -46,6 +46,7 @@ PYBIND11_MODULE(_voxa, module) {
   defineRecordingIndex(module);
   defineLoadedParameter(module);
   defineHostView(module);
+  module.attr("version") = VOXA_VERSION;
   module.def("record_types", &recordTypes);
   defineConversion(module, "frames_shown_at", "seconds", &series::frameShownAt);
   defineConversion(module, "starts_of_frames", "frames", &series::startOfFrame);

@@ -31,14 +31,16 @@ class BuildExtension(build_ext):
 os.chdir(FOLDER)  # paths of sources are relative to it
 sources = sorted(str(path) for room in ROOMS for path in pathlib.Path("..", room).glob("*.cpp")
                  if not path.name.endswith(OTHER_PLATFORMS) and str(path) != WITHOUT_ACCESS_CONTROL)
-version = re.search(r"project\(\w+ VERSION ([0-9.]+)", pathlib.Path("../CMakeLists.txt").read_text())
+version = re.search(r"project\(\w+ VERSION ([0-9.]+)",
+                    pathlib.Path("../CMakeLists.txt").read_text()).group(1)
 
 ParallelCompile().install()
-setup(version=version.group(1), cmdclass={"build_ext": BuildExtension}, ext_modules=[Pybind11Extension(
+setup(version=version, cmdclass={"build_ext": BuildExtension}, ext_modules=[Pybind11Extension(
     "voxa._voxa",
     sources,
     include_dirs=[".."],
     libraries=["boost_filesystem"],
+    define_macros=[("VOXA_VERSION", f'"{version}"')],
     cxx_std=17,
     extra_compile_args=[
         "-O3",

@@ -12,6 +12,7 @@ from __future__ import annotations
 import os
 from typing import Optional, Union
 
+from . import _voxa
 from ._errors import DamagedStream, UnknownType, VoxaError
 from ._guess import Candidate, Guess
 from ._parameter import Parameter
@@ -21,6 +22,8 @@ from ._stream import Stream
 
 __all__ = ["Candidate", "DamagedStream", "Guess", "Parameter", "Recording", "Stats", "Stream",
            "Streams", "Track", "UnknownType", "VoxaError", "open"]
+
+__version__: str = _voxa.version
 
 
 def open(path: Union[str, bytes, os.PathLike[str], os.PathLike[bytes]],

@@ -9,6 +9,8 @@ _Columns = Union[npt.NDArray[np.uint8], Tuple[Any, ...]]
 _Track = Tuple[int, int, int, int, int, int, Tuple[int, int, int, int], int, int, int, int,
                List[str]]
 
+version: str
+
 class RecordingIndex:
     def __init__(self, path: bytes, container: Optional[str]) -> None: ...
     def container(self) -> str: ...

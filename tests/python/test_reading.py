@@ -3,6 +3,7 @@
 import hashlib
 import math
 import struct
+import subprocess
 from decimal import Decimal
 from fractions import Fraction
 
@@ -10,7 +11,7 @@ import numpy as np
 import pytest
 import voxa
 
-from conftest import points, raw_recording, recording_of, run_voxa, stream_id
+from conftest import VOXA, points, raw_recording, recording_of, run_voxa, stream_id
 
 TYPES = {"F0": "points", "F1": "cursor-images", "F2": "doubles", "F3": "keystrokes", "F5": "rects",
          "F6": "ints", "F8": "int64s", "F9": "strings"}
@@ -26,6 +27,11 @@ def as_printed(record):
     if "a" in fields:
         fields["rect"] = [fields.pop(name) for name in "abcd"]
     return fields
+
+
+def test_version_is_that_of_the_command_line():
+    printed = subprocess.run([VOXA, "--version"], check=True, stdout=subprocess.PIPE).stdout
+    assert voxa.__version__ in printed.decode().split()
 
 
 def test_index_is_that_of_the_command_line(sample):
