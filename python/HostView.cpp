@@ -38,7 +38,7 @@ py::tuple statsOf(const py::bytes& path) {
     const py::gil_scoped_release unlocked;
     VOXAStatsLoader().loadStats(file, &stats);
   }
-  messages.warn();
+  messages.warn(file);
   py::list tracks;
   for (const auto& track : stats.trackStats()) tracks.append(describe(track));
   return py::make_tuple(edges(stats.rect()), tracks);

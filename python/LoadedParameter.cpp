@@ -129,7 +129,8 @@ LoadedParameter load(hosting::LoadOperation<T> operation, const std::string& str
       values.push_back(storedValue(at.keyFrame()->value()));
     }
   }
-  messages.warn();
+  const std::string path = streamFileName.substr(0, streamFileName.rfind('/'));
+  messages.warn(path + ": stream " + identifier);
   return {arrayOver<int64>(std::move(frames)), valuesOf(std::move(values)),
           [owned] { return hostXml(owned); }, [owned] { return hostJson(owned); }};
 }

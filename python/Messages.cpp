@@ -1,13 +1,13 @@
 #include "python/Messages.h"
 
-#include <pybind11/pybind11.h>
-
 #include <cstring>
 #include <iostream>
+#include <ostream>
 #include <sstream>
 #include <streambuf>
 
 #include "ZRKMetaData/src/ZRKMAssert.h"
+#include "python/Arrays.h"
 
 namespace python {
 
@@ -56,21 +56,25 @@ CollectedMessages::~CollectedMessages() {
   t_collector = m_before;
 }
 
-void CollectedMessages::warn() {
+void CollectedMessages::warn(const std::string& place) {
   std::istringstream lines(m_text);
   m_text.clear();
-  for (std::string line; std::getline(lines, line);) {
+  std::string before;  // a damaged file may have one message a million times
+  for (std::string line; std::getline(lines, line); before = line) {
+    if (line == before) continue;
     // The caller of the package is two Python frames up.
-    if (PyErr_WarnEx(PyExc_RuntimeWarning, line.c_str(), 2) != 0) {
+    const pybind11::str text = textOf(place + ": " + line);
+    if (PyErr_WarnFormat(PyExc_RuntimeWarning, 2, "%U", text.ptr()) != 0) {
       throw pybind11::error_already_set();
     }
   }
 }
 
 void installMessageCollection() {
-  // Never destroyed, because std::cout is used until the process ends.
-  static auto* const s_buffer = new CollectingBuffer(std::cout.rdbuf());
-  std::cout.rdbuf(s_buffer);
+  for (std::ostream* const stream : {&std::cout, &std::cerr}) {
+    // Never destroyed, because the stream is used until the process ends.
+    stream->rdbuf(new CollectingBuffer(stream->rdbuf()));
+  }
   ZRKMetaData::setAssertionHandler(&collectAssertion);
 }
 

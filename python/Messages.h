@@ -17,9 +17,10 @@ class CollectedMessages {
 
   void add(const char* text, std::size_t size) { m_text.append(text, size); }
 
-  /// Issues one RuntimeWarning per line collected so far. Requires: the GIL is held. Throws
+  /// Issues one RuntimeWarning per line collected so far and its repetitions, behind `place`: the
+  /// file, and the stream that was read. Requires: the GIL is held. Throws
   /// pybind11::error_already_set where the warning filter makes an error of it.
-  void warn();
+  void warn(const std::string& place);
 
  private:
   CollectedMessages* const m_before;
@@ -27,7 +28,7 @@ class CollectedMessages {
 };
 
 /// Directs messages to the collecting objects, for the rest of the process. What other code writes
-/// to std::cout is unaffected. Called once, when the extension is imported.
+/// to std::cout and std::cerr is unaffected. Called once, when the extension is imported.
 void installMessageCollection();
 
 }  // namespace python

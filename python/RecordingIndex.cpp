@@ -104,30 +104,30 @@ auto RecordingIndex::withParser(Operation operation) {
   return operation(*m_parser);
 }
 
-// The same; the messages become warnings.
+// The same; the messages become warnings. `stream` is the one that is read, empty for none.
 template <class Operation>
-auto RecordingIndex::read(Operation operation) {
+auto RecordingIndex::read(const std::string& stream, Operation operation) {
   CollectedMessages messages;
   auto result = withParser(operation);
-  messages.warn();
+  messages.warn(stream.empty() ? m_file : m_file + ": stream " + stream);
   return result;
 }
 
-RecordingIndex::RecordingIndex(const py::bytes& path, const std::optional<std::string>& container) {
-  const std::string file = path;
+RecordingIndex::RecordingIndex(const py::bytes& path, const std::optional<std::string>& container)
+    : m_file(path) {
   const auto kind = container ? series::containerKindNamed(*container)
-                              : ZRKMetaData::containerKindOfFileName(file);
+                              : ZRKMetaData::containerKindOfFileName(m_file);
   if (!kind) throw py::value_error("not a container: " + *container);
   CollectedMessages messages;
   {
     const py::gil_scoped_release unlocked;
-    m_parser.reset(MetaDataParser::createForFile(file, *kind));
+    m_parser.reset(MetaDataParser::createForFile(m_file, *kind));
   }
-  messages.warn();
+  messages.warn(m_file);
 }
 
 std::string RecordingIndex::container() {
-  return read([](MetaDataParser& parser) -> std::string {
+  return read({}, [](MetaDataParser& parser) -> std::string {
     return series::containerName(parser.containerKind());
   });
 }
@@ -135,7 +135,7 @@ std::string RecordingIndex::container() {
 py::list RecordingIndex::streams() {
   using Row =
       std::tuple<std::string, std::string, bool, int, ZRKMetaData::int64, ZRKMetaData::int64>;
-  const auto rows = read([](MetaDataParser& parser) {
+  const auto rows = read({}, [](MetaDataParser& parser) {
     std::vector<Row> found;
     for (const auto& [id, location] : parser.locations()) {
       found.emplace_back(boost::uuids::to_string(id), MetaDataUUID::shortKey(id),
@@ -150,8 +150,8 @@ py::list RecordingIndex::streams() {
 
 py::tuple RecordingIndex::guess(const std::string& id) {
   const boost::uuids::uuid stream = identifierOf(id);
-  const series::Guess guess =
-      read([&stream](MetaDataParser& parser) { return series::guessRecordType(parser, stream); });
+  const series::Guess guess = read(
+      id, [&stream](MetaDataParser& parser) { return series::guessRecordType(parser, stream); });
   py::list candidates;
   for (const auto& candidate : guess.candidates) {
     candidates.append(py::make_tuple(series::infoOf(candidate.type).name, candidate.score,
@@ -168,8 +168,9 @@ py::tuple RecordingIndex::records(const std::string& id, const std::string& type
   const auto range = series::TimeRange::between(from, to);
   return series::visitRecordType(recordType, [&](const auto& row) -> py::tuple {
     using Record = typename std::decay_t<decltype(row)>::type;
-    auto table = read(
-        [&](MetaDataParser& parser) { return series::readRows<Record>(parser, stream, range); });
+    auto table = read(id, [&](MetaDataParser& parser) {
+      return series::readRows<Record>(parser, stream, range);
+    });
     return py::make_tuple(columnsOf<Record>(std::move(table.rows)), damageOf(table.damage));
   });
 }

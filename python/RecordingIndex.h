@@ -49,8 +49,9 @@ class RecordingIndex {
   template <class Operation>
   auto withParser(Operation operation);
   template <class Operation>
-  auto read(Operation operation);
+  auto read(const std::string& stream, Operation operation);
 
+  const std::string m_file;
   std::mutex m_mutex;  // locked without the GIL only
   std::unique_ptr<ZRKMetaData::MetaDataParser> m_parser;
 };

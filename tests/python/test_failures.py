@@ -12,7 +12,7 @@ import numpy as np
 import pytest
 import voxa
 
-from conftest import points, raw_recording, recording_of, run_voxa, stream_id
+from conftest import atom, points, raw_recording, recording_of, run_voxa, stream_id
 
 
 def test_files_that_cannot_be_opened_are_os_errors(tmp_path):
@@ -155,7 +155,13 @@ def test_messages_become_warnings(tmp_path, capfd):
     for read in (stream.records, stream.load):
         with pytest.warns(RuntimeWarning, match="Version is larger") as caught:
             assert len(read("points")) == 0
+        assert str(caught[0].message).startswith(f"{path}: stream {stream.id}: ")
         assert "voxa" in caught[0].filename or __file__ == caught[0].filename
+    mixed = tmp_path / "c.voxa"
+    mixed.write_bytes(atom(b"ZRKM", 1000 * atom(b"free", b"12345678")))
+    with pytest.warns(RuntimeWarning, match="c.voxa: Found a non DATA atom") as caught:
+        voxa.open(mixed)
+    assert len(caught) == 1
     image = struct.pack("<IdQI", 24, 0.5, 7, 3)
     stream = voxa.open(raw_recording(tmp_path / "b.dat", image)).streams["F0"]
     with pytest.warns(RuntimeWarning, match="assertion failed|Invalid data size"):
