@@ -207,6 +207,56 @@ TEST_F(Kept, GraftNeedsATypeToMoveRecords) {
   EXPECT_EQ(graft(edited, edited, {"--force"}).status, 1);
 }
 
+TEST_F(Kept, GraftNamesTypesThatItGuessedAndThoseInDoubt) {
+  const std::string edited = folder.file("e.mp4", mediaFor("e.mp4"));
+  const std::string out = folder.name("out.mp4");
+  const Bytes points = recording::sampleEntry("points", 10, 1).records;
+  const auto source = [&](const Bytes& other) {
+    return folder.file("o.voxa", recording::atomBlock({{recording::streamId(0xF0), points},
+                                                       {recording::streamId(0xF2), other},
+                                                       {recording::streamId(0xF6), other}}));
+  };
+  const std::string certain = source(points);
+  const auto note = [&](const char* stream) {
+    return "voxa: " + certain + ": " + stream + " read as points (guessed; override with --as)\n";
+  };
+  EXPECT_EQ(voxa({"graft", edited, "--from", certain, "-o", out, "--cut", "0-1"}).error,
+            note("F0") + note("F2") + note("F6"));
+  const std::string doubtful = source(Bytes(16, '\0'));
+  const Result refused =
+      voxa({"graft", edited, "--from", doubtful, "-o", out, "--cut", "0-1", "--force", "-q"});
+  EXPECT_EQ(refused.status, 2);
+  EXPECT_EQ(std::count(refused.error.begin(), refused.error.end(), '\n'), 1) << refused.error;
+  for (const char* const part : {"the record type of F2 is not certain; ", "; nor is that of F6; ",
+                                 "; use --as F2=TYPE --as F6=TYPE\n"}) {
+    EXPECT_NE(refused.error.find(part), std::string::npos) << refused.error;
+  }
+}
+
+TEST_F(Kept, PartsBehindTheLastRecordAreNamed) {
+  const std::string edited = folder.file("e.mp4", mediaFor("e.mp4"));
+  const std::string out = folder.name("out.mp4");
+  const std::string source = folder.file(
+      "o.voxa", recording::atomBlock({{recording::streamId(0xF0), recording::pointRecord(1, 1, 2)},
+                                      {recording::streamId(0xF6), recording::intRecord(2.5, 1)}}));
+  const std::string list =
+      folder.file("cut.edl", "1 o V C 01:00:01:00 01:00:02:00 00:00:00:00 00:00:01:00\n");
+  const auto said = [&](const std::vector<std::string>& more) {
+    std::vector<std::string> arguments = {"graft", edited, "--from", source, "-o", out, "--force"};
+    arguments.insert(arguments.end(), {"--as", "F0=points", "--as", "F6=ints"});
+    arguments.insert(arguments.end(), more.begin(), more.end());
+    return voxa(arguments).error;
+  };
+  const std::string head = "voxa: " + source + ": the part from ";
+  EXPECT_EQ(said({"--cut", "2.5-3"}), "");
+  EXPECT_EQ(said({"--cut", "0-1", "--cut", "2.75-3", "--cut", "4-5"}),
+            head + "2.75 s begins after the last record at 2.5 s\n");
+  EXPECT_EQ(said({"--edl", list, "--rate", "25"}),
+            head +
+                "3601 s begins after the last record at 2.5 s; does the list count from "
+                "01:00:00:00?\n");
+}
+
 TEST_F(Kept, DamagedStreamsAreCopiedAsFarAsTheyGo) {
   Bytes bytes = bytesOfFile(original);
   bytes.resize(bytes.size() - 30);

@@ -6,7 +6,9 @@
 // but their own time. A reference to a cursor image gets the image where the edit left that out.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <stdexcept>
@@ -45,6 +47,7 @@ class CutStream {
     try {
       series::forEachRecord<Record>(parser, id, {}, [&](double seconds, const Record& record) {
         if constexpr (kIsImage) m_images.add(size, record);
+        m_latest = std::max(m_latest, seconds);  // NaN is never the greater one
         finder.add(seconds, series::byteCountOf(record));
         size += series::byteCountOf(record);
       });
@@ -72,6 +75,9 @@ class CutStream {
 
   /// The records that are in no part because their time is NaN.
   std::uint64_t leftOutCount() const { return m_leftOutCount; }
+
+  /// The latest time of a record, in seconds, minus infinity where none has a time.
+  double latest() const { return m_latest; }
 
   /// The bytes that `write` passes on.
   std::uint64_t byteCount() const { return m_byteCount; }
@@ -159,6 +165,7 @@ class CutStream {
   StoredImages m_images;
   std::uint64_t m_byteCount = 0;
   std::uint64_t m_leftOutCount = 0;
+  double m_latest = -std::numeric_limits<double>::infinity();
 };
 
 }  // namespace keep

@@ -1,11 +1,16 @@
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <boost/uuid/uuid_io.hpp>
+#include <cmath>
 #include <filesystem>
+#include <limits>
 #include <memory>
 #include <stdexcept>
 #include <string>
 #include <system_error>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 #include "ZRKMetaData/src/ZRKMInputFile.h"
@@ -17,6 +22,7 @@
 #include "tools/recording/Block.h"
 #include "tools/series/Guess.h"
 #include "tools/voxa/Commands.h"
+#include "tools/voxa/GuessedType.h"
 #include "tools/voxa/Messages.h"
 #include "tools/voxa/Progress.h"
 #include "tools/voxa/QuietModule.h"
@@ -123,47 +129,111 @@ StreamedEntry copiedEntry(const SourceStream& stream) {
       [&stream](const Write& write) { series::readEntry(*stream.parser, stream.extent, write); }};
 }
 
-// The records of `stream` as an edit left them. Adds what cannot be read to `damages`.
-template <class Record>
-StreamedEntry cutEntry(const SourceStream& stream, const std::vector<keep::Segment>& segments,
-                       Damages& damages) {
+// The type of each stream that must be moved; nothing for one without records.
+using Types = std::vector<std::optional<series::RecordType>>;
+
+Types typesOf(const GraftOptions& options, const StreamSource& source,
+              const series::NamedTypes& named) {
   const QuietModule quiet;
-  try {
-    const auto cut = std::make_shared<keep::CutStream<Record>>(*stream.parser, stream.id, segments);
-    if (cut->damage()) damages.add(cut->damage()->message(stream.file));
-    if (cut->leftOutCount() != 0) {
-      say(stream.file + ": stream " + stream.name + ": " +
-          text::counted(cut->leftOutCount(), "record") + " without a time left out");
+  Types types;
+  std::vector<std::pair<std::string, series::Guess>> doubts;
+  for (const SourceStream& stream : source.streams()) {
+    const auto header = ZRKMetaData::readHeaderAt(stream.parser->stream(), stream.extent.offset);
+    if (!isReadableVersion(header)) {
+      throw Failure(Status::Failed, stream.file + ": stream " + stream.name + " has version " +
+                                        std::to_string(header.version) +
+                                        ", whose records cannot be moved; graft without cuts");
     }
-    return {stream.name, cut->byteCount(), [cut](const Write& write) { cut->write(write); }};
-  } catch (const std::runtime_error& error) {
-    throw Failure(Status::Failed, stream.file + ": stream " + stream.name + ": " + error.what());
+    const auto found = named.find(stream.id);
+    if (found != named.end()) {
+      types.emplace_back(found->second);
+      continue;
+    }
+    const series::Guess guess = series::guessRecordType(*stream.parser, stream.id);
+    types.push_back(guess.isEmpty ? std::nullopt : guess.certainType());
+    if (types.back()) {
+      note(options.original + ": " + guessedText(stream.name, *types.back()));
+    } else if (!guess.isEmpty) {
+      doubts.emplace_back(stream.name, guess);
+    }
   }
+  if (!doubts.empty()) {
+    throw Failure(Status::WrongUse, options.original + ": " + doubtText(doubts));
+  }
+  return types;
 }
 
-StreamedEntry cutEntry(const SourceStream& stream, const series::NamedTypes& named,
-                       const std::vector<keep::Segment>& segments, Damages& damages) {
-  const auto header = ZRKMetaData::readHeaderAt(stream.parser->stream(), stream.extent.offset);
-  const QuietModule quiet;
-  if (!isReadableVersion(header)) {
-    throw Failure(Status::Failed, stream.file + ": stream " + stream.name + " has version " +
-                                      std::to_string(header.version) +
-                                      ", whose records cannot be moved; graft without cuts");
+// Moves the records of streams to where an edit put them.
+class Cutter {
+ public:
+  // Adds what cannot be read to `damages`. Both must outlive the object.
+  Cutter(const std::vector<keep::Segment>& segments, Damages& damages)
+      : m_segments(segments), m_damages(damages) {}
+
+  StreamedEntry entryOf(const SourceStream& stream, series::RecordType type) {
+    return series::visitRecordType(type, [&](const auto& row) {
+      return entryOf<typename std::decay_t<decltype(row)>::type>(stream);
+    });
   }
-  auto type = named.find(stream.id) == named.end() ? std::nullopt
-                                                   : std::optional(named.find(stream.id)->second);
-  if (!type) {
-    const series::Guess guess = series::guessRecordType(*stream.parser, stream.id);
-    if (guess.isEmpty) return copiedEntry(stream);
-    type = guess.certainType();
+
+  // The latest time of a record of these streams, in seconds.
+  double latest() const { return m_latest; }
+
+ private:
+  template <class Record>
+  StreamedEntry entryOf(const SourceStream& stream) {
+    const QuietModule quiet;
+    try {
+      const auto cut =
+          std::make_shared<keep::CutStream<Record>>(*stream.parser, stream.id, m_segments);
+      m_latest = std::max(m_latest, cut->latest());
+      if (cut->damage()) m_damages.add(cut->damage()->message(stream.file));
+      if (cut->leftOutCount() != 0) {
+        say(stream.file + ": stream " + stream.name + ": " +
+            text::counted(cut->leftOutCount(), "record") + " without a time left out");
+      }
+      return {stream.name, cut->byteCount(), [cut](const Write& write) { cut->write(write); }};
+    } catch (const std::runtime_error& error) {
+      throw Failure(Status::Failed, stream.file + ": stream " + stream.name + ": " + error.what());
+    }
   }
-  if (!type) {
-    throw Failure(Status::WrongUse, stream.file + ": the record type of " + stream.name +
-                                        " is not certain; use --as " + stream.name + "=TYPE");
+
+  const std::vector<keep::Segment>& m_segments;
+  Damages& m_damages;
+  double m_latest = -std::numeric_limits<double>::infinity();
+};
+
+// A part behind all records is legal, but rarely what was meant.
+void nameLateParts(const GraftOptions& options, const std::vector<keep::Segment>& segments,
+                   double latest) {
+  const auto isLate = [latest](const keep::Segment& part) { return part.range.from() > latest; };
+  const auto first = std::find_if(segments.begin(), segments.end(), isLate);
+  if (first == segments.end() || !std::isfinite(latest)) return;
+  constexpr double kHour = 3600;
+  const bool isHourOff = !options.editList.empty() && first->range.from() >= kHour;
+  say(fmt::format("{}: the part from {:.10g} s begins after the last record at {:.10g} s{}",
+                  options.original, first->range.from(), latest,
+                  isHourOff ? "; does the list count from 01:00:00:00?" : ""));
+}
+
+std::vector<StreamedEntry> cutEntries(const GraftOptions& options, const StreamSource& source,
+                                      const Types& types,
+                                      const std::vector<keep::Segment>& segments,
+                                      Damages& damages) {
+  Cutter cutter(segments, damages);
+  std::vector<StreamedEntry> entries;
+  for (std::size_t index = 0; index < types.size(); ++index) {
+    const SourceStream& stream = source.streams()[index];
+    entries.push_back(types[index] ? cutter.entryOf(stream, *types[index]) : copiedEntry(stream));
   }
-  return series::visitRecordType(*type, [&](const auto& row) {
-    return cutEntry<typename std::decay_t<decltype(row)>::type>(stream, segments, damages);
-  });
+  nameLateParts(options, segments, cutter.latest());
+  return entries;
+}
+
+std::vector<StreamedEntry> copiedEntries(const StreamSource& source) {
+  std::vector<StreamedEntry> entries;
+  for (const SourceStream& stream : source.streams()) entries.push_back(copiedEntry(stream));
+  return entries;
 }
 
 Layout layoutOf(const GraftOptions& options) {
@@ -210,10 +280,9 @@ void graftStreams(const GraftOptions& options) {
   source.requireOther(options.out);
   const auto named = source.namedTypes(options.types);
   Damages damages = source.damages();
-  std::vector<StreamedEntry> entries;
-  for (const SourceStream& stream : source.streams()) {
-    entries.push_back(segments ? cutEntry(stream, named, *segments, damages) : copiedEntry(stream));
-  }
+  const std::vector<StreamedEntry> entries =
+      segments ? cutEntries(options, source, typesOf(options, source, named), *segments, damages)
+               : copiedEntries(source);
   try {
     recording::requireFits(layout, entries);
   } catch (const std::runtime_error& error) {

@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
 #include <boost/uuid/uuid_io.hpp>
 #include <optional>
 #include <stdexcept>
@@ -10,6 +9,7 @@
 #include "tools/series/Guess.h"
 #include "tools/series/RecordStream.h"
 #include "tools/voxa/Failure.h"
+#include "tools/voxa/GuessedType.h"
 #include "tools/voxa/Messages.h"
 #include "tools/voxa/NamedTypes.h"
 #include "tools/voxa/QuietModule.h"
@@ -22,19 +22,6 @@ namespace voxa {
 using ZRKMetaData::MetaDataParser;
 
 namespace {
-
-// The likeliest types, each with what decides on it.
-std::string candidatesOf(const series::Guess& guess) {
-  constexpr std::size_t kMinListed = 2;
-  constexpr std::size_t kMaxListed = 3;
-  std::string text = guess.isUnknown ? "; no type fits" : "";
-  const std::size_t count = std::clamp(guess.tieCount, kMinListed, kMaxListed);
-  for (std::size_t index = 0; index < std::min(count, guess.candidates.size()); ++index) {
-    const auto& candidate = guess.candidates[index];
-    text += fmt::format("; {} ({})", series::infoOf(candidate.type).name, candidate.decisive);
-  }
-  return text;
-}
 
 std::string refusalOf(const std::string& file, const std::string& name, int version) {
   return fmt::format("{}: {}: version {} is not supported; no records are read", file, name,
@@ -86,11 +73,9 @@ StreamChoice::Entry StreamChoice::examine(MetaDataParser& parser, const ChosenSt
   if (guess.isEmpty) {
     entry.message = fmt::format("{}: {} has no records", m_file, stream.name);
   } else if (isCertain) {
-    entry.message = fmt::format("{}: {} read as {} (guessed; override with --as)", m_file,
-                                stream.name, series::infoOf(entry.stream.type).name);
+    entry.message = m_file + ": " + guessedText(stream.name, entry.stream.type);
   } else {
-    entry.message = fmt::format("{}: the record type of {} is not certain{}; use --as {}=TYPE",
-                                m_file, stream.name, candidatesOf(guess), stream.name);
+    entry.message = m_file + ": " + doubtText({{stream.name, guess}});
     entry.kind = Kind::Doubt;
   }
   return entry;
