@@ -163,6 +163,22 @@ TEST_F(Kept, GraftRefusesWhatNothingCanFollow) {
             "the 4 bytes at byte 18 are no header\n");
 }
 
+TEST_F(Kept, FilesOfOtherExtensionsNeedAContainer) {
+  const std::string source = folder.file("take1.rec", bytesOfFile(original));
+  const std::string edited = folder.file("edited.bin", mediaFor("a.mp4"));
+  const std::string out = folder.name("out.bin");
+  std::vector<std::string> grafting = {"graft", edited, "--from", source, "-o", out};
+  EXPECT_EQ(voxa(grafting).status, 2);
+  grafting.insert(grafting.end(), {"--container", "atoms"});
+  EXPECT_EQ(voxa(grafting).error, "");
+  const Result refused = voxa({"check", original, out});
+  EXPECT_EQ(refused.status, 2);
+  EXPECT_NE(refused.error.find(".dat, or --container"), std::string::npos) << refused.error;
+  EXPECT_EQ(voxa({"check", source, out, "--container", "atoms"}).status, 0);
+  EXPECT_EQ(voxa({"check", original, out, "--container", "riff"}).status, 8)
+      << "the extension decides where it names a container";
+}
+
 TEST_F(Kept, GraftNamesTheStreamsThatTheEditHad) {
   const Bytes block =
       recording::atomBlock({{recording::streamId(0xF0), recording::pointRecord(0, 1, 2)},

@@ -113,8 +113,8 @@ void writeJson(Output& out, const CheckedStream& checked) {
 }  // namespace
 
 void checkCopy(const CheckOptions& options) {
-  const StreamSource original(options.original);
-  const auto edited = openScanned(options.edited, ContainerRemedy::Rename);
+  const StreamSource original(options.original, kindOfOther(options.original, options.container));
+  const auto edited = openScanned(options.edited, kindOfOther(options.edited, options.container));
   const auto named = original.namedTypes(options.types);
   Output out;
   const bool isJson = options.format == Format::Json;

@@ -75,6 +75,7 @@ struct CheckOptions {
   std::string edited;
   std::vector<std::string> types;  ///< "[STREAM=]TYPE"
   Format format = Format::Table;
+  std::optional<ZRKMetaData::ContainerKind> container;  ///< of files whose extension names none
 };
 
 /// Prints whether an edited copy holds each stream of the original, byte for byte. Throws Failure
@@ -101,6 +102,7 @@ struct GraftOptions {
   std::string rate;                ///< for times in frames
   std::vector<std::string> types;  ///< "[STREAM=]TYPE", for cuts and shifts
   bool force = false;              ///< replace an existing file
+  std::optional<ZRKMetaData::ContainerKind> container;  ///< of files whose extension names none
 };
 
 /// Writes a copy of edited media with the streams of the original appended. With cuts or a shift,

@@ -47,7 +47,7 @@ namespace {
 struct DiffFile {
   DiffFile(const std::string& name, const DiffOptions& options)
       : file(name),
-        parser(openScanned(file, ContainerRemedy::Option, options.container)),
+        parser(openScanned(file, options.container)),
         named(namedTypes(*parser, file, options.types)) {}
 
   bool has(const uuid& id) const { return parser->locations().count(id) != 0; }

@@ -237,8 +237,12 @@ std::vector<StreamedEntry> copiedEntries(const StreamSource& source) {
 }
 
 Layout layoutOf(const GraftOptions& options) {
-  const auto kind = ZRKMetaData::containerKindOfFileName(options.out);
-  const auto editedKind = ZRKMetaData::containerKindOfFileName(options.edited);
+  const auto kindOf = [&options](const std::string& file) {
+    return kindOfOther(file, options.container)
+        .value_or(ZRKMetaData::containerKindOfFileName(file));
+  };
+  const auto kind = kindOf(options.out);
+  const auto editedKind = kindOf(options.edited);
   if (kind == ZRKMetaData::None || kind == ZRKMetaData::Raw) {
     throw Failure(Status::WrongUse,
                   options.out +
@@ -274,7 +278,7 @@ void nameOthers(const GraftOptions& options, Layout layout, const StreamSource& 
 void graftStreams(const GraftOptions& options) {
   const Layout layout = layoutOf(options);
   const auto segments = segmentsOf(options);
-  const StreamSource source(options.original);
+  const StreamSource source(options.original, kindOfOther(options.original, options.container));
   requireOpens(options.edited);
   requireOtherFile(options.out, options.edited);
   source.requireOther(options.out);

@@ -255,13 +255,19 @@ class CommandLine {
         ->check(CLI::IsMember(names));
   }
 
+  static constexpr const char* kOtherExtensions =
+      "Read files whose extension names no container as this one";
+
+  // For a command that reads several files, `what` tells which.
   template <class Options>
-  static void addContainer(CLI::App* command, Options& options) {
+  static void addContainer(
+      CLI::App* command, Options& options,
+      const char* what = "Read the file as this container, whatever its extension") {
     command
         ->add_option_function<std::string>(
             "--container",
             [&options](const std::string& name) { options.container = containers().at(name); },
-            "Read the file as this container, whatever its extension")
+            what)
         ->transform(CLI::IsMember(containers(), CLI::ignore_case));
   }
 
@@ -797,6 +803,7 @@ class CommandLine {
         ->required();
     command->add_option("EDITED", m_check.edited, "The edited copy")->required();
     addTypes(command, m_check.types);
+    addContainer(command, m_check, kOtherExtensions);
     addFormat(command, m_check, {"table", "json"});
     command->callback([this] { checkCopy(m_check); });
   }
@@ -843,6 +850,7 @@ class CommandLine {
         ->type_name("TIME");
     command->add_option("--rate", m_graft.rate, "Frames per second, for times in frames: N or N/D");
     addTypes(command, m_graft.types);
+    addContainer(command, m_graft, kOtherExtensions);
     command->add_flag("--force", m_graft.force, "Replace NEW if it exists");
     command->callback([this] { graftStreams(m_graft); });
   }

@@ -72,18 +72,13 @@ std::optional<boost::uuids::uuid> parseIdentifier(const std::string& text) {
   return std::nullopt;
 }
 
-const char* textOf(ContainerRemedy remedy) {
-  return remedy == ContainerRemedy::Option ? "use --container"
-                                           : "rename it to .voxa, .mp4, .mov, .avi, .wav or .dat";
-}
-
 std::unique_ptr<MetaDataParser> open(const std::string& file,
                                      std::optional<ZRKMetaData::ContainerKind> kind,
-                                     ScanMessages messages, ContainerRemedy remedy) {
+                                     ScanMessages messages, const char* remedy) {
   requireOpens(file);
   const auto used = kind.value_or(ZRKMetaData::containerKindOfFileName(file));
   if (used == ZRKMetaData::None) {
-    say(file + ": unknown extension, nothing was scanned; " + textOf(remedy));
+    say(file + ": unknown extension, nothing was scanned; " + remedy);
   }
   const QuietModule quiet;
   std::optional<SilentScan> silent;
@@ -100,10 +95,16 @@ void requireOpens(const std::string& file) {
   }
 }
 
-void requireContainer(const std::string& file, ContainerRemedy remedy) {
+void requireContainer(const std::string& file) {
   if (ZRKMetaData::containerKindOfFileName(file) == ZRKMetaData::None) {
-    throw Failure(Status::WrongUse, file + ": unknown extension; " + textOf(remedy));
+    throw Failure(Status::WrongUse, file + ": unknown extension; use --container");
   }
+}
+
+std::optional<ZRKMetaData::ContainerKind> kindOfOther(
+    const std::string& file, std::optional<ZRKMetaData::ContainerKind> kind) {
+  const bool isKnown = ZRKMetaData::containerKindOfFileName(file) != ZRKMetaData::None;
+  return isKnown ? std::nullopt : kind;
 }
 
 void requireOtherFile(const std::string& out, const std::string& source) {
@@ -116,13 +117,13 @@ void requireOtherFile(const std::string& out, const std::string& source) {
 
 std::unique_ptr<MetaDataParser> openRecording(const std::string& file,
                                               std::optional<ZRKMetaData::ContainerKind> kind) {
-  return open(file, kind, ScanMessages::Printed, ContainerRemedy::Option);
+  return open(file, kind, ScanMessages::Printed, "use --container");
 }
 
-std::unique_ptr<MetaDataParser> openScanned(const std::string& file, ContainerRemedy remedy,
+std::unique_ptr<MetaDataParser> openScanned(const std::string& file,
                                             std::optional<ZRKMetaData::ContainerKind> kind) {
   requireOpens(file);
-  if (!kind) requireContainer(file, remedy);
+  if (!kind) requireContainer(file);
   return openRecording(file, kind);
 }
 
@@ -131,7 +132,7 @@ std::unique_ptr<MetaDataParser> openForModule(const std::string& file, ScanMessa
   if (!text::isWellFormedUtf8(file)) {
     throw Failure(Status::Failed, file + ": the file name is not valid UTF-8; rename the file");
   }
-  return open(file, std::nullopt, messages, ContainerRemedy::Rename);
+  return open(file, std::nullopt, messages, "rename it to .voxa, .mp4, .mov, .avi, .wav or .dat");
 }
 
 void printDroppedMessages(const std::string& file) {

@@ -20,11 +20,13 @@ void requireOpens(const std::string& file);
 /// Neither needs to exist.
 void requireOtherFile(const std::string& out, const std::string& source);
 
-/// What a message about an unknown extension advises. `Option` is for a command with --container.
-enum class ContainerRemedy { Option, Rename };
+/// Throws Failure (WrongUse), which advises --container, when the extension of `file` names no
+/// container.
+void requireContainer(const std::string& file);
 
-/// Throws Failure (WrongUse) when the extension of `file` names no container.
-void requireContainer(const std::string& file, ContainerRemedy remedy);
+/// `kind` where the extension of `file` names no container, for a command that reads several files.
+std::optional<ZRKMetaData::ContainerKind> kindOfOther(
+    const std::string& file, std::optional<ZRKMetaData::ContainerKind> kind);
 
 /// Opens and indexes the recording with this UTF-8 name, as `kind` where that is given. When the
 /// extension is unknown, nothing is scanned and a message on standard error says so. Throws as
@@ -35,8 +37,7 @@ std::unique_ptr<ZRKMetaData::MetaDataParser> openRecording(
 /// The same for a command to which a file that is not scanned must not look empty: without `kind`
 /// it throws as `requireContainer` does.
 std::unique_ptr<ZRKMetaData::MetaDataParser> openScanned(
-    const std::string& file, ContainerRemedy remedy,
-    std::optional<ZRKMetaData::ContainerKind> kind = std::nullopt);
+    const std::string& file, std::optional<ZRKMetaData::ContainerKind> kind);
 
 /// What happens to the parser's own messages about a file. They are dropped where the module scans
 /// the file again, because it prints the same ones.

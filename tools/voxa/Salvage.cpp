@@ -177,7 +177,7 @@ void sayLeft(const std::string& name, const char* state) {
 }
 
 Streams readStreams(const SalvageOptions& options, std::istream& file) {
-  if (!options.container) requireContainer(options.file, ContainerRemedy::Option);
+  if (!options.container) requireContainer(options.file);
   const auto kind = options.container.value_or(ZRKMetaData::containerKindOfFileName(options.file));
   try {
     return series::salvageStreams(file, kind);

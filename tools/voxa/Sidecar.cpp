@@ -12,7 +12,7 @@ namespace voxa {
 
 void writeSidecar(const SidecarOptions& options) {
   requireFolderName(options.folder, "voxa sidecar");
-  const StreamSource source(options.file, ContainerRemedy::Option, options.container);
+  const StreamSource source(options.file, options.container);
   const std::string folder = options.folder.empty() ? options.file + ".streams" : options.folder;
   prepareFolder(folder, options.force);
   const Progress progress(options.file, source.byteCount());

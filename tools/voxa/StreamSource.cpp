@@ -33,11 +33,11 @@ std::vector<std::string> rawFilesOf(const std::string& folder) {
 
 }  // namespace
 
-StreamSource::StreamSource(const std::string& name, ContainerRemedy remedy,
+StreamSource::StreamSource(const std::string& name,
                            std::optional<ZRKMetaData::ContainerKind> kind) {
   std::error_code absent;
   if (std::filesystem::is_directory(std::filesystem::u8path(name), absent)) {
-    for (const std::string& file : rawFilesOf(name)) add(file, remedy, ZRKMetaData::Raw);
+    for (const std::string& file : rawFilesOf(name)) add(file, ZRKMetaData::Raw);
     std::sort(m_streams.begin(), m_streams.end(),
               [](const auto& left, const auto& right) { return left.id < right.id; });
     const auto same =
@@ -48,7 +48,7 @@ StreamSource::StreamSource(const std::string& name, ContainerRemedy remedy,
                                         " hold one stream; remove one of them");
     }
   } else {
-    add(name, remedy, kind);
+    add(name, kind);
   }
   if (m_streams.empty()) {
     m_damages.throwIfAny();
@@ -57,9 +57,8 @@ StreamSource::StreamSource(const std::string& name, ContainerRemedy remedy,
   this->name();
 }
 
-void StreamSource::add(const std::string& file, ContainerRemedy remedy,
-                       std::optional<ZRKMetaData::ContainerKind> kind) {
-  m_files.push_back({file, openScanned(file, remedy, kind)});
+void StreamSource::add(const std::string& file, std::optional<ZRKMetaData::ContainerKind> kind) {
+  m_files.push_back({file, openScanned(file, kind)});
   ZRKMetaData::MetaDataParser& parser = *m_files.back().parser;
   constexpr ZRKMetaData::int64 kMaxExcess = 64 << 20;
   ZRKMetaData::int64 left = series::sizeOfSource(parser.stream()) + kMaxExcess;

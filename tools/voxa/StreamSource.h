@@ -32,7 +32,7 @@ class StreamSource {
   /// out besides. Throws Failure: as `openScanned` does; NoSuchStream when there are no streams;
   /// Failed when two files of a folder hold one identifier, or when entries overlap so that their
   /// copies need over 64 MiB more than the file has.
-  explicit StreamSource(const std::string& name, ContainerRemedy remedy = ContainerRemedy::Rename,
+  explicit StreamSource(const std::string& name,
                         std::optional<ZRKMetaData::ContainerKind> kind = std::nullopt);
 
   /// In the order of their identifiers.
@@ -57,8 +57,7 @@ class StreamSource {
     std::unique_ptr<ZRKMetaData::MetaDataParser> parser;
   };
 
-  void add(const std::string& file, ContainerRemedy remedy,
-           std::optional<ZRKMetaData::ContainerKind> kind);
+  void add(const std::string& file, std::optional<ZRKMetaData::ContainerKind> kind);
   void name();
 
   std::vector<File> m_files;

@@ -37,7 +37,7 @@ complete -c voxa -n '__fish_seen_subcommand_from info privacy diff check sidecar
 complete -c voxa -n '__fish_seen_subcommand_from info privacy diff check streams stats slots guess salvage' -l format -x -a 'table json' -d 'Output format'
 complete -c voxa -n '__fish_seen_subcommand_from records' -l format -x -a 'table csv json' -d 'Output format'
 complete -c voxa -n '__fish_seen_subcommand_from load' -l format -x -a 'table csv json host-xml host-json' -d 'Output format'
-complete -c voxa -n '__fish_seen_subcommand_from info report diff sidecar streams records guess privacy frames export images plot heatmap captions overlay salvage' -l container -x -a 'Riff Atoms Raw' -d 'Read the file as this container'
+complete -c voxa -n '__fish_seen_subcommand_from info check report diff sidecar graft streams records guess privacy frames export images plot heatmap captions overlay salvage' -l container -x -a 'Riff Atoms Raw' -d 'Read the file as this container'
 complete -c voxa -n '__fish_seen_subcommand_from info privacy diff check graft report records frames export images plot heatmap captions overlay' -l as -x -a "$types" -d 'Record type'
 complete -c voxa -n '__fish_seen_subcommand_from load' -l as -x -a "$types rect-collections opacity" -d 'Type of the values'
 complete -c voxa -n '__fish_seen_subcommand_from report graft records load frames export plot heatmap captions overlay' -l rate -x -a "$rates" -d 'Frames per second'
