@@ -161,6 +161,11 @@ TEST_F(Kept, GraftRefusesWhatNothingCanFollow) {
             "'DATA' at byte 20 announces more bytes than the block holds\n");
   EXPECT_EQ(refusal("c.wav", recording::chunk("RIFF", "x") + recording::chunk("ZRKM", "DATA")),
             "the 4 bytes at byte 18 are no header\n");
+  EXPECT_EQ(refusal("d.mp4", "no media at all"), "is not an MP4 or MOV file\n");
+  EXPECT_EQ(refusal("e.mov", Bytes(64, '\0')), "is not an MP4 or MOV file\n");
+  EXPECT_EQ(refusal("f.avi", "short"), "is not a RIFF file\n");
+  EXPECT_EQ(refusal("g.mp4", recording::bigEndian(99U) + "ftypisom"),
+            "'ftyp' at byte 0 announces more bytes than the file holds\n");
 }
 
 TEST_F(Kept, FilesOfOtherExtensionsNeedAContainer) {

@@ -107,12 +107,28 @@ void walk(std::uint64_t offset, std::uint64_t end, const char* whole, Layout lay
   }
 }
 
+// A file whose first structure is whole may begin with any type.
+void requireMedia(std::string_view header, std::uint64_t size, Layout layout) {
+  if (size == 0) return;
+  constexpr std::string_view kAtoms = "ftyp styp moov mdat free skip wide pnot uuid ZRKM";
+  constexpr std::string_view kChunks = "RIFF RIFX RF64 BW64 LIST JUNK ZRKM";
+  const bool isAtoms = layout == Layout::Atoms;
+  if (header.size() >= kHeaderBytes) {
+    const Announced first = isAtoms ? announcedAtom(header) : announcedChunk(header);
+    if (first.size >= first.headerSize && first.size <= size) return;
+    if ((isAtoms ? kAtoms : kChunks).find(first.type) != std::string_view::npos) return;
+  }
+  throw std::runtime_error(isAtoms ? "is not an MP4 or MOV file" : "is not a RIFF file");
+}
+
 }  // namespace
 
 void eachStructure(std::istream& media, Layout layout, const Visit& visit) {
   HeaderReader headers(media);
   const auto headerAt = [&](std::uint64_t offset) { return headers.at(offset); };
-  walk(0, sizeOf(media), "file", layout, headerAt, visit);
+  const std::uint64_t size = sizeOf(media);
+  requireMedia(headers.at(0), size, layout);
+  walk(0, size, "file", layout, headerAt, visit);
 }
 
 void eachStructureIn(std::istream& media, Layout layout, const Structure& parent,

@@ -23,7 +23,8 @@ using Visit = std::function<void(const Structure&)>;
 
 /// Calls `visit` for each structure at the top level of `media`, in file order. Throws
 /// std::runtime_error, which names the structure and its byte offset, when nothing can follow it:
-/// its size is zero, less than its header, or more than the file holds.
+/// its size is zero, less than its header, or more than the file holds. Where that is the first one
+/// and of no type that media begin with, the text says that the file is none of the layout.
 void eachStructure(std::istream& media, Layout layout, const Visit& visit);
 
 /// The same for the structures in `parent`, which must fill its payload.
