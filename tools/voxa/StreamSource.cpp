@@ -6,13 +6,13 @@
 #include <boost/uuid/uuid_io.hpp>
 #include <filesystem>
 #include <system_error>
+#include <utility>
 
+#include "tools/voxa/Messages.h"
 #include "tools/voxa/NamedTypes.h"
 #include "tools/voxa/StreamNames.h"
 
 namespace voxa {
-
-namespace {
 
 std::vector<std::string> rawFilesOf(const std::string& folder) {
   std::vector<std::string> names;
@@ -31,24 +31,37 @@ std::vector<std::string> rawFilesOf(const std::string& folder) {
   return names;
 }
 
+std::string rawFileName(const std::string& folder, const boost::uuids::uuid& id) {
+  return fmt::format("{}/{}.dat", folder, boost::uuids::to_string(id));
+}
+
+namespace {
+
+// Says so where it is not.
+bool isNamedByStream(const std::string& folder, const std::string& file,
+                     const ZRKMetaData::MetaDataParser& parser) {
+  if (parser.locations().empty()) return false;        // the file was removed meanwhile
+  const auto& id = parser.locations().begin()->first;  // a raw file has one entry
+  if (file == rawFileName(folder, id)) return true;
+  say(fmt::format("{}: is not named {}.dat, after the stream in its header; left out", file,
+                  boost::uuids::to_string(id)));
+  return false;
+}
+
 }  // namespace
 
 StreamSource::StreamSource(const std::string& name,
                            std::optional<ZRKMetaData::ContainerKind> kind) {
   std::error_code absent;
   if (std::filesystem::is_directory(std::filesystem::u8path(name), absent)) {
-    for (const std::string& file : rawFilesOf(name)) add(file, ZRKMetaData::Raw);
+    for (const std::string& file : rawFilesOf(name)) {
+      auto parser = openRecording(file, ZRKMetaData::Raw);
+      if (isNamedByStream(name, file, *parser)) add(file, std::move(parser));
+    }
     std::sort(m_streams.begin(), m_streams.end(),
               [](const auto& left, const auto& right) { return left.id < right.id; });
-    const auto same =
-        std::adjacent_find(m_streams.begin(), m_streams.end(),
-                           [](const auto& left, const auto& right) { return left.id == right.id; });
-    if (same != m_streams.end()) {
-      throw Failure(Status::Failed, same->file + " and " + std::next(same)->file +
-                                        " hold one stream; remove one of them");
-    }
   } else {
-    add(name, kind);
+    add(name, openScanned(name, kind));
   }
   if (m_streams.empty()) {
     m_damages.throwIfAny();
@@ -57,8 +70,9 @@ StreamSource::StreamSource(const std::string& name,
   this->name();
 }
 
-void StreamSource::add(const std::string& file, std::optional<ZRKMetaData::ContainerKind> kind) {
-  m_files.push_back({file, openScanned(file, kind)});
+void StreamSource::add(const std::string& file,
+                       std::unique_ptr<ZRKMetaData::MetaDataParser> opened) {
+  m_files.push_back({file, std::move(opened)});
   ZRKMetaData::MetaDataParser& parser = *m_files.back().parser;
   constexpr ZRKMetaData::int64 kMaxExcess = 64 << 20;
   ZRKMetaData::int64 left = series::sizeOfSource(parser.stream()) + kMaxExcess;

@@ -24,14 +24,20 @@ struct SourceStream {
   series::EntryExtent extent;
 };
 
+/// The files with the extension ".dat" in a folder, sorted. Throws Failure (CannotOpen).
+std::vector<std::string> rawFilesOf(const std::string& folder);
+
+/// The file of a stream in a sidecar folder.
+std::string rawFileName(const std::string& folder, const boost::uuids::uuid& id);
+
 /// Used by one thread.
 class StreamSource {
  public:
-  /// Opens the recording with this UTF-8 name, as `kind` where that is given, or the ".dat" files
-  /// of the folder. An entry that is cut is a damage; one that is shorter than its header is left
-  /// out besides. Throws Failure: as `openScanned` does; NoSuchStream when there are no streams;
-  /// Failed when two files of a folder hold one identifier, or when entries overlap so that their
-  /// copies need over 64 MiB more than the file has.
+  /// Opens the recording with this UTF-8 name, as `kind` where that is given, or the files of the
+  /// folder that are named by their streams; other ".dat" files are named on standard error and
+  /// left out. An entry that is cut is a damage; one that is shorter than its header is left out
+  /// besides. Throws Failure: as `openScanned` does; NoSuchStream when there are no streams;
+  /// Failed when entries overlap so that their copies need over 64 MiB more than the file has.
   explicit StreamSource(const std::string& name,
                         std::optional<ZRKMetaData::ContainerKind> kind = std::nullopt);
 
@@ -57,7 +63,7 @@ class StreamSource {
     std::unique_ptr<ZRKMetaData::MetaDataParser> parser;
   };
 
-  void add(const std::string& file, std::optional<ZRKMetaData::ContainerKind> kind);
+  void add(const std::string& file, std::unique_ptr<ZRKMetaData::MetaDataParser> opened);
   void name();
 
   std::vector<File> m_files;
