@@ -101,6 +101,27 @@ void writeSeeds(const std::filesystem::path& root) {
   graft.write(Bytes(1, 0) + repeatedScan());
   graft.write(Bytes(1, 0) + screens + recording::atom("ZRKM", recording::bigEndian(0U) + "DATA"));
 
+  Folder editList(root, "editlist");
+  editList.write(Bytes(1, 0) +
+                 "ffconcat version 1.0\nfile 'take1.mp4'\ninpoint 1.5\noutpoint 4\n"
+                 "file a\\ b.mp4\nduration 250ms\nfile take1.mp4\ninpoint 00:00:10\n");
+  const Bytes events =
+      "TITLE: CUT\nFCM: NON-DROP FRAME\n"
+      "001 TAKE1 V C 00:00:01:00 00:00:03:05 01:00:00:00 01:00:02:05\nM2 TAKE1 025.0 00:00:01:00\n"
+      "002 AX AA/V C 00:00:10:00 00:00:11:00 01:00:02:05 01:00:03:05\n* FROM CLIP NAME: "
+      "take1.mp4\n";
+  editList.write(Bytes(1, 1) + events);
+  editList.write(Bytes(1, 2) + "1 A V C 00:00:59;29 00:01:00;02 00:10:00;00 00:10:00;01\n");
+  const Bytes range =
+      R"("source_range":{"start_time":{"value":48,"rate":23.976},"duration":{"value":24,"rate":24}})";
+  editList.write(Bytes(1, 0) +
+                 R"({"OTIO_SCHEMA":"Timeline.1","tracks":{"OTIO_SCHEMA":"Stack.1","children":[)"
+                 R"({"OTIO_SCHEMA":"Track.1","kind":"Video","enabled":true,"children":[)"
+                 R"({"OTIO_SCHEMA":"Clip.2","name":"c","media_references":{"DEFAULT_MEDIA":)"
+                 R"({"target_url":"file:///take%201.mp4","available_range":null}},"effects":[)"
+                 R"({"OTIO_SCHEMA":"LinearTimeWarp.1","time_scalar":1.0}],)" +
+                 range + R"(},{"OTIO_SCHEMA":"Gap.1",)" + range + "}]}]}}");
+
   Folder names(root, "names");
   for (const char* const name :
        {"C:\\rec\\a.voxa/2b7b6af0-7a1f-11e2-83d0-0017f200be7f", "\\\\srv\\share\\x", "a:b",
