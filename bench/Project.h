@@ -7,6 +7,7 @@
 #include "bench/Recordings.h"
 #include "loader/VOXAScreenMetaDataLoader.h"
 #include "params/Parameter.h"
+#include "tools/host/FixedEditRate.h"
 
 namespace bench {
 
@@ -21,14 +22,10 @@ class Project {
   }
 
  private:
-  class Rate final : public Kestova::ProjectEditRate {
-   public:
-    boost::rational<unsigned int> editRate() const override { return kEditRate; }
-  };
-
   const Loader m_loader;
   const boost::shared_ptr<Kestova::ThreadSafe> m_owner = boost::make_shared<Kestova::ThreadSafe>();
-  const boost::shared_ptr<Rate> m_rate = boost::make_shared<Rate>();
+  const boost::shared_ptr<hosting::FixedEditRate> m_rate =
+      boost::make_shared<hosting::FixedEditRate>(kEditRate);
 };
 
 }  // namespace bench

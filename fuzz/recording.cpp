@@ -20,9 +20,11 @@
 #include "params/Parameter.h"
 #include "stats/VOXAStatsLoader.h"
 #include "tests/support/PlainReading.h"
+#include "tools/host/FixedEditRate.h"
 
 namespace {
 
+using hosting::FixedEditRate;
 using Kestova::int64;
 using Kestova::MediaFileStats;
 using Kestova::RationalTime;
@@ -33,18 +35,7 @@ using ZRKMetaData::readHeaderAt;
 constexpr std::size_t kMaxStreamNames = 262144;
 constexpr int kMaxStreams = 3;  // the number of streams loaded per file
 
-class Rate final : public Kestova::ProjectEditRate {
- public:
-  explicit Rate(unsigned char choice) : m_choice(choice % 4) {}
-  boost::rational<unsigned int> editRate() const override {
-    static const boost::rational<unsigned int> kRates[] = {
-        30, {30000, 1001}, 4294967295U, {1, 4294967295U}};
-    return kRates[m_choice];
-  }
-
- private:
-  const int m_choice;
-};
+const boost::rational<unsigned int> kRates[] = {30, {30000, 1001}, 4294967295U, {1, 4294967295U}};
 
 // The value of a keyframe and that of its record have the same bytes.
 template <class Number>
@@ -100,7 +91,7 @@ struct LoadResult {
 template <class Record>
 class Model final : public ZRKMetaData::DataStreamObserver<Record> {
  public:
-  Model(const Rate& rate, std::string stream)
+  Model(const FixedEditRate& rate, std::string stream)
       : m_framesPerSecond(loader::framesPerSecond(rate.editRate())), m_stream(std::move(stream)) {}
 
   bool onData(double seconds, const Record& record) override {
@@ -131,7 +122,7 @@ std::string errorOf(Read read) {
 
 class Recording {
  public:
-  Recording(std::string file, const boost::shared_ptr<const Rate>& rate)
+  Recording(std::string file, const boost::shared_ptr<const FixedEditRate>& rate)
       : m_file(std::move(file)), m_rate(rate) {}
 
   template <class Operation>
@@ -191,7 +182,7 @@ class Recording {
   }
 
   const std::string m_file;
-  const boost::shared_ptr<const Rate> m_rate;
+  const boost::shared_ptr<const FixedEditRate> m_rate;
   const boost::shared_ptr<Kestova::ThreadSafe> m_project =
       boost::make_shared<Kestova::ThreadSafe>();
   const VOXAScreenMetaDataLoader m_loader;
@@ -228,7 +219,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
                                           fuzz::TempFile(".dat")};
   fuzz::Input input(data, size);
   const fuzz::TempFile& file = kFiles[input.take<std::uint8_t>() % 3];
-  const auto rate = boost::make_shared<Rate>(input.take<std::uint8_t>());
+  const auto rate = boost::make_shared<FixedEditRate>(kRates[input.take<std::uint8_t>() % 4]);
   file.write(input.rest());
 
   std::vector<std::string> names;

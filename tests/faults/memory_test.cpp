@@ -12,8 +12,8 @@
 #include "loader/VOXAScreenMetaDataLoader.h"
 #include "params/LeftParameter.h"
 #include "tests/faults/Memory.h"
-#include "tests/support/ConstantEditRate.h"
 #include "tests/support/TempFolder.h"
+#include "tools/host/FixedEditRate.h"
 #include "tools/recording/Records.h"
 #include "tools/recording/Sample.h"
 
@@ -119,7 +119,7 @@ class FailingAllocations : public testing::Test {
 TEST_F(FailingAllocations, NeverYieldAPartlyLoadedParameter) {
   const testing_support::TempFolder folder;
   const VOXAScreenMetaDataLoader loader;
-  const auto rate = boost::make_shared<testing_support::ConstantEditRate>();
+  const auto rate = boost::make_shared<hosting::FixedEditRate>(30U);
   const std::string file =
       folder.file("take.voxa", recording::atomBlock(recording::sampleEntries(0.5, 1)));
   const auto loads = [&](auto operation, unsigned char key) {

@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <boost/filesystem/operations.hpp>
+#include <boost/rational.hpp>
 #include <boost/smart_ptr/make_shared.hpp>
 #include <boost/system/system_error.hpp>
 #include <boost/uuid/uuid_io.hpp>
@@ -11,7 +13,6 @@
 #include "loader/VOXAScreenMetaDataLoader.h"
 #include "params/LeftParameter.h"
 #include "tests/support/Captured.h"
-#include "tests/support/ConstantEditRate.h"
 #include "tests/support/Streams.h"
 #include "tests/support/TempFolder.h"
 
@@ -25,12 +26,21 @@ using recording::Entry;
 using recording::streamId;
 using testing_support::AssertionLog;
 using testing_support::Captured;
-using testing_support::ConstantEditRate;
 using testing_support::TempFolder;
 
 std::string name(unsigned char key) {
   return boost::uuids::to_string(streamId(key));
 }
+
+// 30 frames per second. Loads of several threads may share one.
+class CountedEditRate final : public Kestova::ProjectEditRate {
+ public:
+  boost::rational<unsigned int> editRate() const override {
+    ++readCount;
+    return 30;
+  }
+  mutable std::atomic<int> readCount{0};
+};
 
 class Loading : public testing::Test {
  protected:
@@ -62,7 +72,7 @@ class Loading : public testing::Test {
   using Loader = VOXAScreenMetaDataLoader;
   TempFolder folder;
   boost::shared_ptr<Kestova::ThreadSafe> project = boost::make_shared<Kestova::ThreadSafe>();
-  boost::shared_ptr<ConstantEditRate> rate = boost::make_shared<ConstantEditRate>();
+  boost::shared_ptr<CountedEditRate> rate = boost::make_shared<CountedEditRate>();
   Loader loader;
 };
 

@@ -7,8 +7,8 @@
 
 #include "loader/VOXAScreenMetaDataLoader.h"
 #include "params/Parameter.h"
-#include "tests/support/ConstantEditRate.h"
 #include "tests/support/TempFolder.h"
+#include "tools/host/FixedEditRate.h"
 #include "tools/recording/Container.h"
 #include "tools/recording/Records.h"
 
@@ -23,7 +23,7 @@ TEST(WindowsNames, OpenTheirRecordings) {
   std::replace(backSlashes.begin(), backSlashes.end(), '/', '\\');
   ASSERT_EQ(backSlashes.substr(1, 2), ":\\");
   const VOXAScreenMetaDataLoader loader;
-  const auto rate = boost::make_shared<testing_support::ConstantEditRate>();
+  const auto rate = boost::make_shared<hosting::FixedEditRate>(30U);
   for (const std::string& recording :
        {slashes, backSlashes, "\\\\?\\" + backSlashes, "\\\\.\\" + backSlashes}) {
     for (const char* const separator : {"/", "\\"}) {

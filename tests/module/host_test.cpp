@@ -18,9 +18,9 @@
 #include "params/Parameter.h"
 #include "params/ParameterIterator.h"
 #include "stats/VOXAStatsLoader.h"
-#include "tests/support/ConstantEditRate.h"
 #include "tests/support/Slots.h"
 #include "tests/support/TempFolder.h"
+#include "tools/host/FixedEditRate.h"
 #include "tools/recording/Movie.h"
 #include "tools/recording/Sample.h"
 
@@ -70,7 +70,7 @@ class Host : public testing::Test {
                                           recording::atomBlock(recording::sampleEntries(20, 1)));
   boost::shared_ptr<Kestova::ThreadSafe> project = boost::make_shared<Kestova::ThreadSafe>();
   boost::shared_ptr<Kestova::ProjectEditRate> rate =
-      boost::make_shared<testing_support::ConstantEditRate>();
+      boost::make_shared<hosting::FixedEditRate>(30U);
 
  private:
   VOXAScreenMetaDataLoader m_loader;
