@@ -3,11 +3,11 @@
 #include <filesystem>
 #include <fstream>
 #include <istream>
-#include <random>
 #include <string>
 
 #include "ZRKMetaData/src/ZRKMInputFile.h"
 #include "tests/support/TempFolder.h"
+#include "tools/recording/Dice.h"
 
 namespace ZRKMetaData {
 namespace {
@@ -53,10 +53,10 @@ TEST(InputFile, ReadsAndSeeksAsAFileStreamDoes) {
   const std::string name = folder.file("bytes.dat", bytes);
   std::ifstream expected(std::filesystem::u8path(name), std::ios::binary);
   InputFile actual(name);
-  std::mt19937 random(5);
+  recording::Dice random(5);
   for (int n = 0; n < 20'000; ++n) {
-    const auto step = static_cast<Step>(random() % 7);
-    const int number = static_cast<int>(random() % (step == Step::SeekFromStart ? 1100 : 200));
+    const auto step = static_cast<Step>(random.below(7));
+    const int number = random.below(step == Step::SeekFromStart ? 1100 : 200);
     ASSERT_EQ(outcome(actual, step, number), outcome(expected, step, number))
         << n << ": " << static_cast<int>(step) << ", " << number;
   }

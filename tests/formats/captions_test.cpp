@@ -4,7 +4,6 @@
 
 #include <cmath>
 #include <ostream>
-#include <random>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -12,6 +11,7 @@
 #include "text/Utf8.h"
 #include "tools/formats/CaptionText.h"
 #include "tools/formats/KeyCues.h"
+#include "tools/recording/Dice.h"
 
 namespace formats {
 
@@ -142,15 +142,15 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& tested) { return tested.param.name; });
 
 TEST(Cues, NeverOverlapOrRunBackward) {
-  std::mt19937 dice(3);
+  recording::Dice dice(3);
   const CueClock clocks[] = {CueClock(1000), CueClock(100), CueClock(100, {30000, 1001})};
   for (int round = 0; round < 300; ++round) {
     const double steps[] = {0, 1e-4, 0.02, 0.7, 0.71, 3, round % 7 == 0 ? -0.5 : 0.1};
     std::vector<Key> keys;
     double time = 0;
     for (int key = 0; key < 200; ++key) {
-      time += steps[dice() % 7];
-      keys.push_back({time, static_cast<int>(dice() % 128), dice() % 5 == 0 ? 4 : 0});
+      time += steps[dice.below(7)];
+      keys.push_back({time, dice.below(128), dice.below(5) == 0 ? 4 : 0});
     }
     KeyCueOptions options;
     options.hold = round % 3;
@@ -222,10 +222,10 @@ TEST(CaptionText, HasNoMarkupForAnyBytes) {
   const std::string alphabet[] = {
       "<",  ">",  "&",      "-",      "{", "}", "\\", "N", "b",    "i",      ";",  "\n",
       "\r", "\0", "\u2028", "\u00E9", "h", "/", "an", "1", "\xC3", "\u2060", "lt", "0:01 --> 0:02"};
-  std::mt19937 dice(4);
+  recording::Dice dice(4);
   for (int round = 0; round < 20'000; ++round) {
     std::string text;
-    for (int part = 0; part < 8; ++part) text += alphabet[dice() % std::size(alphabet)];
+    for (int part = 0; part < 8; ++part) text += alphabet[dice.bits() % std::size(alphabet)];
     const std::string vtt = vttText(text);
     const std::string srt = srtText(text);
     const std::string ass = assText(text);

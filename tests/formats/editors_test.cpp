@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <nlohmann/json.hpp>
-#include <random>
 #include <set>
 #include <string>
 #include <vector>
@@ -11,6 +10,7 @@
 #include "tools/formats/Chapters.h"
 #include "tools/formats/MltAnimation.h"
 #include "tools/formats/OtioTimeline.h"
+#include "tools/recording/Dice.h"
 
 namespace {
 
@@ -72,10 +72,10 @@ TEST(TextChapters, EndWhereTheNextOneBegins) {
 }
 
 TEST(PauseChapters, BeginBehindEachPauseInWhateverOrderTheTimesAre) {
-  std::minstd_rand dice(3);
+  recording::Dice dice(3);
   for (int round = 0; round < 200; ++round) {
     std::vector<double> times;
-    for (int n = 0; n < 12; ++n) times.push_back(static_cast<double>(dice() % 60));
+    for (int n = 0; n < 12; ++n) times.push_back(dice.below(60));
     PauseChapters chapters(4);
     for (const double time : times) chapters.add(time);
     std::set<double> sorted(times.begin(), times.end());

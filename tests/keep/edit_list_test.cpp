@@ -5,11 +5,11 @@
 
 #include <cmath>
 #include <limits>
-#include <random>
 #include <stdexcept>
 #include <string>
 
 #include "tests/keep/Exact.h"
+#include "tools/recording/Dice.h"
 
 namespace {
 
@@ -32,9 +32,9 @@ std::string refusalOf(const std::vector<Piece>& pieces, const ExactSeconds& shif
 }
 
 TEST(TimeShift, RoundsAtMostToTheNextDouble) {
-  std::mt19937_64 dice(1);
+  recording::Dice dice(1);
   const auto below = [&dice](std::int64_t limit) {
-    return static_cast<std::int64_t>(dice() % static_cast<std::uint64_t>(limit));
+    return static_cast<std::int64_t>(dice.bits() % static_cast<std::uint64_t>(limit));
   };
   constexpr std::int64_t kDenominators[] = {1, 25, 1000, 30000, 1'000'000'007};
   const testing_support::Exact kCancelled("10000000000000000000000000");

@@ -1,11 +1,11 @@
 #include "params/ChunkedMap.h"
+#include "tools/recording/Dice.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdint>
 #include <iterator>
 #include <map>
-#include <random>
 #include <utility>
 
 namespace Kestova {
@@ -13,7 +13,7 @@ namespace {
 
 using Map = ChunkedMap<int>;
 using Model = std::map<RationalTime, int>;
-using Random = std::mt19937;
+using Random = recording::Dice;
 
 void expectSame(const Map& map, const Model& model) {
   ASSERT_EQ(map.size(), model.size());
@@ -38,22 +38,18 @@ struct Order {
   RationalTime (*time)(int number, Random& random);
 };
 
-int upTo(unsigned count, Random& random) {
-  return static_cast<int>(random() % count);
-}
-
 const Order kOrders[] = {
     {"InTimeOrder", [](int number, Random&) { return RationalTime(number); }},
     {"InReverse", [](int number, Random&) { return RationalTime(-number); }},
     {"FromBothEnds",
      [](int number, Random&) { return RationalTime(number % 2 ? -number : number); }},
-    {"Shuffled", [](int, Random& random) { return RationalTime(upTo(2000, random)); }},
+    {"Shuffled", [](int, Random& random) { return RationalTime(random.below(2000)); }},
     {"ShuffledThirds",
-     [](int, Random& random) { return RationalTime(upTo(2000, random) - 1000, 3); }},
+     [](int, Random& random) { return RationalTime(random.below(2000) - 1000, 3); }},
     // Few chunks have a time that is not whole.
     {"RarelyHalves",
      [](int number, Random& random) {
-       return RationalTime(2 * upTo(1000, random) + (number % 100 == 0 ? 1 : 0), 2);
+       return RationalTime(2 * random.below(1000) + (number % 100 == 0 ? 1 : 0), 2);
      }},
 };
 
@@ -77,7 +73,7 @@ TEST_P(ChunkedMaps, AgreeWithAStandardMap) {
   expectSame(map, model);
   // Erases at random positions until the map is empty.
   while (!model.empty()) {
-    const auto doomed = std::next(model.begin(), static_cast<int>(random() % model.size()));
+    const auto doomed = std::next(model.begin(), random.below(static_cast<int>(model.size())));
     EXPECT_EQ(map.erase(map.lowerBound(doomed->first)), doomed->second);
     model.erase(doomed);
     if (model.size() % 100 < 3) expectSame(map, model);
@@ -93,9 +89,9 @@ TEST_P(ChunkedMaps, FindTheSameEntryWithAnyHint) {
     if (entry == map.end() || entry.time() != time) map.insert(entry, time, number);
   }
   for (int number = 0; number < 5000; ++number) {
-    const RationalTime time(upTo(8000, random) - 2000, 1 + upTo(3, random));
-    const auto chunk = static_cast<std::uint32_t>(random() % 12);  // also past the end
-    const auto index = static_cast<std::uint32_t>(random() % 70);
+    const RationalTime time(random.below(8000) - 2000, 1 + random.below(3));
+    const auto chunk = static_cast<std::uint32_t>(random.below(12));  // also past the end
+    const auto index = static_cast<std::uint32_t>(random.below(70));
     EXPECT_EQ(map.lowerBound(time, {chunk, index}), map.lowerBound(time));
   }
   for (auto entry = map.begin(); entry != map.end(); ++entry) {

@@ -13,6 +13,7 @@
 
 #include "params/LargeBlock.h"
 #include "tests/params/Values.h"
+#include "tools/recording/Dice.h"
 
 namespace Kestova {
 namespace {
@@ -86,10 +87,10 @@ TEST(Threads, FreeObjectsOfSlabsThatTheirOwnerHasReleased) {
   std::vector<std::thread> threads;
   for (unsigned number = 0; number < 4; ++number) {
     threads.emplace_back([&shared, objects = allocated(shared, 1000), number]() mutable {
-      std::mt19937 random(number);
+      recording::Dice random(number);
       for (void* const object : objects) std::memset(object, static_cast<int>(number), kSize);
       for (int round = 0; round < 3000; ++round) {
-        if (random() % 2 == 0 && objects.size() > 1) {
+        if (random.below(2) == 0 && objects.size() > 1) {
           shared.deallocate(objects.back(), kSize);
           objects.pop_back();
         } else {

@@ -1,38 +1,29 @@
-// Streams of every record type as recorders of many kinds would write them. They share no code with
-// the samples of `voxa`, and were written before the guess was tuned.
+// Streams of every record type as recorders of many kinds would write them. They share only the
+// dice with the samples of `voxa`, and were written before the guess was tuned.
 #pragma once
 
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdint>
-#include <random>
 #include <string>
 #include <vector>
 
+#include "tools/recording/Dice.h"
 #include "tools/recording/Records.h"
 
 namespace series_tests {
 
-class Random {
+class Random : public recording::Dice {
  public:
-  explicit Random(std::uint64_t seed) : m_engine(seed) {}
+  using Dice::Dice;
 
-  std::uint64_t bits() { return m_engine(); }
-  int within(int low, int high) {
-    return low + static_cast<int>(m_engine() % static_cast<std::uint64_t>(high - low + 1));
-  }
-  bool chance(int percent) { return within(1, 100) <= percent; }
-  double real(double low, double high) {
-    return low + (high - low) * static_cast<double>(m_engine() >> 11U) * 0x1p-53;
-  }
+  int within(int low, int high) { return low + below(high - low + 1); }
+  bool chance(int percent) { return below(100) < percent; }
   template <class List>
   const auto& oneOf(const List& list) {
-    return list[m_engine() % std::size(list)];
+    return list[bits() % std::size(list)];
   }
-
- private:
-  std::mt19937_64 m_engine;
 };
 
 /// Times that never fall, in one of the ways in which recorders take them.
@@ -54,11 +45,11 @@ class Clock {
     } else if (m_kind == 1) {
       m_time = m_start + m_count * (1001.0 / 30000);
     } else if (m_kind == 2) {
-      m_time += m_random.chance(20) ? 0 : m_random.real(0.001, 3);
+      m_time += m_random.chance(20) ? 0 : m_random.between(0.001, 3);
     } else if (m_kind == 3) {
       m_time = m_start + m_count;  // whole seconds
     } else {
-      m_time += m_random.real(0.005, 0.5);
+      m_time += m_random.between(0.005, 0.5);
     }
     return time;
   }
@@ -95,15 +86,15 @@ inline const char* const kProse =
 
 inline Bytes walk(Random& random, int count, int left, int top, int right, int bottom,
                   double scale) {
-  double x = random.real(left, right), y = random.real(top, bottom), toX = x, toY = y;
+  double x = random.between(left, right), y = random.between(top, bottom), toX = x, toY = y;
   int rest = 0;
   return stream(random, count, [&](double time, int) {
     if (std::abs(toX - x) + std::abs(toY - y) < 1.5 && --rest < 0) {
-      toX = random.real(left, right);
-      toY = random.real(top, bottom);
+      toX = random.between(left, right);
+      toY = random.between(top, bottom);
       rest = random.within(0, 90);
     }
-    const double share = random.real(0.05, 0.3);
+    const double share = random.between(0.05, 0.3);
     x += (toX - x) * share;
     y += (toY - y) * share;
     return recording::pointRecord(time, int(x * scale), int(y * scale));
@@ -218,7 +209,7 @@ inline const std::vector<Generator>& generators() {
          });
        }},
       {"points", "circles", [](Random& r, int n) {
-         const double radius = r.real(20, 400);
+         const double radius = r.between(20, 400);
          return stream(r, n, [&](double t, int i) {
            return recording::pointRecord(t, int(700 + radius * std::cos(i / 9.0)),
                                          int(500 + radius * std::sin(i / 9.0)));
@@ -255,18 +246,18 @@ inline const std::vector<Generator>& generators() {
        }},
 
       NUMBERS("doubles", double, "opacity ramp", double, std::min(1.0, (i % 200) / 30.0)),
-      NUMBERS("doubles", double, "decibels", double, r.real(-60, 0)),
+      NUMBERS("doubles", double, "decibels", double, r.between(-60, 0)),
       NUMBERS("doubles", double, "zoom levels", double,
               r.chance(80) && i != 0 ? before : 1 + 0.25 * r.within(0, 12)),
       NUMBERS("doubles", double, "sine", double, std::sin(i / 25.0)),
-      NUMBERS("doubles", double, "random walk", double, before + r.real(-1, 1)),
+      NUMBERS("doubles", double, "random walk", double, before + r.between(-1, 1)),
       NUMBERS("doubles", double, "tenths", double, 20 + r.within(-50, 50) / 10.0),
       NUMBERS("doubles", double, "whole numbers", double, r.within(0, 100)),
-      NUMBERS("doubles", double, "floats", double, float(r.real(0, 1))),
+      NUMBERS("doubles", double, "floats", double, float(r.between(0, 1))),
       NUMBERS("doubles", double, "wall clock", double, 1.7e9 + i / 60.0),
       NUMBERS("doubles", double, "on and off", double, r.chance(50)),
-      NUMBERS("doubles", double, "gaps of NaN", double, r.chance(10) ? NAN : r.real(0, 500)),
-      NUMBERS("doubles", double, "mostly zero", double, r.chance(80) ? 0.0 : r.real(0, 1)),
+      NUMBERS("doubles", double, "gaps of NaN", double, r.chance(10) ? NAN : r.between(0, 500)),
+      NUMBERS("doubles", double, "mostly zero", double, r.chance(80) ? 0.0 : r.between(0, 1)),
 
       NUMBERS("int64s", int64, "ticks of 100 ns", int64_t, i * int64_t{166667}),
       NUMBERS("int64s", int64, "frame numbers", int64_t, i),

@@ -3,11 +3,11 @@
 
 #include <algorithm>
 #include <cmath>
-#include <random>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "tools/recording/Dice.h"
 #include "tools/series/RecordDiff.h"
 
 namespace {
@@ -112,18 +112,18 @@ TEST(Diff, ReportsTheFewestEdits) {
 }
 
 TEST(Diff, OfScriptedEditsIsExactAndMirrored) {
-  std::mt19937 dice(4);
+  recording::Dice dice(4);
   for (int round = 0; round < 200; ++round) {
     Sequence before;
     double seconds = 0;
     for (int n = 0; n < 600; ++n) {
-      seconds += dice() % 4 == 0 ? 0 : 0.1;  // some share a time
+      seconds += dice.below(4) == 0 ? 0 : 0.1;  // some share a time
       before.emplace_back(seconds, n);
     }
     Sequence after;
     std::size_t edits = 0;
     for (const auto& [time, value] : before) {
-      switch (dice() % 40) {
+      switch (dice.below(40)) {
         case 0:
           ++edits;
           break;
@@ -152,17 +152,17 @@ TEST(Diff, OfScriptedEditsIsExactAndMirrored) {
 }
 
 TEST(Diff, FindsTheConstantOffset) {
-  std::mt19937 dice(5);
+  recording::Dice dice(5);
   for (const double offset : {0.0, 0.75, -3.2, 12345.678}) {
-    for (const unsigned values : {1000000U, 30U}) {
+    for (const int values : {1000000, 30}) {
       Sequence before;
       Sequence after;
       double seconds = 10;
       for (int n = 0; n < 500; ++n) {
-        seconds += 0.001 * static_cast<double>(1 + dice() % 200);
-        const auto value = static_cast<int>(dice() % values);
-        if (dice() % 10 != 0) before.emplace_back(seconds, value);
-        if (dice() % 10 != 0) after.emplace_back(seconds + offset, value);
+        seconds += 0.001 * (1 + dice.below(200));
+        const int value = dice.below(values);
+        if (dice.below(10) != 0) before.emplace_back(seconds, value);
+        if (dice.below(10) != 0) after.emplace_back(seconds + offset, value);
       }
       const Pair pair(before, after);
       const auto found = series::bestOffset(pair.beforeSide, pair.afterSide, 2e-6);

@@ -1,11 +1,11 @@
 // Seconds and frames, converted without rounding.
+#include "tools/recording/Dice.h"
 #include "tools/series/FrameTimes.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <limits>
-#include <random>
 
 namespace {
 
@@ -57,11 +57,11 @@ INSTANTIATE_TEST_SUITE_P(All, FrameTimes, testing::ValuesIn(kShown),
                          [](const auto& test) { return test.param.name; });
 
 TEST(FrameTimes, StartOfAFrameIsTheLeastDoubleThatShowsIt) {
-  std::mt19937_64 dice(7);
+  recording::Dice dice(7);
   for (const FrameRate& rate : {FrameRate(30), FrameRate(30000, 1001), FrameRate(7, 4294967291U),
                                 FrameRate(4294967291U, 7), FrameRate(1)}) {
     for (int round = 0; round < 2000; ++round) {
-      const auto frame = static_cast<int64>(dice()) >> (dice() % 40 + 24);
+      const auto frame = static_cast<int64>(dice.bits()) >> (24 + dice.below(40));
       const double start = startOfFrame(frame, rate);
       ASSERT_GE(frameShownAt(start, rate), frame) << frame;
       ASSERT_LT(frameShownAt(std::nextafter(start, -INFINITY), rate), frame) << frame;

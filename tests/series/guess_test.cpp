@@ -65,7 +65,7 @@ std::string recordSizeOf(const std::string& type) {
 }
 
 int countBetween(Random& random, int low, int high) {
-  return int(std::exp(random.real(std::log(low), std::log(high + 1))));
+  return int(std::exp(random.between(std::log(low), std::log(high + 1))));
 }
 
 struct Tally {

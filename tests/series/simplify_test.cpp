@@ -5,11 +5,11 @@
 
 #include <cmath>
 #include <limits>
-#include <random>
 #include <string>
 #include <vector>
 
 #include "tests/support/Streams.h"
+#include "tools/recording/Dice.h"
 
 namespace {
 
@@ -74,13 +74,13 @@ class Simplified : public testing::Test {};
 TYPED_TEST_SUITE(Simplified, RecordTypes, RecordTypeNames);
 
 TYPED_TEST(Simplified, HoldsTheSameValueAtEveryTimeOrOneWithinTheTolerance) {
-  std::minstd_rand dice(7);
+  recording::Dice dice(7);
   for (int stream = 0; stream < 60; ++stream) {
     std::vector<Timed<TypeParam>> records;
     double seconds = -1;
     for (int n = 0; n < 40; ++n) {
-      seconds += static_cast<double>(dice() % 3) / 4;
-      records.push_back({seconds, drawn<TypeParam>(static_cast<unsigned>(dice()))});
+      seconds += dice.below(3) / 4.0;
+      records.push_back({seconds, drawn<TypeParam>(static_cast<unsigned>(dice.bits()))});
     }
     for (const double tolerance : {0.0, 1.0, 2.5}) {
       const auto kept = simplified(records, tolerance);

@@ -12,12 +12,15 @@ class Dice {
  public:
   explicit Dice(std::uint64_t seed) : m_engine(seed) {}
 
+  /// 64 random bits.
+  std::uint64_t bits() { return m_engine(); }
+
   /// From 0 to `bound` - 1. Requires: `bound` is positive.
-  int below(int bound) { return static_cast<int>(m_engine() % static_cast<std::uint64_t>(bound)); }
+  int below(int bound) { return static_cast<int>(bits() % static_cast<std::uint64_t>(bound)); }
 
   /// From `low` to `high`, exclusive.
   double between(double low, double high) {
-    return low + (high - low) * (static_cast<double>(m_engine() >> 11U) * 0x1p-53);
+    return low + (high - low) * (static_cast<double>(bits() >> 11U) * 0x1p-53);
   }
 
  private:
