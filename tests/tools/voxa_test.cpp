@@ -79,7 +79,7 @@ INSTANTIATE_TEST_SUITE_P(
       std::replace_if(
           name.begin(), name.end(), [](unsigned char byte) { return std::isalnum(byte) == 0; },
           '_');
-      return std::to_string(c.index) + "_" + name;
+      return name;
     });
 
 TEST(Stats, PrintsTheTracksAsTheHostSeesThem) {
