@@ -3,6 +3,7 @@
 
 #include <pybind11/numpy.h>
 
+#include <cstddef>
 #include <memory>
 #include <string>
 #include <utility>
@@ -18,9 +19,9 @@ pybind11::array_t<Element> arrayOver(std::vector<Value> values) {
   static_assert(sizeof(Value) % sizeof(Element) == 0);
   using Owner = std::vector<Value>;
   auto owner = std::make_unique<Owner>(std::move(values));
+  const std::size_t byteCount = owner->size() * sizeof(Value);
   const auto* const data = reinterpret_cast<const Element*>(owner->data());
-  const auto count =
-      static_cast<pybind11::ssize_t>(owner->size() * (sizeof(Value) / sizeof(Element)));
+  const auto count = static_cast<pybind11::ssize_t>(byteCount / sizeof(Element));
   const pybind11::capsule release(owner.get(),
                                   [](void* memory) { delete static_cast<Owner*>(memory); });
   static_cast<void>(owner.release());  // the capsule deletes it
