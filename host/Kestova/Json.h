@@ -1,4 +1,5 @@
-// JSON text as the host writes it. docs/serialisation.md specifies it.
+// JSON text as the host writes it. docs/serialisation.md specifies it. No locale changes
+// the text. The functions may be called from any thread.
 #pragma once
 
 #include <ostream>
@@ -10,7 +11,7 @@
 
 namespace Kestova {
 
-/// The destination of JSON. The stream must outlive it.
+/// The destination of JSON. Does not own the stream, which must outlive it.
 class JSONOptions {
  public:
   explicit JSONOptions(std::ostream& out) : m_out(out) {}

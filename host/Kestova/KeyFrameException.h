@@ -8,9 +8,12 @@ namespace Kestova {
 
 class KESTOVA_API KeyFrameException : public KestovaException {
  public:
+  /// `message` is the name of the parameter.
   KeyFrameException(const RationalTime& time, const std::string& message);
   ~KeyFrameException() override;
 
+  /// The time of the keyframe, in the unit of the parameter. The reference is valid as long as the
+  /// exception.
   const RationalTime& time() const { return m_time; }
 
  private:

@@ -18,6 +18,8 @@ class KESTOVA_API KeyFrameListener {
  public:
   virtual ~KeyFrameListener();
 
+  // Called when `parameter`, never null, has a new keyframe at `time`, or none any more. The time
+  // is in the unit of the parameter.
   virtual void keyFrameAdded(const boost::shared_ptr<ParameterInterface>& parameter,
                              const RationalTime& time) = 0;
   virtual void keyFrameRemoved(const boost::shared_ptr<ParameterInterface>& parameter,

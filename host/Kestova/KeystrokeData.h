@@ -1,4 +1,4 @@
-// A keystroke: the character of the key and the flags of its event.
+// A keystroke: the character of the key and the flags of its event. A plain value.
 #pragma once
 
 #include <ostream>

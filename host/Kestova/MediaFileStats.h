@@ -26,8 +26,8 @@ class KESTOVA_API MediaFileStats {
     Range<int64> range;                  ///< in time units of the track
     boost::rational<unsigned int> rate;  ///< time units per second
     int type = OtherType;
-    Rect<int> rect;  ///< of the picture, in pixels
-    int sampleRate = 0;
+    Rect<int> rect;      ///< of the picture, in pixels
+    int sampleRate = 0;  ///< samples per second of each channel
     int channelCount = 1;
     int bitsPerSample = 0;
     int bytesPerSample = 0;

@@ -25,6 +25,7 @@ class Observable {
   /// Appends an observer that is called for each change even during a batch of changes.
   virtual void attachWithoutNotifyDelay(Observer* observer) = 0;
 
+  /// Removes `observer`. Has no effect if it is not attached.
   virtual void detach(Observer* observer) = 0;
 
   /// Calls the observers in the order in which they were attached. An observer that is detached

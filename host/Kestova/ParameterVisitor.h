@@ -1,4 +1,5 @@
-// Dispatches on the class of a parameter: one operation per class.
+// Dispatches on the class of a parameter: one operation per class. `accept` of the
+// parameter calls it on the same thread, with a pointer that is never null.
 #pragma once
 
 #include <boost/smart_ptr/shared_ptr.hpp>

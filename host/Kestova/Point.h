@@ -1,4 +1,4 @@
-// A point in space, in pixels of the project.
+// A point in space, in pixels of the project. A plain value.
 #pragma once
 
 #include <ostream>

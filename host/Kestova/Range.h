@@ -1,4 +1,4 @@
-// A range: a start and a length.
+// A range: a start and a length, both in the unit of the value type.
 #pragma once
 
 #include "host/Kestova/Integers.h"

@@ -25,6 +25,7 @@ class KESTOVA_API RationalTime {
   int64 denominator() const { return m_denominator; }
   bool isWhole() const { return m_denominator == 1; }
 
+  /// Rounds the numerator, the denominator and their quotient to doubles.
   double toDouble() const {
     return static_cast<double>(m_numerator) / static_cast<double>(m_denominator);
   }

@@ -31,7 +31,8 @@ class KESTOVA_API ReadWriteMutex {
 
  public:
   /// Holds a read lock and a reference to the owner of the mutex during the lifetime of the object.
-  /// A null pointer locks nothing: it stands for an object without a project.
+  /// A null pointer locks nothing: it stands for an object without a project. The constructor waits
+  /// without a time limit.
   class KESTOVA_API ScopedReadLock {
    public:
     explicit ScopedReadLock(boost::shared_ptr<ReadWriteMutex> mutex);
@@ -44,7 +45,8 @@ class KESTOVA_API ReadWriteMutex {
     ReadHold m_hold;
   };
 
-  /// The same for the write lock.
+  /// The same for the write lock. The constructor throws KestovaException in a thread that holds
+  /// only a read lock of this mutex.
   class KESTOVA_API ScopedWriteLock {
    public:
     explicit ScopedWriteLock(boost::shared_ptr<ReadWriteMutex> mutex);

@@ -1,4 +1,5 @@
-// An edit rate in frames per unit of time, as edit-rate sources return it. A plain value.
+// An edit rate in frames per unit of time, as edit-rate sources return it. A plain value: a reduced
+// fraction with a positive denominator.
 #pragma once
 
 #include <boost/rational.hpp>

@@ -23,6 +23,7 @@ class KESTOVA_API ScreenMetaData : public KvObject {
   /// Returns true if one of the slots holds `filename`.
   virtual bool holds(const std::string& filename) const = 0;
 
+  // Each stores a copy of a stream file name in its slot.
   virtual void setF0Filename(const std::string& filename) = 0;
   virtual void setF1Filename(const std::string& filename) = 0;
   virtual void setF2Filename(const std::string& filename) = 0;

@@ -16,7 +16,8 @@ class KESTOVA_API StatsLoader {
   /// Returns true if this loader handles the file with this UTF-8 name.
   virtual bool canOpenFile(const std::string& filename) = 0;
 
-  /// Fills `stats`. Requires: not null; the caller owns it.
+  /// Fills `stats` from the file with this UTF-8 name. Throws KestovaException when the file cannot
+  /// be read. Requires: `stats` is not null; the caller owns it.
   virtual void loadStats(const std::string& filename, MediaFileStats* stats) = 0;
 };
 

@@ -1,4 +1,5 @@
 // Hints for showing a parameter in a user interface. The host defines the numbers.
+// A plain value.
 #pragma once
 
 namespace Kestova {

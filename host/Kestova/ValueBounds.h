@@ -1,4 +1,4 @@
-// The bounds of a parameter's values, for user interfaces.
+// The bounds of a parameter's values, for user interfaces. A plain value.
 #pragma once
 
 namespace Kestova {
