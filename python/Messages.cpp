@@ -59,12 +59,13 @@ CollectedMessages::~CollectedMessages() {
 void CollectedMessages::warn(const std::string& place) {
   std::istringstream lines(m_text);
   m_text.clear();
+  const pybind11::str where = textOf(place);
   std::string before;  // a damaged file may have one message a million times
   for (std::string line; std::getline(lines, line); before = line) {
     if (line == before) continue;
     // The caller of the package is two Python frames up.
-    const pybind11::str text = textOf(place + ": " + line);
-    if (PyErr_WarnFormat(PyExc_RuntimeWarning, 2, "%U", text.ptr()) != 0) {
+    const pybind11::str text = textOf(line);
+    if (PyErr_WarnFormat(PyExc_RuntimeWarning, 2, "%U: %U", where.ptr(), text.ptr()) != 0) {
       throw pybind11::error_already_set();
     }
   }
