@@ -94,9 +94,9 @@ CommandTime parseTime(const std::string& text) {
 
 Kestova::RationalTime frameOf(const CommandTime& time, const boost::rational<unsigned int>& rate) {
   if (!time.isSeconds) return Kestova::RationalTime(time.numerator);
-  const auto frame =
-      series::reducedFraction(Kestova::int128{time.numerator} * rate.numerator(),
-                              Kestova::int128{time.denominator} * rate.denominator());
+  const Kestova::int128 numerator = Kestova::int128{time.numerator} * rate.numerator();
+  const Kestova::int128 denominator = Kestova::int128{time.denominator} * rate.denominator();
+  const auto frame = series::reducedFraction(numerator, denominator);
   if (!frame) wrongUse("--at is out of range at this rate");
   return {frame->numerator, frame->denominator};
 }
