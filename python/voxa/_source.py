@@ -34,7 +34,7 @@ class Source:
         self.index.container()
 
     def module_path(self) -> str:
-        """The path for the module, which opens the file anew. Raises ValueError where the recording
+        """The path for the module, which opens the file again. Raises ValueError where the recording
         is closed, and VoxaError where the path no longer names the file that is open."""
         self.require_open()
         try:

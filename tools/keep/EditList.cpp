@@ -14,10 +14,9 @@ namespace keep {
 using series::ExactSeconds;
 using series::exactSum;
 using series::ExactSum;
+using series::int128;
 
 namespace {
-
-__extension__ using int128 = __int128;
 
 // 63 bits as the sum of two doubles, both exact. Requires: `number` is not negative.
 ExactSum inTwo(std::int64_t number) {

@@ -35,9 +35,10 @@ constexpr double kMinEvidenceBits = 16;  // by chance once in 65,536 streams
 // streams, so that a small advantage per record proves nothing, however many records add up to it.
 constexpr double kDecisiveBits = 60;
 constexpr double kDecisiveShare = 1.0 / 640;
-constexpr double kTieBits = 12;    // within which no order means anything
-constexpr double kFreshBits = 1;   // that a value is stored by the type's own model
-constexpr double kReturnBits = 1;  // that it is stored as one that occurred before
+constexpr double kFirstCourseBits = 4096;  // the lead is looked at there, and at each doubling
+constexpr double kTieBits = 12;            // within which no order means anything
+constexpr double kFreshBits = 1;           // that a value is stored by the type's own model
+constexpr double kReturnBits = 1;          // that it is stored as one that occurred before
 
 template <class Number>
 Number numberAt(std::string_view bytes, std::size_t position) {
@@ -322,7 +323,7 @@ class Examiner {
   detail::ReturnModel m_values;
   double m_costBits = 0;
   double m_examinedBits = 0;
-  double m_nextCourseBits = 4096;
+  double m_nextCourseBits = kFirstCourseBits;
   std::vector<Evidence> m_course;
 };
 
