@@ -12,11 +12,10 @@ add_library(linked_headers INTERFACE)
 target_include_directories(linked_headers SYSTEM INTERFACE $<BUILD_INTERFACE:${links}>)
 target_compile_definitions(linked_headers INTERFACE
   _WIN32_WINNT=0x0601 UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN BOOST_ALL_NO_LIB)
-foreach(target Boost::headers fmt::fmt-header-only nlohmann_json::nlohmann_json CLI11::CLI11)
+foreach(target Boost::headers fmt::fmt nlohmann_json::nlohmann_json CLI11::CLI11)
   add_library(${target} INTERFACE IMPORTED GLOBAL)
   target_link_libraries(${target} INTERFACE linked_headers)
 endforeach()
-target_compile_definitions(linked_headers INTERFACE FMT_HEADER_ONLY=1)
 
 set(BOOST_FILESYSTEM_SOURCE "" CACHE PATH "The folder libs/filesystem/src of Boost 1.74")
 file(GLOB boost_filesystem_sources ${BOOST_FILESYSTEM_SOURCE}/*.cpp)

@@ -1,0 +1,12 @@
+// The functions of fmt that its headers declare only, and the templates that they declare extern.
+
+#include <fmt/format-inl.h>
+
+FMT_BEGIN_NAMESPACE
+namespace detail {
+
+template FMT_API auto thousands_sep_impl(locale_ref) -> thousands_sep_result<char>;
+template FMT_API auto decimal_point_impl(locale_ref) -> char;
+
+}  // namespace detail
+FMT_END_NAMESPACE
