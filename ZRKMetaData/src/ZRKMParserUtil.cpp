@@ -10,7 +10,7 @@ namespace ZRKMetaData {
 
 namespace {
 
-constexpr char kUnit[] = "ZRKMParserUtil";
+constexpr char kUtilUnit[] = "ZRKMParserUtil";
 constexpr uint32 kSmallestPlainAtomSize = 8;
 
 template <class Buffer>
@@ -35,8 +35,8 @@ bool hasRoom(const StreamWindow& in, uint64 fileSize, uint64 byteCount) {
 }  // namespace
 
 bool readAtomHeader(StreamWindow& in, const uint64& fileSize, uint64* atomSize, uint32* atomType) {
-  if (atomSize == nullptr) reportAssertion("atomSize", kUnit, 40);
-  if (atomType == nullptr) reportAssertion("atomType", kUnit, 41);
+  if (atomSize == nullptr) reportAssertion("atomSize", kUtilUnit, 40);
+  if (atomType == nullptr) reportAssertion("atomType", kUtilUnit, 41);
   if (atomSize == nullptr || atomType == nullptr) return false;
 
   if (!hasRoom(in, fileSize, 8)) return false;
@@ -50,8 +50,8 @@ bool readAtomHeader(StreamWindow& in, const uint64& fileSize, uint64* atomSize, 
 }
 
 bool readChunkHeader(StreamWindow& in, const uint64& fileSize, char* chunkType, uint32* chunkSize) {
-  if (chunkType == nullptr) reportAssertion("chunkType", kUnit, 65);
-  if (chunkSize == nullptr) reportAssertion("chunkSize", kUnit, 66);
+  if (chunkType == nullptr) reportAssertion("chunkType", kUtilUnit, 65);
+  if (chunkSize == nullptr) reportAssertion("chunkSize", kUtilUnit, 66);
   if (chunkType == nullptr || chunkSize == nullptr) return false;
 
   if (!hasRoom(in, fileSize, 4)) return false;

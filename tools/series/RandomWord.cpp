@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "tools/series/AsciiCharacters.h"
+
 namespace series {
 
 namespace {
@@ -50,35 +52,23 @@ constexpr double kOtherSymbol = 9;
 // Symbols that generators of passwords choose from.
 constexpr double kSymbolCount = 12;
 
-bool isLower(char32_t c) {
-  return c >= U'a' && c <= U'z';
-}
-bool isUpper(char32_t c) {
-  return c >= U'A' && c <= U'Z';
-}
-bool isLetter(char32_t c) {
-  return isLower(c) || isUpper(c);
-}
-bool isDigit(char32_t c) {
-  return c >= U'0' && c <= U'9';
-}
-bool isLetterOrDigit(char32_t c) {
-  return isLetter(c) || isDigit(c);
+bool isAsciiLetterOrDigit(char32_t c) {
+  return isAsciiLetter(c) || isAsciiDigit(c);
 }
 
 class TextModel {
  public:
   void add(char32_t c) {
-    if (isLetter(c)) {
+    if (isAsciiLetter(c)) {
       addLetter(c);
-    } else if (isDigit(c)) {
-      if (isLetter(m_before)) m_bits += m_changes++ == 0 ? kFirstDigits : kFurtherChange;
+    } else if (isAsciiDigit(c)) {
+      if (isAsciiLetter(m_before)) m_bits += m_changes++ == 0 ? kFirstDigits : kFurtherChange;
       m_bits += c == m_before ? kRepeatedDigit : kDigit;
     } else {
       const bool isUsual = std::u32string_view(U"-_./:'=,()").find(c) != std::u32string_view::npos;
       m_bits += c == m_before ? kRepeated : isUsual ? kUsualSymbol : kOtherSymbol;
     }
-    if (!isLetter(c)) m_letters = 0;
+    if (!isAsciiLetter(c)) m_letters = 0;
     m_before = c;
   }
 
@@ -86,17 +76,17 @@ class TextModel {
 
  private:
   void addLetter(char32_t c) {
-    const std::size_t letter = isLower(c) ? c - U'a' : c - U'A';
+    const std::size_t letter = isAsciiLower(c) ? c - U'a' : c - U'A';
     if (m_letters == 0) {
       m_row = 0;
-      if (isDigit(m_before)) {
+      if (isAsciiDigit(m_before)) {
         m_bits += m_changes++ == 0 ? kFirstLettersAfterDigits : kFurtherChange;
       } else if (m_before != 0) {
         m_bits += kAfterSymbol;
       }
-    } else if (isLower(c) != isLower(m_before)) {
-      m_bits += isLower(c) && m_letters == 1 ? kCapitalised : kCaseChange;
-      if (isUpper(c)) m_row = 0;  // a word within the word
+    } else if (isAsciiLower(c) != isAsciiLower(m_before)) {
+      m_bits += isAsciiLower(c) && m_letters == 1 ? kCapitalised : kCaseChange;
+      if (isAsciiUpper(c)) m_row = 0;  // a word within the word
     }
     const double bits = (kPairBits[m_row][letter] - 'A') / 2.0;
     m_bits += c == m_before ? std::min(bits, kRepeated) : bits;
@@ -113,15 +103,16 @@ class TextModel {
 
 double randomBits(std::u32string_view word) {
   const auto has = [word](auto isKind) { return std::any_of(word.begin(), word.end(), isKind); };
-  const bool hasLower = has(isLower);
-  const bool hasUpper = has(isUpper);
+  const bool hasLower = has(isAsciiLower);
+  const bool hasUpper = has(isAsciiUpper);
   const bool isHexadecimal = std::all_of(word.begin(), word.end(), [](char32_t c) {
-    return isDigit(c) || (c >= U'a' && c <= U'f') || (c >= U'A' && c <= U'F');
+    return isAsciiDigit(c) || (c >= U'a' && c <= U'f') || (c >= U'A' && c <= U'F');
   });
   const double letters = isHexadecimal ? 6 : 26;
-  const double kinds = letters * (hasLower ? 1 : 0) + letters * (hasUpper ? 1 : 0) +
-                       (isHexadecimal || has(isDigit) ? 10 : 0) +
-                       (std::all_of(word.begin(), word.end(), isLetterOrDigit) ? 0 : kSymbolCount);
+  const double kinds =
+      letters * (hasLower ? 1 : 0) + letters * (hasUpper ? 1 : 0) +
+      (isHexadecimal || has(isAsciiDigit) ? 10 : 0) +
+      (std::all_of(word.begin(), word.end(), isAsciiLetterOrDigit) ? 0 : kSymbolCount);
   return static_cast<double>(word.size()) * std::log2(kinds);
 }
 
@@ -135,9 +126,9 @@ bool hasEvidence(std::u32string_view word) {
 
 bool isRandomWord(std::u32string_view word) {
   // Punctuation around a word is no part of it.
-  while (!word.empty() && !isLetterOrDigit(word.front())) word.remove_prefix(1);
-  while (!word.empty() && !isLetterOrDigit(word.back())) word.remove_suffix(1);
-  const auto known = std::count_if(word.begin(), word.end(), isLetterOrDigit);
+  while (!word.empty() && !isAsciiLetterOrDigit(word.front())) word.remove_prefix(1);
+  while (!word.empty() && !isAsciiLetterOrDigit(word.back())) word.remove_suffix(1);
+  const auto known = std::count_if(word.begin(), word.end(), isAsciiLetterOrDigit);
   const auto other = std::count_if(word.begin(), word.end(), [](char32_t c) { return c > 0x7F; });
   if (other == 0 && word.size() >= kMinRandomWord &&
       static_cast<double>(known) >= kMinLetterShare * static_cast<double>(word.size()) &&
@@ -145,7 +136,7 @@ bool isRandomWord(std::u32string_view word) {
     return true;
   }
   while (!word.empty()) {
-    const auto end = std::find_if_not(word.begin(), word.end(), isLetterOrDigit);
+    const auto end = std::find_if_not(word.begin(), word.end(), isAsciiLetterOrDigit);
     const auto length = static_cast<std::size_t>(end - word.begin());
     if (length >= kMinRandomPart && hasEvidence(word.substr(0, length))) return true;
     word.remove_prefix(std::min(length + 1, word.size()));

@@ -21,19 +21,19 @@ constexpr char32_t kZeros[] = {
     0x11950, 0x11C50, 0x11D50, 0x11DA0, 0x11F50, 0x16A60, 0x16AC0, 0x16B50, 0x1D7CE, 0x1D7D8,
     0x1D7E2, 0x1D7EC, 0x1D7F6, 0x1E140, 0x1E2F0, 0x1E4F0, 0x1E950, 0x1FBF0};
 
-bool isDigit(std::int64_t code) {
+bool isDigitOfAnyScript(std::int64_t code) {
   return std::any_of(std::begin(kZeros), std::end(kZeros), [code](std::int64_t zero) {
     return code >= zero && code < zero + kDigitsPerScript;
   });
 }
 
-bool isLetter(std::int64_t code) {
+bool isLetterOfAnyScript(std::int64_t code) {
   constexpr std::int64_t kFirstBehindControls = 0xA0;
   if (code >= 0 && code < kFirstBehindControls) {
     return (code >= 'a' && code <= 'z') || (code >= 'A' && code <= 'Z');
   }
   const bool isPrivateUse = code >= 0xE000 && code <= 0xF8FF;
-  return !isPrivateUse && !isDigit(code);
+  return !isPrivateUse && !isDigitOfAnyScript(code);
 }
 
 }  // namespace
@@ -47,8 +47,8 @@ std::optional<Redaction> redactionNamed(std::string_view name) {
 
 ZRKMetaData::int32 redactedCharacter(ZRKMetaData::int32 character, Redaction redaction) {
   const bool isAll = redaction == Redaction::All;
-  if ((isAll || redaction == Redaction::Letters) && isLetter(character)) return 'x';
-  if ((isAll || redaction == Redaction::Digits) && isDigit(character)) return '0';
+  if ((isAll || redaction == Redaction::Letters) && isLetterOfAnyScript(character)) return 'x';
+  if ((isAll || redaction == Redaction::Digits) && isDigitOfAnyScript(character)) return '0';
   return isAll ? '*' : character;
 }
 

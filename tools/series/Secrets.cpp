@@ -5,6 +5,7 @@
 #include <cmath>
 #include <limits>
 
+#include "tools/series/AsciiCharacters.h"
 #include "tools/series/RandomWord.h"
 
 namespace series {
@@ -13,10 +14,6 @@ namespace {
 
 constexpr std::size_t kMinCardDigits = 13;
 constexpr std::size_t kMaxCardDigits = 19;
-
-bool isDigit(char32_t c) {
-  return c >= U'0' && c <= U'9';
-}
 
 bool isSpace(char32_t c) {
   return c <= U' ' || (c >= 0x7F && c <= 0xA0) || (c >= 0x2000 && c <= 0x200B) || c == 0x2028 ||
@@ -53,7 +50,7 @@ bool isPrintedLikeACard(const std::vector<std::size_t>& lengths) {
 }
 
 bool isLetterOrDigit(char32_t c) {
-  return isDigit(c) || (c >= U'a' && c <= U'z') || (c >= U'A' && c <= U'Z') || c > 0x7F;
+  return isAsciiDigit(c) || isAsciiLetter(c) || c > 0x7F;
 }
 
 bool isLocalCharacter(char32_t c) {
@@ -67,7 +64,7 @@ bool isDomain(std::u32string_view name) {
   if (dot == std::u32string_view::npos || dot == 0 || name.size() - dot < 3) return false;
   if (name.find(U"..") != std::u32string_view::npos || name.front() == U'.') return false;
   const auto top = name.substr(dot + 1);
-  return std::none_of(top.begin(), top.end(), isDigit) ||
+  return std::none_of(top.begin(), top.end(), isAsciiDigit) ||
          top.substr(0, 4) == std::u32string_view(U"xn--");
 }
 
@@ -111,7 +108,7 @@ const char* nameOf(SecretKind kind) {
 }
 
 void SecretFinder::add(double seconds, char32_t character) {
-  if (isDigit(character)) {
+  if (isAsciiDigit(character)) {
     addDigit(seconds, character);
   } else if (m_isGroupOpen && (character == U' ' || character == U'-' || character == 0xA0)) {
     closeGroup();

@@ -20,7 +20,7 @@ using ZRKMetaData::StreamWindow;
 using ZRKMetaData::uint32;
 using ZRKMetaData::uint64;
 
-constexpr int64 kTimeBytes = 8;
+constexpr int64 kTimeSize = 8;
 constexpr int64 kLeastRecordBytes = 12;
 // Below two of the longest records of fixed size, the end of a cut stream tells no type.
 constexpr int64 kLeastCutBytes = 48;
@@ -72,9 +72,9 @@ class RecordWalk {
     uint32 size = 0;
     readLittleEndian(m_window, size);
     readLittleEndian(m_window, seconds);
-    if (size < kTimeBytes) return Step::Faulty;
-    if (size - kTimeBytes > left()) return Step::Incomplete;
-    return hasNul(size - kTimeBytes) ? Step::Faulty : Step::Whole;
+    if (size < kTimeSize) return Step::Faulty;
+    if (size - kTimeSize > left()) return Step::Incomplete;
+    return hasNul(size - kTimeSize) ? Step::Faulty : Step::Whole;
   }
 
   Step readRecord(double& seconds, std::false_type /*isText*/) {
