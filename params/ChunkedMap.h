@@ -89,6 +89,7 @@ class ChunkedMap {
   /// The first entry that is not before `time`.
   const_iterator lowerBound(const RationalTime& time) const {
     if (m_lastTimes.empty() || m_lastTimes.back() < time) return end();
+    if (m_lastTimes.size() > kMaxSearchedChunks) return lowerBoundByGuess(time);
     const auto last = std::lower_bound(m_lastTimes.begin(), m_lastTimes.end(), time);
     const auto chunk = static_cast<std::size_t>(last - m_lastTimes.begin());
     const Times& times = m_chunks[chunk].times;
@@ -156,6 +157,9 @@ class ChunkedMap {
   // Bounds what an insertion moves.
   static constexpr std::size_t kMaxChunkSize = 64;
 
+  // What the search of a larger map waits for is memory, and not comparisons.
+  static constexpr std::size_t kMaxSearchedChunks = 256;
+
   template <class T>
   using Memory = SlabAllocator<T, kMaxChunkSize>;
   using Times = TimeRun<Memory>;
@@ -168,6 +172,23 @@ class ChunkedMap {
   template <class Number, class Index>
   const_iterator at(Number chunk, Index index) const {
     return {*this, {static_cast<std::uint32_t>(chunk), static_cast<std::uint32_t>(index)}};
+  }
+
+  // Guesses from the times at both ends. Where times are about evenly spaced, as those of
+  // recordings are, it loads one line of each array, and the values while it waits for the times.
+  // Requires: `time` is not after all entries, and there are several chunks.
+  const_iterator lowerBoundByGuess(const RationalTime& time) const {
+    const double wanted = time.toDouble();
+    const std::size_t count = m_lastTimes.size();
+    const std::size_t number = sortedLowerBoundNear(
+        m_lastTimes.begin(), count, time,
+        evenIndex(wanted, m_lastTimes[0].toDouble(), m_lastTimes.back().toDouble(), count - 1));
+    const Chunk& chunk = m_chunks[number];
+    if (number == 0) return at(number, chunk.times.lowerBound(time));
+    const std::size_t guess = evenIndex(wanted, m_lastTimes[number - 1].toDouble(),
+                                        m_lastTimes[number].toDouble(), chunk.times.size());
+    __builtin_prefetch(&chunk.values[guess]);
+    return at(number, chunk.times.lowerBoundNear(time, guess));
   }
 
   // Allocates space for an entry before `next`; returns the position at which to insert it.

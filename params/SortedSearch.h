@@ -1,4 +1,4 @@
-// A binary search among rising values.
+// Searches among rising values.
 #pragma once
 
 #include <cstddef>
@@ -20,6 +20,28 @@ std::size_t sortedLowerBound(const Value* values, std::size_t count, const Value
   }
   const bool isAfterLast = count == 1 && *first < value;
   return static_cast<std::size_t>(first - values) + static_cast<std::size_t>(isAfterLast);
+}
+
+/// The same, faster when the result is near `guess`, which is at most `count`.
+template <class Value>
+std::size_t sortedLowerBoundNear(const Value* values, std::size_t count, const Value& value,
+                                 std::size_t guess) {
+  for (std::size_t reach = 4;; reach *= 8) {
+    const std::size_t low = guess > reach ? guess - reach : 0;
+    const std::size_t high = count - guess > reach ? guess + reach : count;
+    const bool isWithin =
+        (low == 0 || values[low - 1] < value) && (high == count || !(values[high] < value));
+    if (isWithin) return low + sortedLowerBound(values + low, high - low, value);
+  }
+}
+
+/// Returns where `value` stands among `count` values that rise evenly from `first` to `last`: an
+/// index below `count`, whatever the numbers are. Requires: `count` is not 0.
+inline std::size_t evenIndex(double value, double first, double last, std::size_t count) {
+  const double index = (value - first) / (last - first) * static_cast<double>(count);
+  if (!(index > 0)) return 0;  // not a number, if `first` is `last`
+  const std::size_t max = count - 1;
+  return index < static_cast<double>(max) ? static_cast<std::size_t>(index) : max;
 }
 
 }  // namespace Kestova

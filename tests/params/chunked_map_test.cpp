@@ -3,10 +3,13 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <iterator>
+#include <limits>
 #include <map>
 #include <utility>
+#include <vector>
 
 namespace Kestova {
 namespace {
@@ -97,6 +100,81 @@ TEST_P(ChunkedMaps, FindTheSameEntryWithAnyHint) {
   for (auto entry = map.begin(); entry != map.end(); ++entry) {
     const RationalTime after = entry.time() + RationalTime(1, 1000);
     EXPECT_EQ(map.lowerBound(after, entry.position()), std::next(entry));
+  }
+}
+
+// A large map guesses from the times where an entry stands. `time` rises with the number.
+struct LargeMap {
+  const char* name;
+  RationalTime (*time)(std::int64_t number);
+};
+
+constexpr int64 kEarliest = std::numeric_limits<int64>::min();
+constexpr int64 kLatest = std::numeric_limits<int64>::max();
+
+class LargeMaps : public testing::TestWithParam<LargeMap> {};
+
+TEST_P(LargeMaps, FindEachEntryAndEachTimeBesideIt) {
+  constexpr std::int64_t kCount = 20'000;
+  Map map;
+  Model model;
+  for (std::int64_t number = 0; number < kCount; ++number) {
+    const RationalTime time = GetParam().time(number);
+    map.insert(map.end(), time, static_cast<int>(number));
+    model.emplace_hint(model.end(), time, static_cast<int>(number));
+  }
+  const auto expectFound = [&map, &model](const RationalTime& time) {
+    const auto found = map.lowerBound(time);
+    const auto expected = model.lower_bound(time);
+    ASSERT_EQ(found == map.end(), expected == model.end()) << time;
+    if (found == map.end()) return;
+    ASSERT_EQ(found.value(), expected->second) << time;
+  };
+  const auto clamped = [](int128 whole) {
+    return RationalTime(static_cast<int64>(std::clamp<int128>(whole, kEarliest, kLatest)));
+  };
+  for (const auto& [time, number] : model) {
+    expectFound(time);
+    const int128 whole = time.numerator() / time.denominator();
+    expectFound(clamped(whole - 1));
+    expectFound(clamped(whole + 1));
+  }
+  Random random(4);
+  for (int number = 0; number < 20'000; ++number)
+    expectFound(RationalTime(static_cast<int64>(random.bits())));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Times, LargeMaps,
+    testing::Values(
+        LargeMap{"Even", [](std::int64_t n) { return RationalTime(2 * n); }},
+        LargeMap{"Thirds", [](std::int64_t n) { return RationalTime(2 * n, 3); }},
+        LargeMap{"EverFurtherApart", [](std::int64_t n) { return RationalTime(n * n * n); }},
+        LargeMap{"InTwoGroups",
+                 [](std::int64_t n) { return RationalTime(n < 10'000 ? n : 1'000'000'000 + n); }},
+        LargeMap{"OverTheWholeRange",
+                 [](std::int64_t n) { return RationalTime((n - 10'000) * 922'337'203'685'477); }},
+        LargeMap{"AtBothEnds",
+                 [](std::int64_t n) {
+                   return RationalTime(n < 10'000 ? kEarliest + n : kLatest - 20'000 + n);
+                 }},
+        LargeMap{"EqualAsDoubles",
+                 [](std::int64_t n) { return RationalTime(kLatest - 40 * 20'000 + n); }}),
+    [](const auto& test) { return test.param.name; });
+
+TEST(SortedSearches, FindTheLowerBoundFromAnyGuess) {
+  for (std::size_t count : {0U, 1U, 2U, 9U, 100U}) {
+    std::vector<int> values;
+    for (std::size_t index = 0; index < count; ++index)
+      values.push_back(static_cast<int>(index / 2 * 2));
+    for (int value = -1; value <= static_cast<int>(count) + 1; ++value) {
+      const auto expected = std::lower_bound(values.begin(), values.end(), value) - values.begin();
+      for (std::size_t guess = 0; guess <= count; ++guess) {
+        EXPECT_EQ(sortedLowerBoundNear(values.data(), count, value, guess),
+                  static_cast<std::size_t>(expected))
+            << value << " among " << count << " from " << guess;
+      }
+    }
   }
 }
 
