@@ -135,10 +135,28 @@ class CommandLine {
     if (!isOption(command) && commandNamed(command) == nullptr) {
       wrongUse("unknown command '" + command + "'" + suggestion(command, commands()), m_app);
     }
+    refuseSeparateValues(arguments);
     parse(arguments);
   }
 
  private:
+  // The value of these flags stands behind "=", so that FILE may follow the flag. A word behind one
+  // that is a value was meant for it.
+  void refuseSeparateValues(const std::vector<std::string>& arguments) const {
+    for (std::size_t index = 1; index < arguments.size(); ++index) {
+      const std::string& flag = arguments[index - 1];
+      const std::string& word = arguments[index];
+      if (flag == "--") return;
+      const bool isValue = (flag == "--redact" && series::redactionNamed(word)) ||
+                           (flag == "--simplify" && numberOf(word));
+      if (!isValue) continue;
+      const CLI::App* const command = commandNamed(arguments.front());
+      wrongUse(flag + ' ' + word + ": write " + flag + '=' + word +
+                   ", or put a file or stream of this name in front of the option",
+               command == nullptr ? m_app : *command);
+    }
+  }
+
   void parse(const std::vector<std::string>& arguments) {
     try {
       // CLI11 takes them in reverse order.

@@ -1,6 +1,7 @@
 #include "tools/voxa/Sources.h"
 
 #include <algorithm>
+#include <memory>
 #include <set>
 
 #include "tools/voxa/Masks.h"
@@ -48,8 +49,19 @@ class Visitor {
     m_worst = worse(m_worst, failure.status());
   }
 
+  // The key of a stream behind the files is taken for one of them.
+  std::unique_ptr<MetaDataParser> opened(const std::string& file) const {
+    try {
+      return openRecording(file, m_options.container);
+    } catch (const Failure& failure) {
+      if (!isStreamText(file)) throw;
+      throw Failure(failure.status(),
+                    failure.what() + ("; a stream is chosen by --streams=" + file));
+    }
+  }
+
   void visitFile(const std::string& file) {
-    const auto parser = openRecording(file, m_options.container);
+    const auto parser = opened(file);
     m_isAnyOpen = true;
     const auto types = typesIn(*parser, file);
     std::vector<std::string> streams;
