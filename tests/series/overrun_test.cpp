@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <memory>
 #include <sstream>
 #include <string>
 
@@ -24,7 +25,11 @@ using ZRKMetaData::Riff;
 // "ZRKM 40 +5": the type, the start and the excess; empty for none.
 std::string found(const Bytes& bytes, ContainerKind kind) {
   std::istringstream file(bytes);
-  const auto overrun = series::findOverrun(file, kind);
+  const std::unique_ptr<ZRKMetaData::MetaDataParser> parser(
+      ZRKMetaData::MetaDataParser::createForStream(file, kind));
+  const auto overrun = series::findOverrun(file, kind, parser->locations());
+  const auto fromStart = series::findOverrun(file, kind, {});
+  EXPECT_EQ(overrun ? overrun->text() : "", fromStart ? fromStart->text() : "");
   if (!overrun) return {};
   return overrun->type + " " + std::to_string(overrun->start) + " +" +
          std::to_string(overrun->excess);
@@ -50,6 +55,9 @@ TEST(Overrun, IsThatOfTheLastStructureOfARecording) {
   } cases[] = {
       {"whole atoms", atoms, Atoms, ""},
       {"whole chunks", chunks, Riff, ""},
+      {"media behind the block", atoms + media, Atoms, ""},
+      {"cut in the media behind the block", atoms + cutBy(3, media), Atoms, "mdat 235 +3"},
+      {"cut between two entries", cutBy(43, atoms), Atoms, "ZRKM 120 +43"},
       {"cut by a byte", cutBy(1, atoms), Atoms, "ZRKM 120 +1"},
       {"cut chunks", cutBy(30, chunks), Riff, "ZRKM 16 +30"},
       {"cut in the media", cutBy(3, media), Atoms, "mdat 12 +3"},

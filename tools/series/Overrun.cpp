@@ -31,9 +31,22 @@ bool has(const std::array<std::string_view, count>& types, const std::string& ty
   return std::find(types.begin(), types.end(), type) != types.end();
 }
 
-std::optional<Structure> lastStructure(std::istream& file, bool isAtoms, int64 fileSize) {
+// Where the block begins whose first entry is the first of the streams, 0 if there is none.
+int64 startOfBlock(Structures& structures, const ZRKMetaData::MetaDataLocations& streams) {
+  if (streams.empty()) return 0;
+  const auto first = std::min_element(
+      streams.begin(), streams.end(),
+      [](const auto& one, const auto& other) { return one.second.offset < other.second.offset; });
+  const auto entry = structures.around(first->second.offset, detail::kEntryType);
+  if (!entry) return 0;
+  const auto block = structures.around(entry->start, kBlockType);
+  return block && block->end != 0 ? block->start : 0;
+}
+
+std::optional<Structure> lastStructure(std::istream& file, bool isAtoms, int64 fileSize,
+                                       const ZRKMetaData::MetaDataLocations& streams) {
   Structures structures(file, isAtoms, fileSize);
-  auto last = structures.at(0);
+  auto last = structures.at(startOfBlock(structures, streams));
   while (last && last->end != 0 && last->next < fileSize) last = structures.at(last->next);
   return last;
 }
@@ -58,11 +71,12 @@ std::string Overrun::text() const {
          " beyond the file; streams may be missing; voxa salvage may recover them";
 }
 
-std::optional<Overrun> findOverrun(std::istream& file, ZRKMetaData::ContainerKind kind) {
+std::optional<Overrun> findOverrun(std::istream& file, ZRKMetaData::ContainerKind kind,
+                                   const ZRKMetaData::MetaDataLocations& streams) {
   if (kind != ZRKMetaData::Atoms && kind != ZRKMetaData::Riff) return std::nullopt;
   const bool isAtoms = kind == ZRKMetaData::Atoms;
   const int64 fileSize = sizeOfSource(file);
-  const auto last = lastStructure(file, isAtoms, fileSize);
+  const auto last = lastStructure(file, isAtoms, fileSize, streams);
   const bool isBeyond = last && last->end > fileSize &&
                         (isAtoms ? has(kAtomTypes, last->type) : has(kChunkTypes, last->type)) &&
                         hasSize(file, isAtoms, *last);

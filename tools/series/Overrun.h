@@ -24,9 +24,12 @@ struct Overrun {
 
 /// Walks the atoms or chunks of the top level of `file`, up to the first that leads nowhere or
 /// backward, and reads nothing but their headers, so its cost is proportional to their number.
-/// Returns the last one where its end is beyond the file and its type is one that recordings have:
-/// what follows a whole recording may be anything. Nothing for sizes that mean "up to the end of
-/// the file", and for raw files. Moves the stream and clears its state.
-std::optional<Overrun> findOverrun(std::istream& file, ZRKMetaData::ContainerKind kind);
+/// `streams` are those that a scan of the file found: the walk begins at the block that begins with
+/// the first of them, because the scan has walked up to there, and at the start of the file where
+/// there is none. Returns the last one where its end is beyond the file and its type is one that
+/// recordings have: what follows a whole recording may be anything. Nothing for sizes that mean "up
+/// to the end of the file", and for raw files. Moves the stream and clears its state.
+std::optional<Overrun> findOverrun(std::istream& file, ZRKMetaData::ContainerKind kind,
+                                   const ZRKMetaData::MetaDataLocations& streams);
 
 }  // namespace series

@@ -135,7 +135,8 @@ RecordingSummary summariseStreams(MetaDataParser& parser, const std::string& fil
   recording.file = file;
   recording.container = containerName(parser.containerKind());
   recording.byteCount = static_cast<std::uint64_t>(sizeOfSource(parser.stream()));
-  if (const auto overrun = findOverrun(parser.stream(), parser.containerKind())) {
+  const auto overrun = findOverrun(parser.stream(), parser.containerKind(), parser.locations());
+  if (overrun) {
     recording.isCut = true;
     recording.warnings.push_back(overrun->text());
   }

@@ -259,7 +259,8 @@ void showPrivacy(const PrivacyOptions& options) {
   const bool isJson = options.format == Format::Json;
   const char* before = isJson ? "{\"files\":[" : "";
   const Status worst = forEachIndexedSource(options.sources, [&](const IndexedSource& source) {
-    const auto overrun = series::findOverrun(source.parser.stream(), source.parser.containerKind());
+    const auto overrun = series::findOverrun(source.parser.stream(), source.parser.containerKind(),
+                                             source.parser.locations());
     if (overrun) sayError(source.file + ": " + overrun->text());
     FilePrivacy privacy = privacyOf(source);
     if (overrun) privacy.status = worse(privacy.status, Status::DamagedData);

@@ -108,9 +108,9 @@ void listStreams(const StreamsOptions& options) {
   }
   out.flush();
   reportMissingBytes(options.file, *parser);
-  if (const auto overrun = series::findOverrun(parser->stream(), parser->containerKind())) {
-    say(options.file + ": " + overrun->text());
-  }
+  const auto overrun =
+      series::findOverrun(parser->stream(), parser->containerKind(), parser->locations());
+  if (overrun) say(options.file + ": " + overrun->text());
 }
 
 }  // namespace voxa
