@@ -8,6 +8,7 @@
 #include <sstream>
 #include <string>
 
+#include "tests/support/CountingBuffer.h"
 #include "tools/recording/Container.h"
 #include "tools/recording/Records.h"
 
@@ -77,6 +78,21 @@ TEST(Overrun, IsThatOfTheLastStructureOfARecording) {
   for (const auto& each : cases) {
     EXPECT_EQ(found(each.bytes, each.kind), each.overrun) << each.name;
   }
+}
+
+// The scan has read the whole file already.
+TEST(Overrun, IsLookedForFromTheBlockOn) {
+  Bytes file;
+  for (int count = 0; count < 10'000; ++count) file += atom("free", "");
+  file += recording::atomBlock({{recording::streamId(0xF0), recording::pointRecord(1, 2, 3)}});
+  testing_support::CountingBuffer source(cutBy(1, file));
+  std::istream stream(&source);
+  const std::unique_ptr<ZRKMetaData::MetaDataParser> parser(
+      ZRKMetaData::MetaDataParser::createForStream(stream, Atoms));
+  const std::size_t scanned = source.byteCount();
+  EXPECT_GE(scanned, 80'000U);
+  EXPECT_TRUE(series::findOverrun(stream, Atoms, parser->locations()));
+  EXPECT_LE(source.byteCount() - scanned, 1'000U);
 }
 
 TEST(Overrun, SaysWhatIsMissingAndWhatToDo) {

@@ -1,5 +1,7 @@
 #include "tools/voxa/Program.h"
 
+#include <fmt/format.h>
+
 #include <CLI/CLI.hpp>
 #include <charconv>
 #include <cmath>
@@ -151,8 +153,9 @@ class CommandLine {
                            (flag == "--simplify" && numberOf(word));
       if (!isValue) continue;
       const CLI::App* const command = commandNamed(arguments.front());
-      wrongUse(flag + ' ' + word + ": write " + flag + '=' + word +
-                   ", or put a file or stream of this name in front of the option",
+      wrongUse(fmt::format("{0} {1}: write {0}={1}, or put a file or stream of this name in front "
+                           "of the option",
+                           flag, word),
                command == nullptr ? m_app : *command);
     }
   }
