@@ -22,7 +22,8 @@ std::size_t sortedLowerBound(const Value* values, std::size_t count, const Value
   return static_cast<std::size_t>(first - values) + static_cast<std::size_t>(isAfterLast);
 }
 
-/// The same, faster when the result is near `guess`, which is at most `count`.
+/// The same, faster when the result is near `guess`, which is at most `count`. It searches 8 values
+/// around the guess, and 8 times as many whenever the result is not among them.
 template <class Value>
 std::size_t sortedLowerBoundNear(const Value* values, std::size_t count, const Value& value,
                                  std::size_t guess) {

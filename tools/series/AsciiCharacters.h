@@ -1,6 +1,5 @@
-#pragma once
-
 // Classes of ASCII characters. They do not depend on the locale.
+#pragma once
 
 namespace series {
 

@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "text/Utf8.h"
+#include "tools/series/AsciiCharacters.h"
 
 namespace series {
 
@@ -30,7 +31,7 @@ bool isDigitOfAnyScript(std::int64_t code) {
 bool isLetterOfAnyScript(std::int64_t code) {
   constexpr std::int64_t kFirstBehindControls = 0xA0;
   if (code >= 0 && code < kFirstBehindControls) {
-    return (code >= 'a' && code <= 'z') || (code >= 'A' && code <= 'Z');
+    return isAsciiLetter(static_cast<char32_t>(code));
   }
   const bool isPrivateUse = code >= 0xE000 && code <= 0xF8FF;
   return !isPrivateUse && !isDigitOfAnyScript(code);
